@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What ./run, ./test, ./bench and .ci/run share: the packages and the build. Sourced from the root
+# of the project by bash.
+
+build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libgtest-dev)
+
+# install_missing PACKAGE...: installs those that are not there, or says what to install.
+install_missing() {
+  local missing=() package
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+
+  local rights=()
+  [ "$(id -u)" = 0 ] || rights=(sudo)
+  echo "Installing: ${missing[*]}"
+  if command -v apt-get >/dev/null && { [ "$(id -u)" = 0 ] || command -v sudo >/dev/null; } &&
+    "${rights[@]}" apt-get update -q &&
+    "${rights[@]}" env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -q -y --no-install-recommends "${missing[@]}"; then
+    return 0
+  fi
+  echo "These Debian packages are needed and could not be installed from here. As root, run:" >&2
+  echo "    apt-get install ${missing[*]}" >&2
+  return 1
+}
+
+# build PRESET FOLDER [TARGET...]: configures once and builds; all targets when none is named.
+build() {
+  local preset=$1 folder=$2
+  shift 2
+  [ -f "$folder/build.ninja" ] || cmake --preset "$preset" || return
+  cmake --build --preset "$preset" ${1+--target "$@"}
+}

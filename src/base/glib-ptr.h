@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Owning pointers for what GLib and the toolkit hand out. A raw pointer is always a borrowed one.
+#pragma once
+
+#include <memory>
+
+#include <glib-object.h>
+
+namespace varnholt {
+
+/** Names the function that gives a thing back to GLib. */
+template <auto Free>
+struct FreeWith {
+  template <typename T>
+  void operator()(T* owned) const noexcept {
+    Free(owned);
+  }
+};
+
+using TextPtr = std::unique_ptr<char, FreeWith<g_free>>;
+using ErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
+template <typename T>
+using ObjectPtr = std::unique_ptr<T, FreeWith<g_object_unref>>;
+
+/** Adopts a text that the caller owns. */
+inline TextPtr take_text(char* text) noexcept {
+  return TextPtr{text};
+}
+
+/** Adopts a reference that the caller owns. */
+template <typename T>
+ObjectPtr<T> take_object(T* object) noexcept {
+  return ObjectPtr<T>{object};
+}
+
+/** Lends an owning pointer to an out parameter for the length of one call. */
+template <typename Owner>
+class OutArgument {
+ public:
+  explicit OutArgument(Owner& owner) noexcept : m_owner(owner) {}
+  OutArgument(const OutArgument&) = delete;
+  OutArgument& operator=(const OutArgument&) = delete;
+  ~OutArgument() { m_owner.reset(m_given); }
+  operator typename Owner::pointer *() && noexcept { return &m_given; }
+
+ private:
+  Owner& m_owner;
+  typename Owner::pointer m_given = nullptr;
+};
+
+/** `g_file_get_contents(path, out(text), &length, out(error))` */
+template <typename Owner>
+OutArgument<Owner> out(Owner& owner) noexcept {
+  return OutArgument<Owner>{owner};
+}
+
+}  // namespace varnholt

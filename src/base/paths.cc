@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The fixed paths of the installed program.
+#include "base/paths.h"
+
+namespace varnholt::paths {
+
+const char* const profile = "/etc/.varnholt.ini";
+const char* const temporary_profile = "/tmp/varnholt.tmp";
+const char* const backup_script = "/usr/bin/nollacrest.sh";
+
+}  // namespace varnholt::paths

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The fixed paths of the system. paths.cc holds the real ones; tests and the demonstration link
+// another definition that points into a scratch folder.
+#pragma once
+
+namespace varnholt::paths {
+
+/** The profile: all definitions, one a line. Only root may write it. */
+extern const char* const profile;
+/** The text of the next profile, on its way there. */
+extern const char* const temporary_profile;
+/** The backup and distribution script that the definitions are for. */
+extern const char* const backup_script;
+
+}  // namespace varnholt::paths

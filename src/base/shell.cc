@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shell command lines.
+#include "base/shell.h"
+
+#include <cstdlib>
+
+#include "base/diagnostics.h"
+
+namespace varnholt {
+
+std::string escaped_for_double_quotes(std::string_view text) {
+  std::string escaped;
+  escaped.reserve(text.size());
+  for (const char byte : text) {
+    if (byte == '"' || byte == '`' || byte == '$' || byte == '\\') escaped += '\\';
+    escaped += byte;
+  }
+  return escaped;
+}
+
+std::string path_argument(std::string_view path) {
+  const char* const front = path.starts_with('-') ? "\"./" : "\"";
+  return front + escaped_for_double_quotes(path) + '"';
+}
+
+int run_command(const std::string& command_line) {
+  flush_progress();
+  return std::system(command_line.c_str());
+}
+
+}  // namespace varnholt

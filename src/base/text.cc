@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Cutting of profile text: fields of a line, lines of a file.
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace varnholt {
+namespace {
+
+/** Calls `take` with each piece of a text that is not empty. */
+template <typename Take>
+void for_each_piece(std::string_view text, char separator, Take take) {
+  if (text.empty()) return;
+  while (true) {
+    const auto end = text.find(separator);
+    take(text.substr(0, end));
+    if (end == std::string_view::npos) return;
+    text.remove_prefix(end + 1);
+  }
+}
+
+}  // namespace
+
+std::string_view trimmed(std::string_view text) {
+  // The vertical tab is no white space of the profile.
+  constexpr std::string_view white_space = " \t\n\f\r";
+  const auto first = text.find_first_not_of(white_space);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(white_space) - first + 1);
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+  std::vector<std::string_view> pieces;
+  pieces.reserve(1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), separator)));
+  for_each_piece(text, separator, [&pieces](std::string_view piece) { pieces.push_back(piece); });
+  return pieces;
+}
+
+std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep) {
+  std::string kept;
+  kept.reserve(text.size());
+  for_each_piece(text, '\n', [&](std::string_view line) {
+    if (!keep(line)) return;
+    if (!kept.empty()) kept += '\n';
+    kept += line;
+  });
+  return kept;
+}
+
+}  // namespace varnholt

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Cutting of profile text: fields of a line, lines of a file. Works on bytes.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varnholt {
+
+/** `text` without the spaces, tabs, line feeds, form feeds and carriage returns at both ends. */
+std::string_view trimmed(std::string_view text);
+
+/** The pieces of `text` between single separators; empty pieces count. An empty text has none. */
+std::vector<std::string_view> split(std::string_view text, char separator);
+
+/**
+ * Asks `keep` about each line of `text`, in order, and returns the kept ones, byte for byte, joined
+ * by line feeds. The piece behind the last line feed is a line too. A line feed is written only
+ * when something stands before it, so empty lines at the very beginning vanish.
+ */
+std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep);
+
+}  // namespace varnholt

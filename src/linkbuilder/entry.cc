@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The start of the program: its arguments and the choice of its mode.
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <clocale>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "base/diagnostics.h"
+#include "base/glib-ptr.h"
+#include "linkbuilder/link-builder.h"
+#include "varnholt.h"
+
+namespace {
+
+using varnholt::FreeWith;
+using varnholt::print_failure;
+
+/**
+ * The arguments without the toolkit's own options. The toolkit itself is not started: the link
+ * builder runs as root and has no use for a display or for modules that the environment names.
+ */
+std::vector<char*> own_arguments(const std::vector<char*>& arguments) {
+  // The hooks of the toolkit's options are what would start it.
+  GOptionGroup* const toolkit = gtk_get_option_group(FALSE);
+  g_option_group_set_parse_hooks(toolkit, nullptr, nullptr);
+  const std::unique_ptr<GOptionContext, FreeWith<g_option_context_free>> context{
+      g_option_context_new(nullptr)};
+  g_option_context_set_main_group(context.get(), toolkit);
+  g_option_context_set_ignore_unknown_options(context.get(), TRUE);
+  g_option_context_set_help_enabled(context.get(), FALSE);
+
+  auto own = arguments;
+  auto count = static_cast<int>(own.size());
+  own.push_back(nullptr);
+  char** first = own.data();
+  // A bad toolkit option leaves the arguments as they are; the toolkit tells it in window mode.
+  g_option_context_parse(context.get(), &count, &first, nullptr);
+  own.resize(static_cast<std::size_t>(count));
+  return own;
+}
+
+void run_window_mode(int argc, char** argv) {
+  std::setlocale(LC_ALL, "");
+  if (!gtk_init_check(&argc, &argv)) {
+    print_failure("varnholt: the window needs a display, and none can be opened\n");
+    return;
+  }
+  print_failure("varnholt: this version has no window yet\n");
+}
+
+}  // namespace
+
+int main_main(char** argv, int argc) {
+  // The link builder speaks English and compares bytes in every locale.
+  gtk_disable_setlocale();
+  const auto arguments = own_arguments({argv, argv + argc});
+  main_s_exe_path = varnholt::take_text(g_strdup(arguments.empty() ? nullptr : arguments[0]));
+  const bool link_builder = std::any_of(arguments.begin(), arguments.end(), [](const char* word) {
+    return std::string_view{word} == "--save_symlink";
+  });
+  if (link_builder) {
+    main_save_symbolic_dir();
+  } else {
+    run_window_mode(argc, argv);
+  }
+  return 0;
+}

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The link-builder run over the whole profile.
+#include "linkbuilder/link-builder.h"
+
+#include <fcntl.h>
+#include <glib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+#include <string_view>
+
+#include "base/diagnostics.h"
+#include "base/glib-ptr.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "linkbuilder/link-operations.h"
+#include "model/bak-model.h"
+
+namespace {
+
+using varnholt::ErrorPtr;
+using varnholt::kept_lines;
+using varnholt::ObjectPtr;
+using varnholt::out;
+using varnholt::print_failure;
+using varnholt::print_progress;
+using varnholt::take_object;
+using varnholt::TextPtr;
+namespace paths = varnholt::paths;
+
+constexpr mode_t profile_mode = 0644;
+
+/** Sets the umask for as long as it lives. */
+class ScopedUmask {
+ public:
+  explicit ScopedUmask(mode_t mask) : m_before(umask(mask)) {}
+  ScopedUmask(const ScopedUmask&) = delete;
+  ScopedUmask& operator=(const ScopedUmask&) = delete;
+  ~ScopedUmask() { umask(m_before); }
+
+ private:
+  mode_t m_before;
+};
+
+/**
+ * The pipe at standard input may still hold a password line, which no command may read. A standard
+ * stream that is closed would lend its number to the profile's file, and messages would go into it.
+ */
+void secure_standard_streams() {
+  const int null = open("/dev/null", O_RDWR);
+  if (null < 0) {
+    close(STDIN_FILENO);
+    return;
+  }
+  dup2(null, STDIN_FILENO);
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0) dup2(null, stream);
+  }
+  if (null > STDERR_FILENO) close(null);
+}
+
+/** Does what a line asks for; returns whether the line stays in the profile. */
+bool apply_line(std::string_view line) {
+  constexpr bool stays = true;
+  if (!line.starts_with("lnk")) return stays;
+  // Behind a NUL byte the rest would not be seen: it would be read as another definition.
+  if (line.find('\0') != std::string_view::npos) return stays;
+  const auto item = take_object(vh_bak_def_item_lnk_scanf_string(std::string{line}.c_str()));
+  if (!item) return stays;
+  const bool deleted = vh_IsFileOperationType(item->op, VH_FILE_OPERATION_TYPE_FOT_Deleted);
+  if (vh_IsFileOperationType(item->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) {
+    if (deleted) {
+      main_restore_del_symlink(item->to.c_str());
+    } else {
+      main_build_symlink(item.get());
+    }
+  }
+  return !deleted;
+}
+
+/** Replaces the profile as a whole: a reader sees the old one or the new one. */
+void write_profile(const std::string& text) {
+  const ScopedUmask readable_by_all{0022};
+  constexpr auto on_disk = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
+                                                              G_FILE_SET_CONTENTS_DURABLE);
+  ErrorPtr error;
+  if (!g_file_set_contents_full(paths::profile, text.data(), static_cast<gssize>(text.size()),
+                                on_disk, profile_mode, out(error))) {
+    print_failure("open file [%s] failed : %s \n", paths::profile, error->message);
+  }
+}
+
+}  // namespace
+
+void main_save_symbolic_dir() {
+  secure_standard_streams();
+  // A reader of the messages that goes away must not end the run between two steps.
+  std::signal(SIGPIPE, SIG_IGN);
+  if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
+    print_progress("open file  [%s] is not exist \n", paths::profile);
+    return;
+  }
+  TextPtr text;
+  gsize length = 0;
+  ErrorPtr error;
+  if (!g_file_get_contents(paths::profile, out(text), &length, out(error))) {
+    print_failure("open file [%s] failed : %s \n", paths::profile, error->message);
+    return;
+  }
+  write_profile(kept_lines({text.get(), length}, apply_line));
+}

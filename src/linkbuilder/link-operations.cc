@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What one symbolic definition does to the file system.
+#include "linkbuilder/link-operations.h"
+
+#include <glib/gstdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/diagnostics.h"
+#include "base/glib-ptr.h"
+#include "base/shell.h"
+
+namespace {
+
+using varnholt::path_argument;
+using varnholt::print_failure;
+using varnholt::print_progress;
+using varnholt::run_command;
+using varnholt::take_text;
+using varnholt::TextPtr;
+
+constexpr int backup_names = 1000;
+constexpr mode_t new_folder_mode = 0775;
+
+/** What a symbolic link holds, or the errno with which readlink(2) refused. */
+struct LinkContent {
+  std::optional<std::string> text;
+  int error;
+};
+
+LinkContent link_content(const char* path) {
+  std::array<char, PATH_MAX> content;
+  const ssize_t length = readlink(path, content.data(), content.size());
+  if (length < 0) return {std::nullopt, errno};
+  return {std::string{content.data(), static_cast<std::size_t>(length)}, 0};
+}
+
+enum class PathKind { absent, symbolic_link, folder_or_file, other };
+
+PathKind kind_of(const char* path) {
+  struct stat status {};
+  if (lstat(path, &status) != 0) return PathKind::absent;
+  if (S_ISLNK(status.st_mode)) return PathKind::symbolic_link;
+  return S_ISDIR(status.st_mode) || S_ISREG(status.st_mode) ? PathKind::folder_or_file
+                                                            : PathKind::other;
+}
+
+bool exists(const char* path) {
+  return vh_FileTests(path, VH_FILE_TEST_TYPE_EXISTS);
+}
+
+/** The path without symbolic links, "." and ".."; none when it does not exist. */
+TextPtr resolved(const std::string& path) {
+  // realpath(3) allocates with malloc(), which is what g_free() gives back.
+  return take_text(realpath(path.c_str(), nullptr));
+}
+
+/**
+ * Whether the file or folder at `outer` is on the way from the root to `inner`, or at its end. Both
+ * are resolved. Compares what stands there and not the names: a folder can be mounted in two
+ * places.
+ */
+bool is_on_the_way(const char* outer, const char* inner) {
+  struct stat wanted {};
+  if (stat(outer, &wanted) != 0) return false;
+  for (TextPtr place = take_text(g_strdup(inner));;) {
+    struct stat status {};
+    if (stat(place.get(), &status) == 0 && status.st_dev == wanted.st_dev &&
+        status.st_ino == wanted.st_ino) {
+      return true;
+    }
+    if (std::string_view{place.get()} == "/") return false;
+    place = take_text(g_path_get_dirname(place.get()));
+  }
+}
+
+/** Whether deleting `to`, which exists, would take away `from` or a part of it. */
+bool deletion_would_hurt(const std::string& from, const std::string& to) {
+  const TextPtr from_end = resolved(from);
+  // Where a link stands that is to be moved may be elsewhere than what it names.
+  const TextPtr from_folder = resolved(take_text(g_path_get_dirname(from.c_str())).get());
+  const TextPtr to_end = resolved(to);
+  if (!from_end || !from_folder || !to_end) return true;
+  return is_on_the_way(to_end.get(), from_end.get()) ||
+         is_on_the_way(to_end.get(), from_folder.get()) ||
+         is_on_the_way(from_end.get(), to_end.get());
+}
+
+std::string without_final_slash(std::string_view path) {
+  if (path.ends_with('/')) path.remove_suffix(1);
+  return std::string{path};
+}
+
+/** Replaces the link at `to`, which holds `content`, unless it is the wanted one already. */
+void renew_link(VhBakDefItem* v, const std::string& content) {
+  constexpr auto* told = "%s is  already a symlink ,the target is %s .\n";
+  const char* const to = v->to.c_str();
+  if (v->from == content) {
+    print_progress(told, to, content.c_str());
+    return;
+  }
+  const int result = std::remove(to);
+  if (result == 0) {
+    main_build_symlink_imp(v);
+    return;
+  }
+  print_failure(told, to, content.c_str());
+  print_failure("remove %s failed , the return code is %d .\n", to, result);
+}
+
+/** Makes a link where nothing stands, with the folders above it. */
+void build_fresh_link(VhBakDefItem* v) {
+  const char* const to = v->to.c_str();
+  print_progress("source file [%s] is not exists \n", to);
+  g_mkdir_with_parents(to, new_folder_mode);
+  g_rmdir(to);
+  main_build_symlink_imp(v);
+}
+
+/** Moves the folder or file at `to` onto the source and makes the link in its place. */
+void adopt_and_link(VhBakDefItem* v) {
+  const char* const from = v->from.c_str();
+  const char* const to = v->to.c_str();
+  const std::string backup = take_text(main_backup_file(to)).get();
+  const bool moved = !backup.empty();
+  if (moved) {
+    print_progress("move force  %s  to %s \n", backup.c_str(), from);
+    if (!main_move_file_force(backup.c_str(), from)) return;
+  }
+  if (main_build_symlink_imp(v) == 0 || !moved) return;
+  const bool moved_back = main_move_file_force(from, to);
+  print_failure(
+      "build symlink failed ,so  reback the file ,move  %s to %s (is already exists) ,and it "
+      "reback is %s \n",
+      from, to, moved_back ? "true" : "false");
+}
+
+}  // namespace
+
+void main_build_symlink(VhBakDefItem* v) {
+  g_return_if_fail(v != NULL);
+  if (!vh_IsFileOperationType(v->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic) ||
+      vh_IsFileOperationType(v->op, VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
+    return;
+  }
+  // Nearly every run finds nearly every link as it should be, and one call tells that.
+  const char* const to = v->to.c_str();
+  const auto content = link_content(to);
+  if (content.text) {
+    renew_link(v, *content.text);
+    return;
+  }
+  switch (content.error == ENOENT ? PathKind::absent : kind_of(to)) {
+    case PathKind::symbolic_link:
+      print_failure("read_link failed , the error code  %d \n",
+                    g_file_error_from_errno(content.error));
+      break;
+    case PathKind::absent:
+      build_fresh_link(v);
+      break;
+    case PathKind::folder_or_file:
+      adopt_and_link(v);
+      break;
+    case PathKind::other:
+      print_failure("unknow file type,cat not  build symlink \n");
+      break;
+  }
+}
+
+int main_build_symlink_imp(VhBakDefItem* v) {
+  g_return_val_if_fail(v != NULL, 0);
+  const char* const from = v->from.c_str();
+  const char* const to = v->to.c_str();
+  const int result = symlink(from, to);
+  if (result == 0) {
+    print_progress("symlink %s ok  , source dir is %s  target dir is %s .\n", to, from, to);
+  } else {
+    print_failure("symlink %s failed , the return code is %d .\n", to, result);
+  }
+  return result;
+}
+
+char* main_backup_file(const char* filename) {
+  g_return_val_if_fail(filename != NULL, nullptr);
+  for (int number = 0; number < backup_names; ++number) {
+    const std::string name = std::string{filename} + ".bak_" + std::to_string(number);
+    if (exists(name.c_str())) continue;
+    const int status =
+        run_command("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
+    if (status == 0) return g_strdup(name.c_str());
+    print_failure("rename from %s to  %s  failed ,return code  %d \n", filename, name.c_str(),
+                  status);
+  }
+  print_failure("can not  assign  a temp name for  %s \n", filename);
+  return g_strdup("");
+}
+
+bool main_move_file_force(const char* from_fn, const char* to_fn) {
+  g_return_val_if_fail(from_fn != NULL, false);
+  g_return_val_if_fail(to_fn != NULL, false);
+  const std::string from = without_final_slash(from_fn);
+  const std::string to = without_final_slash(to_fn);
+  const auto move_failed = [&] {
+    print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
+    return false;
+  };
+  if (exists(to.c_str())) {
+    if (deletion_would_hurt(from, to)) return move_failed();
+    if (run_command("/bin/rm -rf " + path_argument(to)) != 0) {
+      print_failure("remove  file %s failed \n", to.c_str());
+      return false;
+    }
+  }
+  if (run_command("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) != 0) {
+    return move_failed();
+  }
+  return true;
+}
+
+void main_restore_del_symlink(const char* link) {
+  g_return_if_fail(link != NULL);
+  if (!exists(link)) {
+    print_failure("symlink %s is not exist \n", link);
+    return;
+  }
+  const auto content = link_content(link);
+  if (content.error == EINVAL) {
+    print_failure("file %s is not symlink \n", link);
+    return;
+  }
+  if (!content.text) {
+    print_failure("restore_del_symlink:read link failed ,message %s\n", g_strerror(content.error));
+    return;
+  }
+  if (!exists(content.text->c_str())) {
+    print_failure("symlink target %s is not exist", content.text->c_str());
+    return;
+  }
+  if (std::string_view{link} == "/") {
+    print_failure("rm / is not be allow ,so return\n");
+    return;
+  }
+  const std::string command = "/bin/rm -rf " + path_argument(link) + " && /bin/cp -r " +
+                              path_argument(*content.text) + "  " + path_argument(link) + ' ';
+  const int status = run_command(command);
+  print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
+}

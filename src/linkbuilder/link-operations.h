@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What one symbolic definition does to the file system: its link is made, or undone when the
+// definition is marked deleted. Paths are used exactly as the definition spells them. Progress is
+// told on standard output and failures on standard error; nothing is raised to the caller. A
+// missing argument logs a critical warning, and the operation gives its zero result.
+#pragma once
+
+#include "model/bak-model.h"
+
+/**
+ * Makes `to` of a symbolic definition that is not marked deleted a symbolic link to `from`; does
+ * nothing for any other definition. A link with another content is replaced. A folder or a regular
+ * file at `to` is moved onto `from`, whose earlier content is deleted, and is moved back when the
+ * link cannot be made. Missing parent folders of `to` are made with mode 0775 less the umask.
+ */
+void main_build_symlink(VhBakDefItem* v);
+
+/**
+ * Makes the link of a definition with symlink(2), whatever else the definition says.
+ * Returns 0, or the call's result when it failed.
+ */
+int main_build_symlink_imp(VhBakDefItem* v);
+
+/**
+ * Renames `filename` to the first free one of FILENAME.bak_0 to FILENAME.bak_999. Returns the new
+ * name, or "" when there is none; the caller releases it with g_free().
+ */
+char* main_backup_file(const char* filename);
+
+/**
+ * Moves `from_fn` to `to_fn`, deleting first what stands there. One "/" at the end of either path
+ * does not count. Nothing is deleted or moved when the deletion would take away what is to be
+ * moved, however the two paths are spelled. Returns whether `to_fn` now holds what was at
+ * `from_fn`.
+ */
+bool main_move_file_force(const char* from_fn, const char* to_fn);
+
+/**
+ * Replaces the symbolic link `link` by a recursive copy of what its content names, as cp -r makes
+ * it. A relative content counts from the current folder. What it names stays where it is.
+ */
+void main_restore_del_symlink(const char* link);

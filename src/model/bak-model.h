@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The records of the profile: what a file definition can ask for, and one definition with its two
+// line forms. All text is UTF-8 but kept byte for byte; a text that is returned belongs to the
+// caller, who releases it with g_free(). A missing pointer argument logs a critical warning, and
+// the operation gives its zero result.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <gtk/gtk.h>
+
+/** A question about a path. Registered as an enumeration; nicks "is-dir" and "exists". */
+enum VhFileTestType : int {
+  VH_FILE_TEST_TYPE_IS_DIR = 0,
+  VH_FILE_TEST_TYPE_EXISTS = 1,
+};
+GType vh_file_test_type_get_type();
+
+/**
+ * What a definition asks for: at most one of the first three, with or without Deleted. Registered
+ * as flags; nicks "fot-null", "fot-update", "fot-overwrite", "fot-symbolic" and "fot-deleted".
+ */
+enum VhFileOperationType : int {
+  /** The operation word of the line was not recognised. */
+  VH_FILE_OPERATION_TYPE_FOT_NULL = 0,
+  VH_FILE_OPERATION_TYPE_FOT_Update = 1,
+  VH_FILE_OPERATION_TYPE_FOT_OverWrite = 2,
+  /** The target path is to be a symbolic link to the source. */
+  VH_FILE_OPERATION_TYPE_FOT_Symbolic = 4,
+  /** The definition goes at the next run of the link builder. */
+  VH_FILE_OPERATION_TYPE_FOT_Deleted = 8,
+};
+GType vh_file_operation_type_get_type();
+
+/**
+ * Asks the file system about `filename`, following symbolic links as stat(2) and access(2) do: a
+ * dangling link does not exist. Any other `test` is false.
+ */
+bool vh_FileTests(const char* filename, VhFileTestType test);
+
+/** Whether `value` has `flag`, which must be one of the four single flags: any other one ends the
+ * program. */
+bool vh_IsFileOperationType(int value, int flag);
+
+/** The text of the operation column, for example "覆盖|标记删除". */
+char* vh_FileOperationType_tostr(int op);
+
+/**
+ * Where `needle` first stands in `rawstr`, counted in characters, not bytes; -1 when nowhere. An
+ * empty needle stands at 0.
+ */
+int vh_string_index_of(const char* rawstr, const char* needle);
+
+/** Whether two iterators designate the same row: stamp and all three user words are equal. */
+bool vh_cmp_iter(const GtkTreeIter* a, const GtkTreeIter* b);
+
+/** Prints an iterator to standard output, without a line end, to look at while debugging. */
+void vh_print_iter(const GtkTreeIter* iter);
+
+namespace varnholt {
+
+/** What a file definition or a boot script says. */
+struct BakDefFields {
+  /** Private: the state of the check box. */
+  bool is_selected = false;
+  /** The row in the table's list store, once a table has the item. */
+  std::optional<GtkTreeIter> iter;
+  std::string from;
+  /** The target; for a symbolic definition the path at which the link is made. */
+  std::string to;
+  /** Whether `from` named a folder when vh_bak_def_item_set_dir() last looked. */
+  bool is_dir = false;
+  /** VhFileOperationType flags. */
+  int op = VH_FILE_OPERATION_TYPE_FOT_NULL;
+  /** Seconds since the epoch; 0 when never set. */
+  gint64 last_oper_time = 0;
+  /** The overwrite flag of update and overwrite definitions. */
+  bool force_overwrite = false;
+};
+
+}  // namespace varnholt
+
+/**
+ * One definition of the Link page or of the Shell page. A line of either form has its fields
+ * between single commas, without any quoting: no field may hold a comma.
+ */
+struct VhBakDefItem : GObject, varnholt::BakDefFields {};
+
+struct VhBakDefItemClass : GObjectClass {
+  char* (*lnk_to_string)(VhBakDefItem* self);
+};
+
+GType vh_bak_def_item_get_type();
+
+/**
+ * A new item with copies of both paths and no row; whether `from` is a folder is looked up. `op`
+ * holds VhFileOperationType flags, `last_oper_time` seconds since the epoch. None when a path is
+ * missing.
+ */
+VhBakDefItem* vh_bak_def_item_new(const char* from, const char* to, int op, gint64 last_oper_time);
+VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, const char* to, int op,
+                                        gint64 last_oper_time);
+
+/** Takes over what `item` says, but for its row; whether `from` is a folder is looked up again. */
+void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item);
+
+/** Seconds since the epoch. */
+void vh_bak_def_item_set_last_oper_time_int64(VhBakDefItem* self, gint64 last_oper_time);
+gint64 vh_bak_def_item_get_last_oper_time_int64(VhBakDefItem* self);
+/** Takes `dt` as local time, as mktime(3) does. */
+void vh_bak_def_item_set_last_oper_time_dt(VhBakDefItem* self, const struct tm* dt);
+
+void vh_bak_def_item_set_is_selected(VhBakDefItem* self, bool is_selected);
+bool vh_bak_def_item_get_is_selected(VhBakDefItem* self);
+
+void vh_bak_def_item_set_force_overwrite(VhBakDefItem* self, bool force_overwrite);
+bool vh_bak_def_item_get_force_overwrite(VhBakDefItem* self);
+
+/** Looks up whether `from` is a folder now. */
+void vh_bak_def_item_set_dir(VhBakDefItem* self);
+
+/**
+ * The item as its line of the Link page, without a line end:
+ * "lnk,dir|file,FROM,TO,update|overwrite,true|false,SECONDS" or "lnk,dir|file,FROM,TO,symbolic",
+ * the operation followed by "|deleted" when the item is marked.
+ */
+char* vh_bak_def_item_lnk_to_string(VhBakDefItem* self);
+
+/**
+ * Reads such a line, with or without its last two fields. Returns a new item, or none, without a
+ * message, when the line does not fit.
+ */
+VhBakDefItem* vh_bak_def_item_lnk_scanf_string(const char* line);
+
+/** The item as its line of the Shell page, without a line end: "shl,FROM,TO,update|overwrite". */
+char* vh_bak_def_item_shl_to_string(VhBakDefItem* self);
+
+/** Reads such a line. Returns a new item, or none, without a message, when it does not fit. */
+VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line);

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <sys/stat.h>
+
+#include <fstream>
+#include <map>
+
+#include "private-root.h"
+
+using LinkBuilder = PrivateRoot;
+
+namespace {
+
+/** What stands behind each `mark`. */
+std::vector<std::string> pieces(std::string text, const std::string& mark) {
+  std::vector<std::string> found;
+  for (auto at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
+    text.erase(0, at + mark.size());
+    found.push_back(text.substr(0, text.find(mark)));
+  }
+  return found;
+}
+
+}  // namespace
+
+TEST_F(LinkBuilder, DoesWhatTheScenariosTell) {
+  std::stringstream file;
+  file << std::ifstream{SCENARIOS}.rdbuf();
+  auto text = file.str();
+  text.pop_back();
+  const auto scenarios = pieces(text, "\n\n=== ");
+  EXPECT_EQ(scenarios.size(), 25U);
+  for (const auto& scenario : scenarios) {
+    SCOPED_TRACE(scenario.substr(0, scenario.find('\n')));
+    std::map<std::string, std::string> part;
+    for (const auto& section : pieces(scenario, "\n--- ")) {
+      const auto name = section.substr(0, section.find('\n'));
+      part[name] = section == name ? "" : section.substr(name.size() + 1) + '\n';
+    }
+    TearDown();
+    SetUp();
+    shell(part["first"]);
+    plant(part["before"]);
+    if (part.contains("profile")) write(profile, part["profile"]);
+    // A line waits on the input, as a password may.
+    const auto run = part.insert({"run", "echo secret | dev/varnholt --save_symlink"}).first;
+    EXPECT_EQ(shell(run->second), part["says"]);
+    EXPECT_EQ(tree(), part["after"]);
+    EXPECT_EQ(read(profile), part[part.contains("kept") ? "kept" : "profile"]);
+  }
+}
+
+TEST_F(LinkBuilder, KeepsEveryByteOfTheOtherLines) {
+  const std::string kept = std::string{"v\xFF\xFE\r\n\nlnk,a\0b\n", 14} +
+                           std::string{"lnk,file,/a,/b,symbolic\0|deleted\n", 34} + "shl," +
+                           std::string(1 << 20, ',') + "\n\nlnk,dir,/\xFF,/\xFF/l,symbolic\r";
+  write(profile, "\n\nlnk,file,/a,/b,overwrite|deleted\r\n\n" + kept);
+  shell("umask 077; dev/varnholt --save_symlink");
+  EXPECT_EQ(read(profile), kept);
+  EXPECT_EQ(tree(), "\xFF/l -> /\xFF\n");
+  struct stat status {};
+  ASSERT_EQ(stat((root.native() + profile).c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode, S_IFREG | 0644U);
+
+  shell("umask 077; dev/varnholt --save_symlink >&- 2>&- <&-");
+  EXPECT_EQ(read(profile), kept);
+}

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "private-root.h"
+
+#include <glib.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "base/glib-ptr.h"
+#include "scratch/scratch-paths.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/** Gives this process mounts of its own; an ordinary user becomes root of a namespace too. */
+bool enter_namespace() {
+  const uid_t user = getuid();
+  if (unshare(CLONE_NEWNS | (user == 0 ? 0 : CLONE_NEWUSER)) != 0) return false;
+  if (user != 0) std::ofstream{"/proc/self/uid_map"} << "0 " << user << " 1";
+  return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+}  // namespace
+
+std::string output_of(std::vector<const char*> words) {
+  words.push_back(nullptr);
+  varnholt::TextPtr printed;
+  int status = -1;
+  EXPECT_TRUE(g_spawn_sync("/", const_cast<char**>(words.data()), nullptr, G_SPAWN_SEARCH_PATH,
+                           nullptr, nullptr, varnholt::out(printed), nullptr, &status, nullptr));
+  EXPECT_EQ(status, 0) << printed.get();
+  return printed.get();
+}
+
+void PrivateRoot::SetUp() {
+  static const bool entered = enter_namespace();
+  if (!entered) GTEST_SKIP() << "no mount namespace of one's own here: " << g_strerror(errno);
+  root = varnholt::scratch_folder() + "/root";
+  fs::create_directory(root);
+  ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, nullptr), 0);
+  const std::string furnish = "set -e; cd " + root.native() +
+                              "; mkdir usr proc dev; ln -s usr/bin usr/lib usr/lib64 ."
+                              "; touch dev/null dev/varnholt; mount --rbind /proc proc"
+                              "; mount --bind -o ro /usr usr; mount --bind /dev/null dev/null"
+                              "; mount --bind -o ro " VARNHOLT_PROGRAM " dev/varnholt";
+  output_of({"sh", "-c", furnish.c_str()});
+}
+
+void PrivateRoot::TearDown() {
+  if (!root.empty()) umount2(root.c_str(), MNT_DETACH);
+}
+
+std::string PrivateRoot::shell(const std::string& command) const {
+  const std::string script = "exec 2>&1; export LC_ALL=C; " + command;
+  return output_of({"/usr/sbin/chroot", root.c_str(), "sh", "-c", script.c_str()});
+}
+
+void PrivateRoot::write(const std::string& path, const std::string& text) const {
+  const fs::path file = root.native() + '/' + path;
+  fs::create_directories(file.parent_path());
+  ASSERT_TRUE(std::ofstream{file} << text) << path;
+}
+
+std::string PrivateRoot::read(const std::string& path) const {
+  std::stringstream text;
+  text << std::ifstream{root.native() + '/' + path}.rdbuf();
+  return text.str();
+}
+
+void PrivateRoot::plant(const std::string& listing) const {
+  std::istringstream lines{listing};
+  for (std::string line; std::getline(lines, line);) {
+    const auto colon = line.find(": ");
+    const auto arrow = line.find(" -> ");
+    const fs::path path = root / line.substr(0, std::min({colon, arrow, line.find('|')}));
+    fs::create_directories(path.parent_path());
+    if (arrow != std::string::npos) {
+      fs::create_symlink(line.substr(arrow + 4), path);
+    } else if (colon != std::string::npos) {
+      std::ofstream{path} << line.substr(colon + 2);
+    } else if (line.ends_with('|')) {
+      mkfifo(path.c_str(), 0600);
+    }
+  }
+}
+
+std::string PrivateRoot::tree() const {
+  return shell(R"(find . -regex './\(usr\|proc\|dev\|bin\|lib\|lib64\|etc/.varnholt.ini\)' -prune \
+    -o -type l -printf '%P -> %l\n' -o -type f -printf '%P: ' -exec cat {} \; -printf '\n' \
+    -o -type p -printf '%P|\n' -o -type d -empty -printf '%P/\n' | sort)");
+}
