@@ -40,7 +40,7 @@ class ScratchFolder {
 };
 
 /** The paths are C strings for the whole life of the process. */
-const char* in_scratch(const char* path) {
+const char* in_scratch(const char* path) noexcept {
   return g_intern_string((scratch_folder() + path).c_str());
 }
 

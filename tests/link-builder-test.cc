@@ -7,6 +7,7 @@
 #include "private-root.h"
 
 using LinkBuilder = PrivateRoot;
+using namespace std::string_literals;
 
 namespace {
 
@@ -50,9 +51,8 @@ TEST_F(LinkBuilder, DoesWhatTheScenariosTell) {
 }
 
 TEST_F(LinkBuilder, KeepsEveryByteOfTheOtherLines) {
-  const std::string kept = std::string{"v\xFF\xFE\r\n\nlnk,a\0b\n", 14} +
-                           std::string{"lnk,file,/a,/b,symbolic\0|deleted\n", 34} + "shl," +
-                           std::string(1 << 20, ',') + "\n\nlnk,dir,/\xFF,/\xFF/l,symbolic\r";
+  const auto kept = "v\xFF\xFE\r\n\nlnk,a\0b\nlnk,file,/a,/b,symbolic\0|deleted\nshl,"s +
+                    std::string(1 << 20, ',') + "\n\nlnk,dir,/\xFF,/\xFF/l,symbolic\r";
   write(profile, "\n\nlnk,file,/a,/b,overwrite|deleted\r\n\n" + kept);
   shell("umask 077; dev/varnholt --save_symlink");
   EXPECT_EQ(read(profile), kept);

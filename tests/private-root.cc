@@ -31,8 +31,10 @@ std::string output_of(std::vector<const char*> words) {
   words.push_back(nullptr);
   varnholt::TextPtr printed;
   int status = -1;
-  EXPECT_TRUE(g_spawn_sync("/", const_cast<char**>(words.data()), nullptr, G_SPAWN_SEARCH_PATH,
-                           nullptr, nullptr, varnholt::out(printed), nullptr, &status, nullptr));
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the words are not written to
+  auto* const argv = const_cast<char**>(words.data());
+  EXPECT_TRUE(g_spawn_sync("/", argv, nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
+                           varnholt::out(printed), nullptr, &status, nullptr));
   EXPECT_EQ(status, 0) << printed.get();
   return printed.get();
 }

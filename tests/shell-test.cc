@@ -8,7 +8,7 @@ using varnholt::path_argument;
 TEST(Shell, HandsOnEveryByteOfAPath) {
   std::string path = "/p";
   for (int byte = 1; byte < 256; ++byte) path += static_cast<char>(byte);
-  path += "$(false) ${HOME} `id` \\\\\" && ;|*?~!";
+  path += R"($(false) ${HOME} `id` \\" && ;|*?~!)";
   for (const auto& [given, received] : {std::pair{path, path}, {"-rf", "./-rf"}, {"", ""}}) {
     for (const char* const shell : {"dash", "bash"}) {
       const std::string command = "printf %s:%s " + path_argument(given) + " end";

@@ -41,6 +41,7 @@ class OutArgument {
   OutArgument(const OutArgument&) = delete;
   OutArgument& operator=(const OutArgument&) = delete;
   ~OutArgument() { m_owner.reset(m_given); }
+  // NOLINTNEXTLINE(google-explicit-constructor): it stands for the argument itself
   operator typename Owner::pointer *() && noexcept { return &m_given; }
 
  private:

@@ -34,11 +34,11 @@ constexpr mode_t new_folder_mode = 0775;
 /** What a symbolic link holds, or the errno with which readlink(2) refused. */
 struct LinkContent {
   std::optional<std::string> text;
-  int error;
+  int error = 0;
 };
 
 LinkContent link_content(const char* path) {
-  std::array<char, PATH_MAX> content;
+  std::array<char, PATH_MAX> content{};
   const ssize_t length = readlink(path, content.data(), content.size());
   if (length < 0) return {std::nullopt, errno};
   return {std::string{content.data(), static_cast<std::size_t>(length)}, 0};

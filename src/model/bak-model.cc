@@ -198,9 +198,11 @@ VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, con
 void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(item != NULL);
-  BakDefFields filled = *item;
-  filled.iter = self->iter;
-  static_cast<BakDefFields&>(*self) = std::move(filled);
+  BakDefFields& own = *self;
+  const BakDefFields& other = *item;
+  const auto row = own.iter;
+  own = other;
+  own.iter = row;
   vh_bak_def_item_set_dir(self);
 }
 

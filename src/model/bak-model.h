@@ -85,7 +85,9 @@ struct BakDefFields {
  * One definition of the Link page or of the Shell page. A line of either form has its fields
  * between single commas, without any quoting: no field may hold a comma.
  */
-struct VhBakDefItem : GObject, varnholt::BakDefFields {};
+struct VhBakDefItem : GObject, varnholt::BakDefFields {
+  VhBakDefItem() = delete;
+};
 
 struct VhBakDefItemClass : GObjectClass {
   char* (*lnk_to_string)(VhBakDefItem* self);
