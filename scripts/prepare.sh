@@ -15,7 +15,7 @@ install_missing() {
 
   local rights=()
   [ "$(id -u)" = 0 ] || rights=(sudo)
-  echo "Installing: ${missing[*]}"
+  echo "Missing packages: ${missing[*]}"
   if command -v apt-get >/dev/null && { [ "$(id -u)" = 0 ] || command -v sudo >/dev/null; } &&
     "${rights[@]}" apt-get update -q &&
     "${rights[@]}" env DEBIAN_FRONTEND=noninteractive \
