@@ -18,7 +18,7 @@ class ScratchFolder {
  public:
   ScratchFolder() {
     const char* const given = std::getenv("VARNHOLT_SCRATCH");
-    m_own = given == nullptr;
+    m_own = given == nullptr || *given == '\0';
     if (!m_own) {
       path = given;
     } else if (mkdtemp(path.data()) == nullptr) {

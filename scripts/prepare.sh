@@ -2,7 +2,7 @@
 # What ./run, ./test, ./bench and .ci/run share: the packages and the build. Sourced from the root
 # of the project by bash.
 
-build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libgtest-dev)
+build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev)
 
 # install_missing PACKAGE...: installs those that are not there, or says what to install.
 install_missing() {

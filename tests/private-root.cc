@@ -49,7 +49,7 @@ void PrivateRoot::SetUp() {
                               "; mkdir usr proc dev; ln -s usr/bin usr/lib usr/lib64 ."
                               "; touch dev/null dev/varnholt; mount --rbind /proc proc"
                               "; mount --bind -o ro /usr usr; mount --bind /dev/null dev/null"
-                              "; mount --bind -o ro " VARNHOLT_PROGRAM " dev/varnholt";
+                              "; mount --bind -o ro '" VARNHOLT_PROGRAM "' dev/varnholt";
   output_of({"sh", "-c", furnish.c_str()});
 }
 

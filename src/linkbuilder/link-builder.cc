@@ -61,6 +61,17 @@ void secure_standard_streams() {
   if (null > STDERR_FILENO) close(null);
 }
 
+/** Sets right what the caller of the process may have left in a way that would do harm. */
+void secure_process() {
+  // Neither a reader of the messages that goes away nor a limit ends the run between two steps.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  // Ignored, it would hide how a command ended.
+  std::signal(SIGCHLD, SIG_DFL);
+  // In some charsets a shell takes the backslash that protects a quote for half a character.
+  g_setenv("LC_ALL", "C", TRUE);
+}
+
 /** Does what a line asks for; returns whether the line stays in the profile. */
 bool apply_line(std::string_view line) {
   constexpr bool stays = true;
@@ -96,8 +107,7 @@ void write_profile(const std::string& text) {
 
 void main_save_symbolic_dir() {
   secure_standard_streams();
-  // A reader of the messages that goes away must not end the run between two steps.
-  std::signal(SIGPIPE, SIG_IGN);
+  secure_process();
   if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
     print_progress("open file  [%s] is not exist \n", paths::profile);
     return;

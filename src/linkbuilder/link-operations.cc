@@ -18,9 +18,12 @@
 #include "base/diagnostics.h"
 #include "base/glib-ptr.h"
 #include "base/shell.h"
+#include "linkbuilder/places.h"
 
 namespace {
 
+using varnholt::ErrorPtr;
+using varnholt::out;
 using varnholt::path_argument;
 using varnholt::print_failure;
 using varnholt::print_progress;
@@ -58,46 +61,15 @@ bool exists(const char* path) {
   return vh_FileTests(path, VH_FILE_TEST_TYPE_EXISTS);
 }
 
-/** The path without symbolic links, "." and ".."; none when it does not exist. */
-TextPtr resolved(const std::string& path) {
-  // realpath(3) allocates with malloc(), which is what g_free() gives back.
-  return take_text(realpath(path.c_str(), nullptr));
-}
-
-/**
- * Whether the file or folder at `outer` is on the way from the root to `inner`, or at its end. Both
- * are resolved. Compares what stands there and not the names: a folder can be mounted in two
- * places.
- */
-bool is_on_the_way(const char* outer, const char* inner) {
-  struct stat wanted {};
-  if (stat(outer, &wanted) != 0) return false;
-  for (TextPtr place = take_text(g_strdup(inner));;) {
-    struct stat status {};
-    if (stat(place.get(), &status) == 0 && status.st_dev == wanted.st_dev &&
-        status.st_ino == wanted.st_ino) {
-      return true;
-    }
-    if (std::string_view{place.get()} == "/") return false;
-    place = take_text(g_path_get_dirname(place.get()));
-  }
-}
-
-/** Whether deleting `to`, which exists, would take away `from` or a part of it. */
-bool deletion_would_hurt(const std::string& from, const std::string& to) {
-  const TextPtr from_end = resolved(from);
-  // Where a link stands that is to be moved may be elsewhere than what it names.
-  const TextPtr from_folder = resolved(take_text(g_path_get_dirname(from.c_str())).get());
-  const TextPtr to_end = resolved(to);
-  if (!from_end || !from_folder || !to_end) return true;
-  return is_on_the_way(to_end.get(), from_end.get()) ||
-         is_on_the_way(to_end.get(), from_folder.get()) ||
-         is_on_the_way(from_end.get(), to_end.get());
-}
-
 std::string without_final_slash(std::string_view path) {
   if (path.ends_with('/')) path.remove_suffix(1);
   return std::string{path};
+}
+
+/** Whether a link is spelled as the folder behind it: rm would empty that one and keep the link. */
+bool is_link_with_slash(const std::string& path) {
+  if (!path.ends_with('/')) return false;
+  return kind_of(path.substr(0, 1 + path.find_last_not_of('/')).c_str()) == PathKind::symbolic_link;
 }
 
 /** Replaces the link at `to`, which holds `content`, unless it is the wanted one already. */
@@ -214,8 +186,9 @@ bool main_move_file_force(const char* from_fn, const char* to_fn) {
     return false;
   };
   if (exists(to.c_str())) {
-    if (deletion_would_hurt(from, to)) return move_failed();
-    if (run_command("/bin/rm -rf " + path_argument(to)) != 0) {
+    if (is_link_with_slash(to) || varnholt::deletion_takes_away(to, from)) return move_failed();
+    // What still stands after the removal would take the data in instead of giving way to it.
+    if (run_command("/bin/rm -rf " + path_argument(to)) != 0 || exists(to.c_str())) {
       print_failure("remove  file %s failed \n", to.c_str());
       return false;
     }
@@ -232,17 +205,18 @@ void main_restore_del_symlink(const char* link) {
     print_failure("symlink %s is not exist \n", link);
     return;
   }
-  const auto content = link_content(link);
-  if (content.error == EINVAL) {
+  if (kind_of(link) != PathKind::symbolic_link) {
     print_failure("file %s is not symlink \n", link);
     return;
   }
-  if (!content.text) {
-    print_failure("restore_del_symlink:read link failed ,message %s\n", g_strerror(content.error));
+  ErrorPtr error;
+  const TextPtr content = take_text(g_file_read_link(link, out(error)));
+  if (!content) {
+    print_failure("restore_del_symlink:read link failed ,message %s\n", error->message);
     return;
   }
-  if (!exists(content.text->c_str())) {
-    print_failure("symlink target %s is not exist", content.text->c_str());
+  if (!exists(content.get())) {
+    print_failure("symlink target %s is not exist", content.get());
     return;
   }
   if (std::string_view{link} == "/") {
@@ -250,7 +224,7 @@ void main_restore_del_symlink(const char* link) {
     return;
   }
   const std::string command = "/bin/rm -rf " + path_argument(link) + " && /bin/cp -r " +
-                              path_argument(*content.text) + "  " + path_argument(link) + ' ';
+                              path_argument(content.get()) + "  " + path_argument(link) + ' ';
   const int status = run_command(command);
   print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
 }

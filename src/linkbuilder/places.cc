@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Where paths really lead, through symbolic links and mounts.
+#include "linkbuilder/places.h"
+
+#include <fcntl.h>
+#include <libmount.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <list>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "base/glib-ptr.h"
+
+namespace fs = std::filesystem;
+
+namespace varnholt {
+namespace {
+
+/** More than the kernel follows: path_resolution(7). */
+constexpr int most_links = 40;
+
+/**
+ * The entries that the kernel passes on its way along `path`, links and what they lead to alike, as
+ * paths without any link above their last name. The last one is where the path ends. None when
+ * there is no such way.
+ */
+std::vector<fs::path> way_along(const fs::path& path) {
+  std::error_code error;
+  fs::path at = path.is_absolute() ? "/" : fs::current_path(error);
+  std::vector<fs::path> way{at};
+  std::list<fs::path> names{path.begin(), path.end()};
+  for (int links = 0; !names.empty();) {
+    const fs::path name = names.front();
+    names.pop_front();
+    if (name.empty() || name == ".") continue;
+    if (name == "..") {
+      at = at.parent_path();
+      continue;
+    }
+    const fs::path entry = name.is_absolute() ? name : at / name;
+    way.push_back(entry);
+    const auto status = fs::symlink_status(entry, error);
+    if (!fs::exists(status)) return {};
+    if (!fs::is_symlink(status)) {
+      at = entry;
+      continue;
+    }
+    const fs::path content = fs::read_symlink(entry, error);
+    if (error || ++links > most_links) return {};
+    names.insert(names.begin(), content.begin(), content.end());
+  }
+  way.push_back(at);
+  return way;
+}
+
+/** A place in a file system, one and the same through whichever mount it is reached. */
+struct Place {
+  dev_t device = 0;
+  /** From the root of the file system, which is the empty path. */
+  std::string path;
+};
+
+/** Whether `outer` is `inner`, or a folder above it. */
+bool holds(const Place& outer, const Place& inner) {
+  return outer.device == inner.device && inner.path.starts_with(outer.path) &&
+         (inner.path.size() == outer.path.size() || inner.path[outer.path.size()] == '/');
+}
+
+bool any_holds(const std::vector<Place>& outer, const std::vector<Place>& inner) {
+  return std::any_of(outer.begin(), outer.end(), [&inner](const Place& place) {
+    return std::any_of(inner.begin(), inner.end(),
+                       [&place](const Place& other) { return holds(place, other); });
+  });
+}
+
+/** `path` without a final slash, so that the root is the empty path. */
+std::string as_prefix(const char* path) {
+  const std::string text = path == nullptr ? "" : path;
+  return text == "/" ? "" : text;
+}
+
+/** The mounts that this process sees, as proc(5) tells them; none where there is no /proc. */
+class Mounts {
+ public:
+  Mounts() {
+    const std::unique_ptr<libmnt_table, FreeWith<mnt_unref_table>> table{
+        mnt_new_table_from_file("/proc/self/mountinfo")};
+    const std::unique_ptr<libmnt_iter, FreeWith<mnt_free_iter>> step{
+        mnt_new_iter(MNT_ITER_FORWARD)};
+    libmnt_fs* mount = nullptr;
+    while (table && mnt_table_next_fs(table.get(), step.get(), &mount) == 0) {
+      m_mounts.push_back({mnt_fs_get_id(mount),
+                          as_prefix(mnt_fs_get_target(mount)),
+                          {mnt_fs_get_devno(mount), as_prefix(mnt_fs_get_root(mount))}});
+    }
+  }
+
+  /** The place of a path that has no links above its last name. */
+  Place place_of(const fs::path& path) const {
+    const std::string text = as_prefix(path.c_str());
+    struct statx status {};
+    statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &status);
+    for (const auto& mount : m_mounts) {
+      if (static_cast<std::uint64_t>(mount.id) != status.stx_mnt_id) continue;
+      return {mount.root.device, mount.root.path + text.substr(mount.target.size())};
+    }
+    return {0, text};
+  }
+
+  /** The place of such a path and the roots of all mounts below it. */
+  std::vector<Place> places_from(const fs::path& path) const {
+    std::vector<Place> places{place_of(path)};
+    for (const auto& mount : m_mounts) {
+      if (mount.target.starts_with(as_prefix(path.c_str()) + '/')) places.push_back(mount.root);
+    }
+    return places;
+  }
+
+ private:
+  struct Mount {
+    int id = 0;
+    std::string target;
+    Place root;
+  };
+  std::vector<Mount> m_mounts;
+};
+
+}  // namespace
+
+bool deletion_takes_away(const fs::path& doomed, const fs::path& path) {
+  const auto doomed_way = way_along(doomed);
+  const auto way = way_along(path);
+  if (doomed_way.empty() || way.empty()) return true;
+  const Mounts mounts;
+  const auto gone = mounts.places_from(doomed_way.back());
+  std::vector<Place> passed;
+  for (const auto& entry : way) passed.push_back(mounts.place_of(entry));
+  return any_holds(gone, passed) || any_holds(mounts.places_from(way.back()), gone);
+}
+
+}  // namespace varnholt
