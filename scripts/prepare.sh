@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What ./run, ./test, ./bench and .ci/run share: the packages and the build. Sourced from the root
-# of the project by bash.
+# What the commands of the project share: the packages and the build. Sourced from the root of the
+# project by bash.
 
 build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev)
 

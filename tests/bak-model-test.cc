@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The model: lines read and written, flags, file tests.
 #include "model/bak-model.h"
 
 #include <gtest/gtest.h>
@@ -71,6 +72,8 @@ TEST(BakModel, CopiesWhatAnotherItemSaysButNotItsRow) {
             "lnk,file," + folder + ",/c,update|deleted");
   EXPECT_TRUE(vh_bak_def_item_get_is_selected(item.get()));
   EXPECT_FALSE(vh_bak_def_item_get_force_overwrite(item.get()));
+  vh_bak_def_item_set_force_overwrite(item.get(), true);
+  EXPECT_TRUE(vh_bak_def_item_get_force_overwrite(item.get()));
   EXPECT_TRUE(vh_cmp_iter(&*item->iter, &row));
   for (const GtkTreeIter elsewhere : {GtkTreeIter{8, &node, nullptr, nullptr},
                                       {7, nullptr, nullptr, nullptr},

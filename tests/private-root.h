@@ -12,6 +12,7 @@
 /** Runs a command and returns what it printed to standard output. */
 std::string output_of(std::vector<const char*> words);
 
+/** Gives each test an empty machine of its own below `root`. */
 class PrivateRoot : public testing::Test {
  protected:
   /** Makes an empty root, or skips the test where the machine allows no namespaces. */
@@ -21,6 +22,7 @@ class PrivateRoot : public testing::Test {
   /** Runs a command line in the root and returns what it printed, both streams in one pipe. */
   std::string shell(const std::string& command) const;
 
+  /** One file below the root, byte for byte; a missing one reads as empty. */
   void write(const std::string& path, const std::string& text) const;
   std::string read(const std::string& path) const;
 
@@ -35,4 +37,5 @@ class PrivateRoot : public testing::Test {
   std::filesystem::path root;
 };
 
+/** Where the installed program has its profile. */
 constexpr auto* profile = "/etc/.varnholt.ini";

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// Shell command lines, as real shells read them.
 #include "base/shell.h"
 
 #include "private-root.h"

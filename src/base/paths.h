@@ -7,7 +7,7 @@ namespace varnholt::paths {
 
 /** The profile: all definitions, one a line. Only root may write it. */
 extern const char* const profile;
-/** The text of the next profile, on its way there. */
+/** Where the next profile is written before it is moved into place with root rights. */
 extern const char* const temporary_profile;
 /** The backup and distribution script that the definitions are for. */
 extern const char* const backup_script;

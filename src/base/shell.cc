@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shell command lines.
+// Makes words of shell command lines and runs the lines.
 #include "base/shell.h"
 
 #include <cstdlib>

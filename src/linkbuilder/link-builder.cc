@@ -32,32 +32,15 @@ namespace paths = varnholt::paths;
 
 constexpr mode_t profile_mode = 0644;
 
-/** Sets the umask for as long as it lives. */
-class ScopedUmask {
- public:
-  explicit ScopedUmask(mode_t mask) : m_before(umask(mask)) {}
-  ScopedUmask(const ScopedUmask&) = delete;
-  ScopedUmask& operator=(const ScopedUmask&) = delete;
-  ~ScopedUmask() { umask(m_before); }
-
- private:
-  mode_t m_before;
-};
-
-/**
- * The pipe at standard input may still hold a password line, which no command may read. A standard
- * stream that is closed would lend its number to the profile's file, and messages would go into it.
- */
-void secure_standard_streams() {
+/** The pipe at standard input may still hold a password line, which no command may read. */
+void take_no_input() {
   const int null = open("/dev/null", O_RDWR);
   if (null < 0) {
     close(STDIN_FILENO);
     return;
   }
   dup2(null, STDIN_FILENO);
-  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
-    if (fcntl(stream, F_GETFD) < 0) dup2(null, stream);
-  }
+  // A lower number was that of a closed standard stream and is in the right place already.
   if (null > STDERR_FILENO) close(null);
 }
 
@@ -93,7 +76,8 @@ bool apply_line(std::string_view line) {
 
 /** Replaces the profile as a whole: a reader sees the old one or the new one. */
 void write_profile(const std::string& text) {
-  const ScopedUmask readable_by_all{0022};
+  // An ordinary user's window reads it next time, whatever the umask of this session.
+  umask(0022);
   constexpr auto on_disk = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
                                                               G_FILE_SET_CONTENTS_DURABLE);
   ErrorPtr error;
@@ -106,7 +90,7 @@ void write_profile(const std::string& text) {
 }  // namespace
 
 void main_save_symbolic_dir() {
-  secure_standard_streams();
+  take_no_input();
   secure_process();
   if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
     print_progress("open file  [%s] is not exist \n", paths::profile);

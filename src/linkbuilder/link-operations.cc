@@ -74,10 +74,10 @@ bool is_link_with_slash(const std::string& path) {
 
 /** Replaces the link at `to`, which holds `content`, unless it is the wanted one already. */
 void renew_link(VhBakDefItem* v, const std::string& content) {
-  constexpr auto* told = "%s is  already a symlink ,the target is %s .\n";
+  constexpr auto* told_format = "%s is  already a symlink ,the target is %s .\n";
   const char* const to = v->to.c_str();
   if (v->from == content) {
-    print_progress(told, to, content.c_str());
+    print_progress(told_format, to, content.c_str());
     return;
   }
   const int result = std::remove(to);
@@ -85,7 +85,7 @@ void renew_link(VhBakDefItem* v, const std::string& content) {
     main_build_symlink_imp(v);
     return;
   }
-  print_failure(told, to, content.c_str());
+  print_failure(told_format, to, content.c_str());
   print_failure("remove %s failed , the return code is %d .\n", to, result);
 }
 
@@ -93,6 +93,7 @@ void renew_link(VhBakDefItem* v, const std::string& content) {
 void build_fresh_link(VhBakDefItem* v) {
   const char* const to = v->to.c_str();
   print_progress("source file [%s] is not exists \n", to);
+  // The folder itself is only there to have all those above it made.
   g_mkdir_with_parents(to, new_folder_mode);
   g_rmdir(to);
   main_build_symlink_imp(v);
@@ -103,6 +104,7 @@ void adopt_and_link(VhBakDefItem* v) {
   const char* const from = v->from.c_str();
   const char* const to = v->to.c_str();
   const std::string backup = take_text(main_backup_file(to)).get();
+  // Without a backup the call for the link fails, and its message is the report.
   const bool moved = !backup.empty();
   if (moved) {
     print_progress("move force  %s  to %s \n", backup.c_str(), from);

@@ -22,8 +22,9 @@ void main_build_symlink(VhBakDefItem* v);
 int main_build_symlink_imp(VhBakDefItem* v);
 
 /**
- * Renames `filename` to the first free one of FILENAME.bak_0 to FILENAME.bak_999. Returns the new
- * name, or "" when there is none; the caller releases it with g_free().
+ * Renames `filename` to the first of FILENAME.bak_0 to FILENAME.bak_999 that does not exist and to
+ * which it can be renamed; a dangling link does not exist. Returns the new name, or "" when all
+ * were tried in vain; the caller releases it with g_free().
  */
 char* main_backup_file(const char* filename);
 

@@ -5,6 +5,7 @@
 // the operation gives its zero result.
 #pragma once
 
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -90,15 +91,16 @@ struct VhBakDefItem : GObject, varnholt::BakDefFields {
 };
 
 struct VhBakDefItemClass : GObjectClass {
+  /** What vh_bak_def_item_lnk_to_string() calls. */
   char* (*lnk_to_string)(VhBakDefItem* self);
 };
 
 GType vh_bak_def_item_get_type();
 
 /**
- * A new item with copies of both paths and no row; whether `from` is a folder is looked up. `op`
- * holds VhFileOperationType flags, `last_oper_time` seconds since the epoch. None when a path is
- * missing.
+ * A new item, or one of a type derived from it, with copies of both paths and no row; whether
+ * `from` is a folder is looked up. `op` holds VhFileOperationType flags, `last_oper_time` seconds
+ * since the epoch. None when a path is missing.
  */
 VhBakDefItem* vh_bak_def_item_new(const char* from, const char* to, int op, gint64 last_oper_time);
 VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, const char* to, int op,
@@ -113,9 +115,11 @@ gint64 vh_bak_def_item_get_last_oper_time_int64(VhBakDefItem* self);
 /** Takes `dt` as local time, as mktime(3) does. */
 void vh_bak_def_item_set_last_oper_time_dt(VhBakDefItem* self, const struct tm* dt);
 
+/** The state of the check box in the table. */
 void vh_bak_def_item_set_is_selected(VhBakDefItem* self, bool is_selected);
 bool vh_bak_def_item_get_is_selected(VhBakDefItem* self);
 
+/** The overwrite flag; an update definition is written as if it were set. */
 void vh_bak_def_item_set_force_overwrite(VhBakDefItem* self, bool force_overwrite);
 bool vh_bak_def_item_get_force_overwrite(VhBakDefItem* self);
 
@@ -130,8 +134,10 @@ void vh_bak_def_item_set_dir(VhBakDefItem* self);
 char* vh_bak_def_item_lnk_to_string(VhBakDefItem* self);
 
 /**
- * Reads such a line, with or without its last two fields. Returns a new item, or none, without a
- * message, when the line does not fit.
+ * Reads such a line. A line with another number of fields than 5 or 7 does not fit, nor one that
+ * does not begin with "lnk". The operation counts by its beginning, the mark by the end of the same
+ * field; SECONDS may be octal or hexadecimal, as g_ascii_strtoll() reads them. Returns a new item,
+ * or none, without a message, when the line does not fit.
  */
 VhBakDefItem* vh_bak_def_item_lnk_scanf_string(const char* line);
 
