@@ -2,7 +2,7 @@
 // Times the link builder as a whole process beside other programs that do the same work, on trees
 // of its own on a tmpfs: a new tree for every sample, the rivals in rotating order, the work of
 // each one checked.
-// Usage: link-builder-benchmark VARNHOLT-SCRATCH BARE-LOOP
+// Usage: link-builder-benchmark VARNHOLT-SCRATCH BARE-LOOP [WORDS OF A TITLE]
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <spawn.h>
@@ -150,6 +150,8 @@ struct Rival {
 /** The programs under test, from the command line. */
 const char* varnholt = nullptr;
 const char* bare_loop = nullptr;
+/** Only what has these words in its title is run. */
+const char* wanted = "";
 
 Rival ours() {
   return {"varnholt",
@@ -186,6 +188,7 @@ Rival stow(double aim) {
 
 /** Times varnholt, the first one, and its rivals on one case and prints a row for each. */
 void compare(const char* title, int links, Start start, const std::vector<Rival>& rivals) {
+  if (std::string{title}.find(wanted) == std::string::npos) return;
   std::vector<std::vector<double>> seconds(rivals.size());
   for (int sample = 0; sample < samples; ++sample) {
     for (std::size_t turn = 0; turn < rivals.size(); ++turn) {
@@ -208,7 +211,8 @@ void compare(const char* title, int links, Start start, const std::vector<Rival>
 
 /** Prints how time and memory grow with the profile. */
 void show_growth(const char* title, Start start) {
-  std::printf("\n%s: growth of varnholt, median of %d, one run at %d\n", title, growth_samples,
+  if (std::string{title}.find(wanted) == std::string::npos) return;
+  std::printf("\n%s: varnholt alone, median of %d, one run at %d\n", title, growth_samples,
               sampled_once);
   long first_peak = 0;
   for (const int links : {0, 1'000, 10'000, 100'000, sampled_once}) {
@@ -239,7 +243,8 @@ void show_growth(const char* title, Start start) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) give_up("usage: link-builder-benchmark VARNHOLT-SCRATCH BARE-LOOP");
+  if (argc < 3) give_up("usage: link-builder-benchmark VARNHOLT-SCRATCH BARE-LOOP [TITLE]");
+  if (argc > 3) wanted = argv[3];
   varnholt = argv[1];
   bare_loop = argv[2];
   struct statfs file_system {};
@@ -252,7 +257,7 @@ int main(int argc, char** argv) {
   compare("Everything linked already", 10'000, Start::links,
           {ours(), bare(2), tmpfiles(1 / 5.0), stow(1 / 5.0)});
   compare("Files at the link paths", 300, Start::files, {ours(), bare(1.05)});
-  show_growth("Links to make, nothing in the way", Start::nothing);
-  show_growth("Everything linked already", Start::links);
+  show_growth("Growth, links to make", Start::nothing);
+  show_growth("Growth, everything linked already", Start::links);
   return 0;
 }

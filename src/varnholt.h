@@ -16,7 +16,8 @@ inline varnholt::TextPtr main_s_exe_path;
 inline varnholt::ObjectPtr<GtkWindow> main_s_main_window;
 
 /**
- * Runs the program with its arguments, the program's own name first, and their number: as link builder when, apart from the toolkit's own options,
- * one of them is "--save_symlink", else with a window. Always returns 0.
+ * Runs the program with its arguments, its own name first, and their number: as link builder when,
+ * apart from the toolkit's own options, one of them is "--save_symlink", else with a window. Always
+ * returns 0.
  */
 int main_main(char** argv, int argc);

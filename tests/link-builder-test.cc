@@ -5,7 +5,10 @@
 #include <fstream>
 #include <map>
 
+#include "base/glib-ptr.h"
+#include "linkbuilder/link-operations.h"
 #include "private-root.h"
+#include "scratch/scratch-paths.h"
 
 using LinkBuilder = PrivateRoot;
 using namespace std::string_literals;
@@ -65,4 +68,20 @@ TEST_F(LinkBuilder, KeepsEveryByteOfTheOtherLines) {
 
   shell("umask 077; dev/varnholt --save_symlink >&- 2>&- <&-");
   EXPECT_EQ(read(profile), kept);
+}
+
+TEST(LinkOperations, TakeItemsAndTellWhatBecameOfThem) {
+  const auto& folder = varnholt::scratch_folder();
+  const auto link = folder + "/new";
+  const auto item = varnholt::take_object(vh_bak_def_item_new("/s", link.c_str(), 12, 0));
+  main_build_symlink(item.get());
+  EXPECT_FALSE(std::filesystem::is_symlink(link));
+  item->op = VH_FILE_OPERATION_TYPE_FOT_Symbolic;
+  main_build_symlink(item.get());
+  EXPECT_EQ(std::filesystem::read_symlink(link), "/s");
+  EXPECT_EQ(main_build_symlink_imp(item.get()), -1);
+  EXPECT_EQ(varnholt::take_text(main_backup_file(folder.c_str())).get(), folder + ".bak_0");
+  EXPECT_TRUE(main_move_file_force((folder + ".bak_0/").c_str(), (folder + '/').c_str()));
+  EXPECT_FALSE(main_move_file_force((folder + "/none").c_str(), link.c_str()));
+  EXPECT_EQ(std::filesystem::read_symlink(link), "/s");
 }

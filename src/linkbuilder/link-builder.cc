@@ -22,11 +22,9 @@ namespace {
 
 using varnholt::ErrorPtr;
 using varnholt::kept_lines;
-using varnholt::ObjectPtr;
 using varnholt::out;
 using varnholt::print_failure;
 using varnholt::print_progress;
-using varnholt::take_object;
 using varnholt::TextPtr;
 namespace paths = varnholt::paths;
 
@@ -57,18 +55,15 @@ void secure_process() {
 
 /** Does what a line asks for; returns whether the line stays in the profile. */
 bool apply_line(std::string_view line) {
-  constexpr bool stays = true;
-  if (!line.starts_with("lnk")) return stays;
-  // Behind a NUL byte the rest would not be seen: it would be read as another definition.
-  if (line.find('\0') != std::string_view::npos) return stays;
-  const auto item = take_object(vh_bak_def_item_lnk_scanf_string(std::string{line}.c_str()));
-  if (!item) return stays;
-  const bool deleted = vh_IsFileOperationType(item->op, VH_FILE_OPERATION_TYPE_FOT_Deleted);
-  if (vh_IsFileOperationType(item->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) {
+  // No item is made: it would look up every source, and a standing link needs no look at it.
+  const auto definition = varnholt::read_lnk_line(line);
+  if (!definition) return true;
+  const bool deleted = vh_IsFileOperationType(definition->op, VH_FILE_OPERATION_TYPE_FOT_Deleted);
+  if (vh_IsFileOperationType(definition->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) {
     if (deleted) {
-      main_restore_del_symlink(item->to.c_str());
+      main_restore_del_symlink(definition->to.c_str());
     } else {
-      main_build_symlink(item.get());
+      varnholt::build_symlink(*definition);
     }
   }
   return !deleted;

@@ -22,6 +22,7 @@
 
 namespace {
 
+using varnholt::BakDefFields;
 using varnholt::ErrorPtr;
 using varnholt::out;
 using varnholt::path_argument;
@@ -72,17 +73,30 @@ bool is_link_with_slash(const std::string& path) {
   return kind_of(path.substr(0, 1 + path.find_last_not_of('/')).c_str()) == PathKind::symbolic_link;
 }
 
+/** symlink(2), told. */
+int make_link(const BakDefFields& definition) {
+  const char* const from = definition.from.c_str();
+  const char* const to = definition.to.c_str();
+  const int result = symlink(from, to);
+  if (result == 0) {
+    print_progress("symlink %s ok  , source dir is %s  target dir is %s .\n", to, from, to);
+  } else {
+    print_failure("symlink %s failed , the return code is %d .\n", to, result);
+  }
+  return result;
+}
+
 /** Replaces the link at `to`, which holds `content`, unless it is the wanted one already. */
-void renew_link(VhBakDefItem* v, const std::string& content) {
+void renew_link(const BakDefFields& definition, const std::string& content) {
   constexpr auto* told_format = "%s is  already a symlink ,the target is %s .\n";
-  const char* const to = v->to.c_str();
-  if (v->from == content) {
+  const char* const to = definition.to.c_str();
+  if (definition.from == content) {
     print_progress(told_format, to, content.c_str());
     return;
   }
   const int result = std::remove(to);
   if (result == 0) {
-    main_build_symlink_imp(v);
+    make_link(definition);
     return;
   }
   print_failure(told_format, to, content.c_str());
@@ -90,19 +104,19 @@ void renew_link(VhBakDefItem* v, const std::string& content) {
 }
 
 /** Makes a link where nothing stands, with the folders above it. */
-void build_fresh_link(VhBakDefItem* v) {
-  const char* const to = v->to.c_str();
+void build_fresh_link(const BakDefFields& definition) {
+  const char* const to = definition.to.c_str();
   print_progress("source file [%s] is not exists \n", to);
   // The folder itself is only there to have all those above it made.
   g_mkdir_with_parents(to, new_folder_mode);
   g_rmdir(to);
-  main_build_symlink_imp(v);
+  make_link(definition);
 }
 
 /** Moves the folder or file at `to` onto the source and makes the link in its place. */
-void adopt_and_link(VhBakDefItem* v) {
-  const char* const from = v->from.c_str();
-  const char* const to = v->to.c_str();
+void adopt_and_link(const BakDefFields& definition) {
+  const char* const from = definition.from.c_str();
+  const char* const to = definition.to.c_str();
   const std::string backup = take_text(main_backup_file(to)).get();
   // Without a backup the call for the link fails, and its message is the report.
   const bool moved = !backup.empty();
@@ -110,7 +124,7 @@ void adopt_and_link(VhBakDefItem* v) {
     print_progress("move force  %s  to %s \n", backup.c_str(), from);
     if (!main_move_file_force(backup.c_str(), from)) return;
   }
-  if (main_build_symlink_imp(v) == 0 || !moved) return;
+  if (make_link(definition) == 0 || !moved) return;
   const bool moved_back = main_move_file_force(from, to);
   print_failure(
       "build symlink failed ,so  reback the file ,move  %s to %s (is already exists) ,and it "
@@ -120,17 +134,16 @@ void adopt_and_link(VhBakDefItem* v) {
 
 }  // namespace
 
-void main_build_symlink(VhBakDefItem* v) {
-  g_return_if_fail(v != NULL);
-  if (!vh_IsFileOperationType(v->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic) ||
-      vh_IsFileOperationType(v->op, VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
+void varnholt::build_symlink(const BakDefFields& definition) {
+  if (!vh_IsFileOperationType(definition.op, VH_FILE_OPERATION_TYPE_FOT_Symbolic) ||
+      vh_IsFileOperationType(definition.op, VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
     return;
   }
   // Nearly every run finds nearly every link as it should be, and one call tells that.
-  const char* const to = v->to.c_str();
+  const char* const to = definition.to.c_str();
   const auto content = link_content(to);
   if (content.text) {
-    renew_link(v, *content.text);
+    renew_link(definition, *content.text);
     return;
   }
   switch (content.error == ENOENT ? PathKind::absent : kind_of(to)) {
@@ -139,10 +152,10 @@ void main_build_symlink(VhBakDefItem* v) {
                     g_file_error_from_errno(content.error));
       break;
     case PathKind::absent:
-      build_fresh_link(v);
+      build_fresh_link(definition);
       break;
     case PathKind::folder_or_file:
-      adopt_and_link(v);
+      adopt_and_link(definition);
       break;
     case PathKind::other:
       print_failure("unknow file type,cat not  build symlink \n");
@@ -150,17 +163,14 @@ void main_build_symlink(VhBakDefItem* v) {
   }
 }
 
+void main_build_symlink(VhBakDefItem* v) {
+  g_return_if_fail(v != NULL);
+  varnholt::build_symlink(*v);
+}
+
 int main_build_symlink_imp(VhBakDefItem* v) {
   g_return_val_if_fail(v != NULL, 0);
-  const char* const from = v->from.c_str();
-  const char* const to = v->to.c_str();
-  const int result = symlink(from, to);
-  if (result == 0) {
-    print_progress("symlink %s ok  , source dir is %s  target dir is %s .\n", to, from, to);
-  } else {
-    print_failure("symlink %s failed , the return code is %d .\n", to, result);
-  }
-  return result;
+  return make_link(*v);
 }
 
 char* main_backup_file(const char* filename) {

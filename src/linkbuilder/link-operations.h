@@ -15,6 +15,13 @@
  */
 void main_build_symlink(VhBakDefItem* v);
 
+namespace varnholt {
+
+/** The same for a definition that is no item. */
+void build_symlink(const BakDefFields& definition);
+
+}  // namespace varnholt
+
 /**
  * Makes the link of a definition with symlink(2), whatever else the definition says.
  * Returns 0, or the call's result when it failed.

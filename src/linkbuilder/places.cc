@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -71,9 +72,9 @@ bool holds(const Place& outer, const Place& inner) {
 }
 
 bool any_holds(const std::vector<Place>& outer, const std::vector<Place>& inner) {
-  return std::any_of(outer.begin(), outer.end(), [&inner](const Place& place) {
-    return std::any_of(inner.begin(), inner.end(),
-                       [&place](const Place& other) { return holds(place, other); });
+  return std::ranges::any_of(outer, [&inner](const Place& folder) {
+    return std::ranges::any_of(inner,
+                               [&folder](const Place& place) { return holds(folder, place); });
   });
 }
 
@@ -129,15 +130,29 @@ class Mounts {
   std::vector<Mount> m_mounts;
 };
 
+/** The mounts as they are now, read again only after a change: reading them takes its time. */
+const Mounts& current_mounts() {
+  static const std::unique_ptr<libmnt_monitor, FreeWith<mnt_unref_monitor>> monitor{
+      mnt_new_monitor()};
+  static const int watched = mnt_monitor_enable_kernel(monitor.get(), 1);
+  static std::optional<Mounts> mounts;
+  const bool unchanged = watched == 0 && mnt_monitor_wait(monitor.get(), 0) == 0;
+  if (mounts && unchanged) return *mounts;
+  // The event is taken before the table is read, so that no later change is missed.
+  mnt_monitor_event_cleanup(monitor.get());
+  return mounts.emplace();
+}
+
 }  // namespace
 
 bool deletion_takes_away(const fs::path& doomed, const fs::path& path) {
   const auto doomed_way = way_along(doomed);
   const auto way = way_along(path);
   if (doomed_way.empty() || way.empty()) return true;
-  const Mounts mounts;
+  const Mounts& mounts = current_mounts();
   const auto gone = mounts.places_from(doomed_way.back());
   std::vector<Place> passed;
+  passed.reserve(way.size());
   for (const auto& entry : way) passed.push_back(mounts.place_of(entry));
   return any_holds(gone, passed) || any_holds(mounts.places_from(way.back()), gone);
 }

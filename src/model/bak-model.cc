@@ -33,19 +33,12 @@ char* to_owned_text(const std::string& text) {
   return g_strndup(text.data(), text.size());
 }
 
-VhBakDefItem* make_item(GType object_type, std::string from, std::string to, int op,
-                        gint64 last_oper_time) {
+VhBakDefItem* make_item(GType object_type, BakDefFields fields) {
   auto* const self = static_cast<VhBakDefItem*>(g_object_new(object_type, nullptr));
-  self->from = std::move(from);
-  self->to = std::move(to);
-  self->op = op;
-  self->last_oper_time = last_oper_time;
+  BakDefFields& own = *self;
+  own = std::move(fields);
   vh_bak_def_item_set_dir(self);
   return self;
-}
-
-VhBakDefItem* make_item(std::string_view from, std::string_view to, int op) {
-  return make_item(vh_bak_def_item_get_type(), std::string{from}, std::string{to}, op, 0);
 }
 
 /** The trimmed fields of a line that begins with `kind`, whose own field is only a prefix. */
@@ -93,6 +86,28 @@ char* vh_bak_def_item_real_lnk_to_string(VhBakDefItem* self) {
 }
 
 }  // namespace
+
+namespace varnholt {
+
+std::optional<BakDefFields> read_lnk_line(std::string_view line) {
+  const auto fields = fields_of(line, "lnk");
+  if (fields.size() != 5 && fields.size() != 7) return std::nullopt;
+  // Behind a NUL byte the rest of a path would not be seen.
+  if (line.find('\0') != std::string_view::npos) return std::nullopt;
+  BakDefFields read;
+  read.from = fields[2];
+  read.to = fields[3];
+  read.op = operation_of_word(fields[4]);
+  const bool takes_time = has(read.op, VH_FILE_OPERATION_TYPE_FOT_Update) ||
+                          has(read.op, VH_FILE_OPERATION_TYPE_FOT_OverWrite);
+  if (fields.size() == 7 && takes_time) {
+    read.force_overwrite = fields[5] == "true";
+    read.last_oper_time = g_ascii_strtoll(std::string{fields[6]}.c_str(), nullptr, 0);
+  }
+  return read;
+}
+
+}  // namespace varnholt
 
 GType vh_file_test_type_get_type() {
   static const GEnumValue values[] = {
@@ -192,7 +207,12 @@ VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, con
                                         gint64 last_oper_time) {
   g_return_val_if_fail(from != NULL, nullptr);
   g_return_val_if_fail(to != NULL, nullptr);
-  return make_item(object_type, from, to, op, last_oper_time);
+  BakDefFields fields;
+  fields.from = from;
+  fields.to = to;
+  fields.op = op;
+  fields.last_oper_time = last_oper_time;
+  return make_item(object_type, std::move(fields));
 }
 
 void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item) {
@@ -256,16 +276,8 @@ char* vh_bak_def_item_lnk_to_string(VhBakDefItem* self) {
 
 VhBakDefItem* vh_bak_def_item_lnk_scanf_string(const char* line) {
   g_return_val_if_fail(line != NULL, nullptr);
-  const auto fields = fields_of(line, "lnk");
-  if (fields.size() != 5 && fields.size() != 7) return nullptr;
-  VhBakDefItem* const item = make_item(fields[2], fields[3], operation_of_word(fields[4]));
-  const bool takes_time = has(item->op, VH_FILE_OPERATION_TYPE_FOT_Update) ||
-                          has(item->op, VH_FILE_OPERATION_TYPE_FOT_OverWrite);
-  if (fields.size() == 7 && takes_time) {
-    item->force_overwrite = fields[5] == "true";
-    item->last_oper_time = g_ascii_strtoll(std::string{fields[6]}.c_str(), nullptr, 0);
-  }
-  return item;
+  auto fields = varnholt::read_lnk_line(line);
+  return fields ? make_item(vh_bak_def_item_get_type(), std::move(*fields)) : nullptr;
 }
 
 char* vh_bak_def_item_shl_to_string(VhBakDefItem* self) {
@@ -278,7 +290,10 @@ VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line) {
   g_return_val_if_fail(line != NULL, nullptr);
   const auto fields = fields_of(line, "shl");
   if (fields.size() != 4) return nullptr;
-  return make_item(fields[1], fields[2],
-                   fields[3] == "update" ? VH_FILE_OPERATION_TYPE_FOT_Update
-                                         : VH_FILE_OPERATION_TYPE_FOT_OverWrite);
+  BakDefFields read;
+  read.from = fields[1];
+  read.to = fields[2];
+  read.op = fields[3] == "update" ? VH_FILE_OPERATION_TYPE_FOT_Update
+                                  : VH_FILE_OPERATION_TYPE_FOT_OverWrite;
+  return make_item(vh_bak_def_item_get_type(), std::move(read));
 }

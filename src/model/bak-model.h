@@ -8,6 +8,7 @@
 #include <ctime>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <gtk/gtk.h>
 
@@ -79,6 +80,13 @@ struct BakDefFields {
   /** The overwrite flag of update and overwrite definitions. */
   bool force_overwrite = false;
 };
+
+/**
+ * What a line of the Link page says, as vh_bak_def_item_lnk_scanf_string() reads it, but without a
+ * look at the file system: `is_dir` stays false. None when the line does not fit or holds a NUL
+ * byte.
+ */
+std::optional<BakDefFields> read_lnk_line(std::string_view line);
 
 }  // namespace varnholt
 
