@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 namespace varnholt {
 namespace {
 
-/** More than the kernel follows: path_resolution(7). */
+/** As many as the kernel follows: path_resolution(7). */
 constexpr int most_links = 40;
 
 /**
@@ -106,8 +106,10 @@ class Mounts {
     struct statx status {};
     statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &status);
     for (const auto& mount : m_mounts) {
-      if (static_cast<std::uint64_t>(mount.id) != status.stx_mnt_id) continue;
-      return {mount.root.device, mount.root.path + text.substr(mount.target.size())};
+      if (static_cast<std::uint64_t>(mount.id) == status.stx_mnt_id &&
+          text.starts_with(mount.target)) {
+        return {mount.root.device, mount.root.path + text.substr(mount.target.size())};
+      }
     }
     return {0, text};
   }
