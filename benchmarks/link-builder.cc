@@ -153,6 +153,10 @@ const char* bare_loop = nullptr;
 /** Only what has these words in its title is run. */
 const char* wanted = "";
 
+bool is_wanted(const std::string& title) {
+  return title.find(wanted) != std::string::npos;
+}
+
 Rival ours() {
   return {"varnholt",
           [](const Tree& /*tree*/) -> std::vector<std::string> {
@@ -188,7 +192,7 @@ Rival stow(double aim) {
 
 /** Times varnholt, the first one, and its rivals on one case and prints a row for each. */
 void compare(const char* title, int links, Start start, const std::vector<Rival>& rivals) {
-  if (std::string{title}.find(wanted) == std::string::npos) return;
+  if (!is_wanted(title)) return;
   std::vector<std::vector<double>> seconds(rivals.size());
   for (int sample = 0; sample < samples; ++sample) {
     for (std::size_t turn = 0; turn < rivals.size(); ++turn) {
@@ -211,7 +215,7 @@ void compare(const char* title, int links, Start start, const std::vector<Rival>
 
 /** Prints how time and memory grow with the profile. */
 void show_growth(const char* title, Start start) {
-  if (std::string{title}.find(wanted) == std::string::npos) return;
+  if (!is_wanted(title)) return;
   std::printf("\n%s: varnholt alone, median of %d, one run at %d\n", title, growth_samples,
               sampled_once);
   long first_peak = 0;

@@ -43,7 +43,7 @@ TEST_F(LinkBuilder, DoesWhatTheScenariosTell) {
       part[name] = section == name ? "" : section.substr(name.size() + 1) + '\n';
     }
     TearDown();
-    SetUp();
+    ASSERT_NO_FATAL_FAILURE(SetUp());
     shell(part["first"]);
     plant(part["before"]);
     if (part.contains("profile")) write(profile, part["profile"]);
