@@ -7,6 +7,8 @@
 #include <filesystem>
 
 #include "base/glib-ptr.h"
+#include "model/rut-model.h"
+#include "scenarios.h"
 #include "scratch/scratch-paths.h"
 
 using varnholt::take_object;
@@ -18,42 +20,30 @@ std::string owned(char* text) {
   return text == nullptr ? "(none)" : take_text(text).get();
 }
 
-/** What the items that the two readers make of a line are written as. */
-std::string written(const char* line) {
-  const auto lnk = take_object(vh_bak_def_item_lnk_scanf_string(line));
-  const auto shl = take_object(vh_bak_def_item_shl_scanf_string(line));
-  if (lnk) return owned(vh_bak_def_item_lnk_to_string(lnk.get()));
-  return shl ? owned(vh_bak_def_item_shl_to_string(shl.get())) : "(none)";
-}
-
 }  // namespace
 
 TEST(BakModel, ReadsAndWritesLines) {
-  for (const auto& [line, expected] : {
-           std::pair{"lnk,file,/,/b,update", "lnk,dir,/,/b,update,true,0"},
-           {"lnk,dir,/no/a,/b,update,yes,0x10", "lnk,file,/no/a,/b,update,true,16"},
-           {"lnk,,/no/a,/b,overwrite|deleted,false,12",
-            "lnk,file,/no/a,/b,overwrite|deleted,false,12"},
-           {"lnk,,/no/a,/b,overwrite,true ,-010x", "lnk,file,/no/a,/b,overwrite,true,-8"},
-           {"lnk,,/no/a,/b,overwrite,True,99999999999999999999",
-            "lnk,file,/no/a,/b,overwrite,false,9223372036854775807"},
-           {"lnk,,/no/a,/b,symbolic|deleted,true,5", "lnk,file,/no/a,/b,symbolic|deleted"},
-           {"lnk,,/no/a,/b,copy", "lnk,file,/no/a,/b,update"},
-           {"lnkx, , \t/no/a\r\f , /b\v ,symbolically deleted \r",
-            "lnk,file,/no/a,/b\v,symbolic|deleted"},
-           {"lnk,,,,", "lnk,file,,,update"},
-           {" lnk,file,/a,/b,update", "(none)"},
-           {"lnk,file,/a,/b,c,symbolic", "(none)"},
-           {"lnk,file,/a,/b,update,true,1,", "(none)"},
-           {"lnk", "(none)"},
-           {"", "(none)"},
-           {"shl, /a ,/b,update \r", "shl,/a,/b,update"},
-           {"shl,/a,/b,Update", "shl,/a,/b,overwrite"},
-           {"shl,/a,/b", "(none)"},
-           {"shl,/a,/b,update,x", "(none)"},
-       }) {
-    EXPECT_EQ(written(line), expected) << line;
-  }
+  Transcript script;
+  script.commands["lnk"] = [&script](const std::string& line) {
+    const auto item = take_object(vh_bak_def_item_lnk_scanf_string(line.c_str()));
+    script.say(item ? owned(vh_bak_def_item_lnk_to_string(item.get())) : "(none)");
+  };
+  script.commands["shl"] = [&script](const std::string& line) {
+    const auto item = take_object(vh_bak_def_item_shl_scanf_string(line.c_str()));
+    script.say(item ? owned(vh_bak_def_item_shl_to_string(item.get())) : "(none)");
+  };
+  script.commands["rut"] = [&script](const std::string& line) {
+    const auto item = take_object(vh_rut_def_item_scanf_string(line.c_str()));
+    script.say(item ? owned(vh_rut_def_item_to_string(item.get())) : "(none)");
+  };
+  script.commands["flag"] = [&script](const std::string& line) {
+    const auto list = take_object(vh_rut_def_item_list_new());
+    EXPECT_TRUE(vh_rut_def_item_list_get_del_def_rut(list.get()));
+    const bool flag = vh_rut_def_item_list_scanf_del_def_rut(line.c_str());
+    vh_rut_def_item_list_set_del_def_rut(list.get(), flag);
+    script.say(owned(vh_rut_def_item_list_del_def_rut_to_string(list.get())));
+  };
+  for (const auto& scenario : scenarios_of(SCENARIOS "/lines.scenarios")) script.check(scenario);
 }
 
 TEST(BakModel, CopiesWhatAnotherItemSaysButNotItsRow) {
@@ -117,6 +107,14 @@ TEST(BakModel, TellsOperationsCharactersAndFiles) {
 TEST(BakModel, TellsMissingArgumentsAndIsKnownToTheTypeSystem) {
   g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*vh_bak_def_item_*'to != NULL'*");
   EXPECT_EQ(vh_bak_def_item_new("/a", nullptr, 0, 0), nullptr);
+  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*vh_rut_def_item_*'gw != NULL'*");
+  EXPECT_EQ(vh_rut_def_item_new("", "", "", nullptr, nullptr, ""), nullptr);
+  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*scanf_del_def_rut*'line != NULL'*");
+  EXPECT_FALSE(vh_rut_def_item_list_scanf_del_def_rut(nullptr));
+  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*find_in_iter*'self != NULL'*");
+  int index = 77;
+  EXPECT_EQ(vh_bak_def_item_list_find_in_iter(nullptr, nullptr, &index), nullptr);
+  EXPECT_EQ(index, 77);
   g_test_assert_expected_messages();
   EXPECT_EQ(owned(g_flags_to_string(vh_file_operation_type_get_type(), 12)),
             "VH_FILE_OPERATION_TYPE_FOT_Symbolic | VH_FILE_OPERATION_TYPE_FOT_Deleted");

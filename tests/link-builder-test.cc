@@ -2,38 +2,19 @@
 // The link builder as a whole: the installed program on real trees.
 #include <sys/stat.h>
 
-#include <fstream>
 #include <map>
 
 #include "base/glib-ptr.h"
 #include "linkbuilder/link-operations.h"
 #include "private-root.h"
+#include "scenarios.h"
 #include "scratch/scratch-paths.h"
 
 using LinkBuilder = PrivateRoot;
 using namespace std::string_literals;
 
-namespace {
-
-/** What stands behind each `mark`. */
-std::vector<std::string> pieces(std::string text, const std::string& mark) {
-  std::vector<std::string> found;
-  for (auto at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
-    text.erase(0, at + mark.size());
-    found.push_back(text.substr(0, text.find(mark)));
-  }
-  return found;
-}
-
-}  // namespace
-
 TEST_F(LinkBuilder, DoesWhatTheScenariosTell) {
-  std::stringstream file;
-  file << std::ifstream{SCENARIOS}.rdbuf();
-  auto text = file.str();
-  ASSERT_FALSE(text.empty()) << SCENARIOS;
-  text.pop_back();
-  const auto scenarios = pieces(text, "\n\n=== ");
+  const auto scenarios = scenarios_of(SCENARIOS "/link-builder.scenarios");
   EXPECT_EQ(scenarios.size(), 33U);
   for (const auto& scenario : scenarios) {
     SCOPED_TRACE(scenario.substr(0, scenario.find('\n')));

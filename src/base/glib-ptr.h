@@ -2,7 +2,9 @@
 // Owning pointers for what GLib and the toolkit hand out. A raw pointer is always a borrowed one.
 #pragma once
 
+#include <cstring>
 #include <memory>
+#include <string_view>
 
 #include <glib-object.h>
 
@@ -22,15 +24,42 @@ using ErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
 template <typename T>
 using ObjectPtr = std::unique_ptr<T, FreeWith<g_object_unref>>;
 
+/** Overwrites a text before its memory is free for others, a core file among them. */
+struct WipeAndFree {
+  void operator()(char* secret) const noexcept {
+    explicit_bzero(secret, std::strlen(secret));
+    g_free(secret);
+  }
+};
+using SecretPtr = std::unique_ptr<char, WipeAndFree>;
+
 /** Adopts a text that the caller owns. */
 inline TextPtr take_text(char* text) noexcept {
   return TextPtr{text};
+}
+
+/** A copy for a caller of the object system, who owns it. */
+inline char* give_text(std::string_view text) {
+  // A view of nothing may have no address either.
+  return g_strndup(text.empty() ? "" : text.data(), text.size());
 }
 
 /** Adopts a reference that the caller owns. */
 template <typename T>
 ObjectPtr<T> take_object(T* object) noexcept {
   return ObjectPtr<T>{object};
+}
+
+/** Adds a reference to an object that someone else owns. */
+template <typename T>
+ObjectPtr<T> make_object(T* object) noexcept {
+  return ObjectPtr<T>{static_cast<T*>(g_object_ref(object))};
+}
+
+/** Adopts a new widget, which nobody owns yet, as what it is. */
+template <typename T>
+ObjectPtr<T> sink_object(gpointer floating) noexcept {
+  return ObjectPtr<T>{static_cast<T*>(g_object_ref_sink(floating))};
 }
 
 /** Lends an owning pointer to an out parameter for the length of one call. */

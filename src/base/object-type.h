@@ -16,8 +16,9 @@ namespace varnholt {
 template <typename Instance, typename Class, typename State>
 class ObjectType {
  public:
-  /** Registers the type; `class_init` sets the class's own virtual functions. */
-  static GType register_type(GType parent, const char* name, void (*class_init)(Class*)) noexcept {
+  /** Registers the type; `class_init` sets the class's own virtual functions and its signals. */
+  static GType register_type(
+      GType parent, const char* name, void (*class_init)(Class*) = [](Class*) {}) noexcept {
     s_class_init = class_init;
     return g_type_register_static_simple(parent, g_intern_string(name), sizeof(Class), init_class,
                                          sizeof(Instance), init_instance, GTypeFlags{});
@@ -26,7 +27,7 @@ class ObjectType {
  private:
   static void init_class(gpointer klass, gpointer /*data*/) noexcept {
     s_parent_class = static_cast<GObjectClass*>(g_type_class_peek_parent(klass));
-    static_cast<Class*>(klass)->finalize = finalize;
+    static_cast<GObjectClass*>(klass)->finalize = finalize;
     s_class_init(static_cast<Class*>(klass));
   }
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "base/glib-ptr.h"
+
 namespace varnholt {
 namespace {
 
@@ -34,6 +36,18 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
   pieces.reserve(1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), separator)));
   for_each_piece(text, separator, [&pieces](std::string_view piece) { pieces.push_back(piece); });
   return pieces;
+}
+
+std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind) {
+  if (!line.starts_with(kind)) return {};
+  auto fields = split(line, ',');
+  for (auto& field : fields) field = trimmed(field);
+  return fields;
+}
+
+std::string shown(std::string_view text) {
+  if (text.empty()) return {};
+  return take_text(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()))).get();
 }
 
 std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep) {

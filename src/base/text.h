@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cutting of profile text: fields of a line, lines of a file. Works on bytes.
+// Cutting of profile text: fields of a line, lines of a file, what of it can be shown.
+// Works on bytes.
 #pragma once
 
 #include <functional>
@@ -14,6 +15,15 @@ std::string_view trimmed(std::string_view text);
 
 /** The pieces of `text` between single separators; empty pieces count. An empty text has none. */
 std::vector<std::string_view> split(std::string_view text, char separator);
+
+/**
+ * The trimmed fields of a line that begins with `kind`, between its commas; none when it does not.
+ * Only the beginning is looked at, so the first field may go on behind `kind`.
+ */
+std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind);
+
+/** `text` with a replacement character for each byte that is no UTF-8: what a widget may show. */
+std::string shown(std::string_view text);
 
 /**
  * Asks `keep` about each line of `text`, in order, and returns the kept ones, byte for byte, joined

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The records of the profile: operation flags, file tests, and one definition with its line forms.
+// The records of the profile: operation flags, file tests, one definition, the list of a table.
 #include "model/bak-model.h"
 
 #include <sys/stat.h>
@@ -8,17 +8,17 @@
 #include <ctime>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "base/diagnostics.h"
+#include "base/glib-ptr.h"
 #include "base/object-type.h"
 #include "base/text.h"
 
 namespace {
 
 using varnholt::BakDefFields;
-using varnholt::split;
-using varnholt::trimmed;
+using varnholt::fields_of;
+using varnholt::give_text;
 
 bool has(int op, VhFileOperationType flag) {
   return vh_IsFileOperationType(op, flag);
@@ -29,24 +29,12 @@ bool begins_character(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
 
-char* to_owned_text(const std::string& text) {
-  return g_strndup(text.data(), text.size());
-}
-
 VhBakDefItem* make_item(GType object_type, BakDefFields fields) {
   auto* const self = static_cast<VhBakDefItem*>(g_object_new(object_type, nullptr));
   BakDefFields& own = *self;
   own = std::move(fields);
   vh_bak_def_item_set_dir(self);
   return self;
-}
-
-/** The trimmed fields of a line that begins with `kind`, whose own field is only a prefix. */
-std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind) {
-  if (!line.starts_with(kind)) return {};
-  auto fields = split(line, ',');
-  for (auto& field : fields) field = trimmed(field);
-  return fields;
 }
 
 int operation_of_word(std::string_view word) {
@@ -82,7 +70,7 @@ char* vh_bak_def_item_real_lnk_to_string(VhBakDefItem* self) {
     line += update || self->force_overwrite ? ",true," : ",false,";
     line += std::to_string(self->last_oper_time);
   }
-  return to_owned_text(line);
+  return give_text(line);
 }
 
 }  // namespace
@@ -160,7 +148,7 @@ char* vh_FileOperationType_tostr(int op) {
     text = "覆盖";
   }
   if (has(op, VH_FILE_OPERATION_TYPE_FOT_Deleted)) text += "|标记删除";
-  return to_owned_text(text);
+  return give_text(text);
 }
 
 int vh_string_index_of(const char* rawstr, const char* needle) {
@@ -175,20 +163,6 @@ int vh_string_index_of(const char* rawstr, const char* needle) {
     ++characters;
   }
   return -1;
-}
-
-bool vh_cmp_iter(const GtkTreeIter* a, const GtkTreeIter* b) {
-  g_return_val_if_fail(a != NULL, false);
-  g_return_val_if_fail(b != NULL, false);
-  return a->stamp == b->stamp && a->user_data == b->user_data && a->user_data2 == b->user_data2 &&
-         a->user_data3 == b->user_data3;
-}
-
-void vh_print_iter(const GtkTreeIter* iter) {
-  g_return_if_fail(iter != NULL);
-  varnholt::print_progress("st:%d , u0 %d ,u1 %d ,u2 %d", iter->stamp,
-                           GPOINTER_TO_INT(iter->user_data), GPOINTER_TO_INT(iter->user_data2),
-                           GPOINTER_TO_INT(iter->user_data3));
 }
 
 GType vh_bak_def_item_get_type() {
@@ -218,11 +192,7 @@ VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, con
 void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(item != NULL);
-  BakDefFields& own = *self;
-  const BakDefFields& other = *item;
-  const auto row = own.iter;
-  own = other;
-  own.iter = row;
+  varnholt::take_over<BakDefFields>(*self, *item);
   vh_bak_def_item_set_dir(self);
 }
 
@@ -283,7 +253,7 @@ VhBakDefItem* vh_bak_def_item_lnk_scanf_string(const char* line) {
 char* vh_bak_def_item_shl_to_string(VhBakDefItem* self) {
   g_return_val_if_fail(self != NULL, nullptr);
   const bool update = self->op == VH_FILE_OPERATION_TYPE_FOT_Update;
-  return to_owned_text("shl," + self->from + ',' + self->to + (update ? ",update" : ",overwrite"));
+  return give_text("shl," + self->from + ',' + self->to + (update ? ",update" : ",overwrite"));
 }
 
 VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line) {
@@ -296,4 +266,81 @@ VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line) {
   read.op = fields[3] == "update" ? VH_FILE_OPERATION_TYPE_FOT_Update
                                   : VH_FILE_OPERATION_TYPE_FOT_OverWrite;
   return make_item(vh_bak_def_item_get_type(), std::move(read));
+}
+
+GType vh_bak_def_item_list_get_type() {
+  using ListType = varnholt::ObjectType<VhBakDefItemList, VhBakDefItemListClass,
+                                        varnholt::RowList<VhBakDefItem>>;
+  static const GType type = ListType::register_type(G_TYPE_OBJECT, "VhBakDefItemList");
+  return type;
+}
+
+VhBakDefItemList* vh_bak_def_item_list_new() {
+  return vh_bak_def_item_list_construct(vh_bak_def_item_list_get_type());
+}
+
+VhBakDefItemList* vh_bak_def_item_list_construct(GType object_type) {
+  return static_cast<VhBakDefItemList*>(g_object_new(object_type, nullptr));
+}
+
+VhBakDefItem* vh_bak_def_item_list_find_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter,
+                                                int* index) {
+  g_return_val_if_fail(self != NULL, nullptr);
+  g_return_val_if_fail(iter != NULL, nullptr);
+  return self->find(*iter).hand_out(index);
+}
+
+int vh_bak_def_item_list_find_in_iter_idx(VhBakDefItemList* self, const GtkTreeIter* iter) {
+  g_return_val_if_fail(self != NULL, 0);
+  g_return_val_if_fail(iter != NULL, 0);
+  return self->find(*iter).index;
+}
+
+bool vh_bak_def_item_list_remove_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter) {
+  g_return_val_if_fail(self != NULL, false);
+  g_return_val_if_fail(iter != NULL, false);
+  return self->remove(*iter);
+}
+
+bool vh_bak_def_item_list_hide_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter) {
+  g_return_val_if_fail(self != NULL, false);
+  g_return_val_if_fail(iter != NULL, false);
+  const auto found = self->find(*iter);
+  varnholt::print_progress("hide_in_iter %d\n", found.index);
+  if (found.item == nullptr) return false;
+  found.item->op |= VH_FILE_OPERATION_TYPE_FOT_Deleted;
+  found.item->is_selected = false;
+  return true;
+}
+
+guint vh_bak_def_item_list_length(VhBakDefItemList* self) {
+  g_return_val_if_fail(self != NULL, 0);
+  return self->length();
+}
+
+VhBakDefItem* vh_bak_def_item_list_nth_data(VhBakDefItemList* self, guint index) {
+  g_return_val_if_fail(self != NULL, nullptr);
+  return self->nth(index).hand_out(nullptr);
+}
+
+void vh_bak_def_item_list_append_val(VhBakDefItemList* self, VhBakDefItem* val) {
+  g_return_if_fail(self != NULL);
+  g_return_if_fail(val != NULL);
+  self->append(val);
+}
+
+void vh_bak_def_item_list_prepend_val(VhBakDefItemList* self, VhBakDefItem* val) {
+  g_return_if_fail(self != NULL);
+  g_return_if_fail(val != NULL);
+  self->prepend(val);
+}
+
+guint vh_bak_def_item_list_total_selected_number(VhBakDefItemList* self) {
+  g_return_val_if_fail(self != NULL, 0);
+  return self->selected_number();
+}
+
+VhBakDefItem* vh_bak_def_item_list_get_first_selected_item(VhBakDefItemList* self, int* index) {
+  g_return_val_if_fail(self != NULL, nullptr);
+  return self->first_selected().hand_out(index);
 }

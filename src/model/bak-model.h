@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The records of the profile: what a file definition can ask for, and one definition with its two
-// line forms. All text is UTF-8 but kept byte for byte; a text that is returned belongs to the
-// caller, who releases it with g_free(). A missing pointer argument logs a critical warning, and
-// the operation gives its zero result.
+// The records of the profile: what a file definition can ask for, one definition with its two line
+// forms, and the definitions of a table in their order. All text is UTF-8 but kept byte for byte; a
+// text that is returned belongs to the caller, who releases it with g_free(). A missing pointer
+// argument logs a critical warning, and the operation gives its zero result.
 #pragma once
 
 #include <ctime>
@@ -11,6 +11,8 @@
 #include <string_view>
 
 #include <gtk/gtk.h>
+
+#include "model/row-list.h"
 
 /** A question about a path. Registered as an enumeration; nicks "is-dir" and "exists". */
 enum VhFileTestType : int {
@@ -54,20 +56,10 @@ char* vh_FileOperationType_tostr(int op);
  */
 int vh_string_index_of(const char* rawstr, const char* needle);
 
-/** Whether two iterators designate the same row: stamp and all three user words are equal. */
-bool vh_cmp_iter(const GtkTreeIter* a, const GtkTreeIter* b);
-
-/** Prints an iterator to standard output, without a line end, to look at while debugging. */
-void vh_print_iter(const GtkTreeIter* iter);
-
 namespace varnholt {
 
 /** What a file definition or a boot script says. */
-struct BakDefFields {
-  /** Private: the state of the check box. */
-  bool is_selected = false;
-  /** The row in the table's list store, once a table has the item. */
-  std::optional<GtkTreeIter> iter;
+struct BakDefFields : TableRow {
   std::string from;
   /** The target; for a symbolic definition the path at which the link is made. */
   std::string to;
@@ -154,3 +146,49 @@ char* vh_bak_def_item_shl_to_string(VhBakDefItem* self);
 
 /** Reads such a line. Returns a new item, or none, without a message, when it does not fit. */
 VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line);
+
+/**
+ * The definitions of one table, in the order of its rows. Holds a reference on each; who gets an
+ * item from it gets a reference too and releases it. Several items with one row, or several ticked
+ * ones: the first counts.
+ */
+struct VhBakDefItemList : GObject, varnholt::RowList<VhBakDefItem> {
+  VhBakDefItemList() = delete;
+};
+
+struct VhBakDefItemListClass : GObjectClass {};
+
+GType vh_bak_def_item_list_get_type();
+
+/** A new, empty list, or one of a type derived from it. */
+VhBakDefItemList* vh_bak_def_item_list_new();
+VhBakDefItemList* vh_bak_def_item_list_construct(GType object_type);
+
+/** The item of a row and, when asked for, its index; none and -1 when no item has the row. */
+VhBakDefItem* vh_bak_def_item_list_find_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter,
+                                                int* index);
+int vh_bak_def_item_list_find_in_iter_idx(VhBakDefItemList* self, const GtkTreeIter* iter);
+
+/** Takes the item of a row out of the list; false when no item has the row. */
+bool vh_bak_def_item_list_remove_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter);
+
+/**
+ * Marks the item of a row deleted and unticks it; it stays in the list. Prints its index. False
+ * when no item has the row.
+ */
+bool vh_bak_def_item_list_hide_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter);
+
+guint vh_bak_def_item_list_length(VhBakDefItemList* self);
+
+/** The item at `index`, counted from 0; none when there are not so many. */
+VhBakDefItem* vh_bak_def_item_list_nth_data(VhBakDefItemList* self, guint index);
+
+/** Put `val` at the end or at the front of the list, which takes a reference of its own. */
+void vh_bak_def_item_list_append_val(VhBakDefItemList* self, VhBakDefItem* val);
+void vh_bak_def_item_list_prepend_val(VhBakDefItemList* self, VhBakDefItem* val);
+
+/** How many items are ticked. */
+guint vh_bak_def_item_list_total_selected_number(VhBakDefItemList* self);
+
+/** The first ticked item and, when asked for, its index; none and -1 when none is ticked. */
+VhBakDefItem* vh_bak_def_item_list_get_first_selected_item(VhBakDefItemList* self, int* index);
