@@ -2,7 +2,9 @@
 # What the commands of the project share: the packages and the build. Sourced from the root of the
 # project by bash.
 
-build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev)
+build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev libxtst-dev)
+# What scripts/with-display needs, and a font for the texts of the windows.
+display_packages=(xvfb openbox fonts-wqy-microhei)
 
 # install_missing PACKAGE...: installs those that are not there, or says what to install.
 install_missing() {

@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The class Main, which ties the parts of the program together: what belongs to the class as a
-// whole. Its link operations are declared in linkbuilder/.
+// whole. Its link operations are declared in linkbuilder/, its prompts in ui/prompts.h.
 #pragma once
-
-#include <gtk/gtk.h>
 
 #include "base/glib-ptr.h"
 #include "linkbuilder/link-builder.h"
 #include "linkbuilder/link-operations.h"
+#include "ui/prompts.h"
 
 /** The path by which the program was started, as given; none before the start. */
 inline varnholt::TextPtr main_s_exe_path;
-
-/** The window of window mode once it stands, the parent of every prompt; else none. */
-inline varnholt::ObjectPtr<GtkWindow> main_s_main_window;
 
 /**
  * Runs the program with its arguments, its own name first, and their number: as link builder when,

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the tables of definitions share: a list and its rows kept in step, the check box and the
+// highlight of a row, and the walk over the ticked rows.
+#pragma once
+
+#include <functional>
+#include <initializer_list>
+#include <optional>
+#include <type_traits>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "base/glib-ptr.h"
+#include "base/signal.h"
+#include "ui/prompts.h"
+
+namespace varnholt {
+
+/** How a column of a table may be given its width. */
+struct ColumnWidth {
+  bool resizable;
+  bool expands;
+};
+
+/** The row of a store at a path such as "3"; none when there is none. */
+inline std::optional<GtkTreeIter> row_at(GtkListStore* store, const char* path) {
+  // A list store leaves words of an iterator as they were; rows are compared by all of them.
+  GtkTreeIter row{};
+  if (!gtk_tree_model_get_iter_from_string(GTK_TREE_MODEL(store), &row, path)) return std::nullopt;
+  return row;
+}
+
+/** The same row by an iterator whose unused words are zero, as items keep it. */
+inline GtkTreeIter comparable(GtkTreeModel* model, GtkTreeIter* row) {
+  const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
+      gtk_tree_model_get_path(model, row)};
+  GtkTreeIter same{};
+  gtk_tree_model_get_iter(model, &same, path.get());
+  return same;
+}
+
+/** The value of a row in a column that holds a flag or a number. */
+template <typename Value>
+Value value_of(GtkTreeModel* model, GtkTreeIter* row, int column) {
+  std::conditional_t<std::is_same_v<Value, bool>, gboolean, Value> value{};
+  gtk_tree_model_get(model, row, column, &value, -1);
+  return static_cast<Value>(value);
+}
+
+/**
+ * The state of a table widget of type Widget, whose List of Items is shown by `store`: one row for
+ * each item, in the same order, the check box in the first column of both. Each item knows its row.
+ */
+template <typename Widget, typename List, typename Item>
+struct CheckedRows {
+  static constexpr int sel_column = 0;
+
+  ObjectPtr<GtkTreeView> tree_view;
+  ObjectPtr<List> items;
+  ObjectPtr<GtkListStore> store;
+  /** Borrowed from the view; one row can be highlighted. */
+  GtkTreeSelection* selection = nullptr;
+  /** 1 from the ticking of a check box to the highlight of its row, which comes next. */
+  int sel_toggled = 0;
+
+  /**
+   * Declares "sig-selection-changed": the index of the item concerned, -1 when items were deleted
+   * or marked, and the number of items.
+   */
+  static void add_signal(gpointer klass) {
+    s_selection_changed =
+        g_signal_new("sig_selection_changed", G_TYPE_FROM_CLASS(klass), G_SIGNAL_RUN_LAST, 0,
+                     nullptr, nullptr, nullptr, G_TYPE_NONE, 2, G_TYPE_INT, G_TYPE_UINT);
+  }
+
+  void emit_selection_changed(int index) {
+    g_signal_emit(widget(), s_selection_changed, 0, index, items->length());
+  }
+
+  /** Makes view, store and empty list; `search_column` is what typing into the table looks through.
+   */
+  void make_view(List* new_list, std::vector<GType> column_types, int search_column) {
+    tree_view = sink_object<GtkTreeView>(gtk_tree_view_new());
+    items = take_object(new_list);
+    store = take_object(
+        gtk_list_store_newv(static_cast<int>(column_types.size()), column_types.data()));
+    gtk_tree_view_set_model(tree_view.get(), GTK_TREE_MODEL(store.get()));
+    gtk_tree_view_set_search_column(tree_view.get(), search_column);
+    selection = gtk_tree_view_get_selection(tree_view.get());
+    gtk_tree_selection_set_mode(selection, GTK_SELECTION_SINGLE);
+  }
+
+  /** Appends a column that sizes itself to its contents; `attribute` shows the store's `column`. */
+  GtkTreeViewColumn* append_column(const char* title, GtkCellRenderer* renderer, ColumnWidth width,
+                                   const char* attribute = nullptr, int column = -1) {
+    GtkTreeViewColumn* const shown = gtk_tree_view_column_new();
+    gtk_tree_view_column_set_title(shown, title);
+    gtk_tree_view_column_pack_start(shown, renderer, TRUE);
+    if (attribute != nullptr) {
+      gtk_tree_view_column_add_attribute(shown, renderer, attribute, column);
+    }
+    // In this order: the toolkit takes the user's hand from a column that is made to size itself.
+    gtk_tree_view_column_set_sizing(shown, GTK_TREE_VIEW_COLUMN_AUTOSIZE);
+    gtk_tree_view_column_set_resizable(shown, width.resizable);
+    gtk_tree_view_column_set_expand(shown, width.expands);
+    gtk_tree_view_append_column(tree_view.get(), shown);
+    return shown;
+  }
+
+  /** Appends the column of the check boxes; `on_toggled` gets the path of the clicked row. */
+  void append_check_column(const char* title, void (*on_toggled)(Widget*, const char*)) {
+    append_column(title, new_toggle(on_toggled), {false, false}, "active", sel_column);
+  }
+
+  GtkCellRenderer* new_toggle(void (*on_toggled)(Widget*, const char*)) {
+    GtkCellRenderer* const toggle = gtk_cell_renderer_toggle_new();
+    connect(toggle, "toggled", widget(),
+            [self = widget(), on_toggled](GtkCellRendererToggle* /*toggle*/, const char* path) {
+              on_toggled(self, path);
+            });
+    return toggle;
+  }
+
+  void attach_signals() {
+    connect(selection, "changed", widget(),
+            [this](GtkTreeSelection* /*selection*/) { on_tree_selection_changed(); });
+  }
+
+  void on_sel_toggled(const char* path) {
+    g_return_if_fail(path != NULL);
+    auto row = row_at(store.get(), path);
+    if (!row) return;
+    const bool ticked = !value_of<bool>(GTK_TREE_MODEL(store.get()), &*row, sel_column);
+    set_check_box(*row, ticked);
+    const auto found = items->find(*row);
+    if (found.item == nullptr) return;
+    found.item->is_selected = ticked;
+    emit_selection_changed(found.index);
+    sel_toggled = 1;
+  }
+
+  void on_tree_selection_changed() {
+    if (sel_toggled == 1) {
+      sel_toggled = 0;
+      return;
+    }
+    const auto found = highlighted();
+    if (found.item == nullptr) return;
+    clear_selection();
+    found.item->is_selected = true;
+    set_check_box(*found.item->iter, true);
+    emit_selection_changed(found.index);
+  }
+
+  /** Unticks every item that has a row. */
+  void clear_selection() {
+    for (Item* item : *items) {
+      if (!item->iter) continue;
+      item->is_selected = false;
+      set_check_box(*item->iter, false);
+    }
+  }
+
+  /** The item of the highlighted row as a new reference; none when no row is highlighted. */
+  Item* get_select_item() { return highlighted().hand_out(nullptr); }
+
+  guint get_total_selections() { return items->selected_number(); }
+
+  /** Gives the item a new first or last row and unticks it. It is to join the list at that end. */
+  GtkTreeIter new_row(Item* item, bool first) {
+    GtkTreeIter row{};
+    (first ? gtk_list_store_prepend : gtk_list_store_append)(store.get(), &row);
+    item->is_selected = false;
+    item->iter = row;
+    return row;
+  }
+
+  /**
+   * Has each ticked row taken out of the ticked ones, first to last. When `take` fails, or a ticked
+   * item has no row, says so and leaves the rest.
+   */
+  void take_ticked(const std::function<bool(const GtkTreeIter& row)>& take) {
+    while (const Item* ticked = items->first_selected().item) {
+      const auto row = ticked->iter;
+      if (!row || !take(*row)) {
+        main_alter("删除失败", GTK_BUTTONS_CLOSE);
+        return;
+      }
+      emit_selection_changed(-1);
+    }
+  }
+
+  /** Takes every ticked item out of list and store. */
+  void del_selected_items() {
+    take_ticked([this](GtkTreeIter row) {
+      if (!items->remove(row)) return false;
+      gtk_list_store_remove(store.get(), &row);
+      return true;
+    });
+  }
+
+ private:
+  Widget* widget() { return static_cast<Widget*>(this); }
+
+  auto highlighted() {
+    GtkTreeIter row{};
+    const bool any = gtk_tree_selection_get_selected(selection, nullptr, &row);
+    return any ? items->find(row) : typename List::Place{};
+  }
+
+  /** Writes only what changes: the toolkit measures a row anew whenever it is written. */
+  void set_check_box(GtkTreeIter row, bool ticked) {
+    if (value_of<bool>(GTK_TREE_MODEL(store.get()), &row, sel_column) == ticked) return;
+    gtk_list_store_set(store.get(), &row, sel_column, gboolean{ticked}, -1);
+  }
+
+  static inline guint s_selection_changed = 0;
+};
+
+}  // namespace varnholt

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The message box and the question for a password.
+#include "ui/prompts.h"
+
+#include <memory>
+
+#include "base/text.h"
+
+namespace {
+
+using varnholt::give_text;
+using varnholt::make_object;
+using varnholt::ObjectPtr;
+using varnholt::shown;
+using varnholt::take_object;
+using varnholt::trimmed;
+
+/** A dialog for the length of one question, whoever closes it. */
+class Question {
+ public:
+  explicit Question(GtkWidget* dialog) : m_dialog(make_object(GTK_DIALOG(dialog))) {}
+  Question(const Question&) = delete;
+  Question& operator=(const Question&) = delete;
+  ~Question() { gtk_widget_destroy(GTK_WIDGET(m_dialog.get())); }
+
+  GtkDialog* dialog() const { return m_dialog.get(); }
+  int answer() const { return gtk_dialog_run(m_dialog.get()); }
+
+ private:
+  ObjectPtr<GtkDialog> m_dialog;
+};
+
+GtkEntry* new_password_entry() {
+  auto* const entry = GTK_ENTRY(gtk_entry_new());
+  g_object_set(entry, "invisible-char-set", TRUE, "caps-lock-warning", TRUE, nullptr);
+  gtk_entry_set_visibility(entry, FALSE);
+  gtk_entry_set_invisible_char(entry, '*');
+  gtk_entry_set_activates_default(entry, TRUE);
+  return entry;
+}
+
+/** Puts the caption above the entry, and says that it names the entry to those who cannot see. */
+void fill(GtkDialog* dialog, const char* msg, GtkEntry* entry) {
+  GtkWidget* const caption = gtk_label_new(shown(msg).c_str());
+  gtk_label_set_mnemonic_widget(GTK_LABEL(caption), GTK_WIDGET(entry));
+  GtkWidget* const table = gtk_table_new(2, 1, FALSE);
+  gtk_table_attach_defaults(GTK_TABLE(table), caption, 0, 1, 0, 1);
+  gtk_table_attach_defaults(GTK_TABLE(table), GTK_WIDGET(entry), 0, 1, 1, 2);
+  gtk_widget_show_all(table);
+  gtk_box_pack_start(GTK_BOX(gtk_dialog_get_content_area(dialog)), table, TRUE, TRUE, 0);
+}
+
+}  // namespace
+
+GtkWindow* main_get_main_window() {
+  return main_s_main_window ? make_object(main_s_main_window.get()).release() : nullptr;
+}
+
+int main_alter(const char* msg, GtkButtonsType buttons) {
+  g_return_val_if_fail(msg != NULL, 0);
+  const auto parent = take_object(main_get_main_window());
+  if (!parent) return GTK_RESPONSE_YES;
+  const Question box{gtk_message_dialog_new(parent.get(), GTK_DIALOG_MODAL, GTK_MESSAGE_WARNING,
+                                            buttons, "%s", shown(msg).c_str())};
+  return box.answer();
+}
+
+bool main_inputdlg(char** result, const char* msg, const char* title) {
+  if (result != nullptr) *result = nullptr;
+  g_return_val_if_fail(msg != NULL, false);
+  const auto parent = take_object(main_get_main_window());
+  const Question question{gtk_dialog_new_with_buttons(title, parent.get(), GTK_DIALOG_MODAL, "确定",
+                                                      GTK_RESPONSE_ACCEPT, "取消",
+                                                      GTK_RESPONSE_CANCEL, nullptr)};
+  gtk_dialog_set_default_response(question.dialog(), GTK_RESPONSE_ACCEPT);
+  GtkEntry* const entry = new_password_entry();
+  fill(question.dialog(), msg, entry);
+  const bool confirmed = question.answer() == GTK_RESPONSE_ACCEPT;
+  if (result != nullptr) *result = give_text(confirmed ? trimmed(gtk_entry_get_text(entry)) : "");
+  return confirmed;
+}

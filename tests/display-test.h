@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What tests of windows share: a window on the display, the user's hands, and answers to dialogs.
+// The clicks and keys are real ones, which the X server delivers.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+/** Gives each test a window, which is the program's main window. Any warning of GLib ends a test.
+ */
+class DisplayTest : public testing::Test {
+ protected:
+  DisplayTest();
+  void SetUp() override;
+  void TearDown() override;
+
+  /** Puts a widget into the window and waits until it is on the screen. */
+  void show(GtkWidget* widget);
+
+  /** Has all events processed that have come in so far. */
+  static void settle();
+
+  /** Press and release the first button in the middle of a widget, or of a cell of a table. */
+  static void click(GtkWidget* widget);
+  static void click(GtkTreeView* view, int row, int column);
+
+  /** Presses and releases keys by their X names, for example "Tab Return". */
+  static void press(const std::string& keys);
+
+  /** Has the next dialog dealt with so. It fails the test when another one comes, or none. */
+  void expect_dialog(std::function<void(GtkDialog*)> deal);
+
+  /** What a message box or a question reads, the text in its entry too. */
+  static std::string text_of(GtkDialog* dialog);
+
+  /** The first widget in another, itself included, for which it holds; null when there is none. */
+  static GtkWidget* find(GtkWidget* top, const std::function<bool(GtkWidget*)>& holds);
+
+  /** Saves what stands on the screen as a PNG file. */
+  static void take_picture(const std::string& file);
+
+  GtkWidget* window = nullptr;
+
+ private:
+  void look_for_dialog();
+
+  std::deque<std::function<void(GtkDialog*)>> m_expected;
+  guint m_looking = 0;
+  gint64 m_deadline = 0;
+};
+
+/**
+ * The rows of a table as the user reads them, one line each: texts as they stand, check boxes as
+ * "[ ]" or "[x]", hidden ones as "-", with " | " between visible columns; the titles first.
+ */
+std::vector<std::string> table(GtkTreeView* view);

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The prompts, the control bar and the tables together in one window, used as the scenarios tell.
+#include <ctime>
+#include <map>
+#include <sstream>
+
+#include "base/signal.h"
+#include "display-test.h"
+#include "scenarios.h"
+#include "ui/bak-def-widget.h"
+#include "ui/control-widget.h"
+#include "ui/rut-def-widget.h"
+
+using varnholt::connect;
+using varnholt::ObjectPtr;
+using varnholt::SecretPtr;
+using varnholt::take_object;
+using varnholt::take_text;
+using Words = const std::string&;
+
+namespace {
+
+ObjectPtr<VhBakDefItem> read_file(Words fields) {
+  return take_object(vh_bak_def_item_lnk_scanf_string(("lnk,," + fields).c_str()));
+}
+
+ObjectPtr<VhRutDefItem> read_route(Words fields) {
+  return take_object(vh_rut_def_item_scanf_string(("rut,add," + fields).c_str()));
+}
+
+}  // namespace
+
+class Window : public DisplayTest {
+ protected:
+  void SetUp() override {
+    DisplayTest::SetUp();
+    bar = vh_control_widget_new();
+    files = vh_bak_def_widget_new(0);
+    routes = vh_rut_def_widget_new();
+    auto* const box = gtk_vbox_new(FALSE, 3);
+    gtk_box_pack_start(GTK_BOX(box), GTK_WIDGET(bar), FALSE, FALSE, 0);
+    gtk_container_add(GTK_CONTAINER(box), GTK_WIDGET(files));
+    gtk_container_add(GTK_CONTAINER(box), GTK_WIDGET(routes));
+    show(box);
+    connect(bar, "sig-btn-clicked", bar, [this](VhControlWidget*, VhControlWidgetBtnType type) {
+      script.say(take_text(g_enum_to_string(vh_control_widget_btn_type_get_type(), type)).get());
+    });
+    learn_table("files", files, read_file, vh_bak_def_item_lnk_to_string,
+                vh_bak_def_widget_add_item, vh_bak_def_widget_edit_item,
+                vh_bak_def_widget_del_selected_items, vh_bak_def_widget_clear_selection,
+                vh_bak_def_widget_get_total_selections, vh_bak_def_widget_get_select_item);
+    learn_table("routes", routes, read_route, vh_rut_def_item_to_string, vh_rut_def_widget_add_item,
+                vh_rut_def_widget_edit_item, vh_rut_def_widget_del_selected_items,
+                vh_rut_def_widget_clear_selection, vh_rut_def_widget_get_total_selections,
+                vh_rut_def_widget_get_select_item);
+    learn_the_rest();
+  }
+
+  /** Makes `name` a command whose first word says what is done with the table. */
+  void learn_table(Words name, auto* widget, auto read, auto written, auto add, auto edit,
+                   auto remove, auto clear, auto total, auto highlighted) {
+    connect(widget, "sig-selection-changed", widget, [=, this](GtkWidget*, int at, guint count) {
+      script.say(name + ' ' + std::to_string(at) + '/' + std::to_string(count));
+    });
+    const auto show_all = [=, this] {
+      for (Words line : table(widget->tree_view.get())) script.say(line);
+      std::string ticks;
+      const auto chosen = take_object(highlighted(widget));
+      for (auto* item : *widget->items) {
+        script.say(take_text(written(item)).get());
+        ticks += item == chosen.get() ? " >" : " ";
+        ticks += item->is_selected ? 'x' : '-';
+      }
+      script.say(std::to_string(total(widget)) + " ticked:" + ticks);
+    };
+    const auto edit_row = [=, this](int row, Words fields) {
+      auto* const edited = widget->items->nth(static_cast<guint>(row)).item;
+      const auto before = *edited->iter;
+      if (!edit(widget, read(fields).get(), edited)) script.say("refused");
+      EXPECT_TRUE(vh_cmp_iter(&before, &*edited->iter));
+    };
+    script.commands[name] = [=, this](Words arguments) {
+      std::istringstream words{arguments};
+      std::string verb;
+      int row = 0;
+      words >> verb >> row;
+      const auto last = arguments.substr(arguments.rfind(' ') + 1);
+      if (verb == "add" && !add(widget, read(last).get())) script.say("refused");
+      if (verb == "edit") edit_row(row, last);
+      if (verb == "click") click(widget->tree_view.get(), row, std::stoi(last));
+      if (verb == "delete") remove(widget);
+      if (verb == "clear") clear(widget);
+      if (verb == "show") show_all();
+    };
+  }
+
+  void learn_the_rest() {
+    auto& on = script.commands;
+    on["click"] = [this](Words label) { click(button(label)); };
+    on["press"] = press;
+    on["answer"] = [this](Words answer) {
+      expect_dialog([this, answer](GtkDialog* dialog) {
+        EXPECT_EQ(gtk_window_get_transient_for(GTK_WINDOW(dialog)), main_s_main_window.get());
+        const auto last = answer.rfind(' ') + 1;
+        press(answer.substr(0, last));
+        script.say(text_of(dialog));
+        script.commands["picture"]("dialog-" + std::to_string(++dialogs));
+        press(answer.substr(last));
+      });
+    };
+    on["alter"] = [this](Words text) {
+      script.say(std::to_string(main_alter(text.c_str(), GTK_BUTTONS_YES_NO)));
+    };
+    on["ask"] = [this](Words text) {
+      char* result = nullptr;
+      const bool confirmed = main_inputdlg(&result, text.c_str(), "title: ");
+      script.say((confirmed ? "yes: " : "no: ") + std::string{SecretPtr{result}.get()} + '.');
+    };
+    on["without"] = [](Words /*window*/) { main_s_main_window = nullptr; };
+    on["picture"] = [this](Words name) {
+      settle();
+      const char* const folder = g_getenv("VARNHOLT_PICTURES");
+      if (folder != nullptr) take_picture(std::string{folder} + '/' + name + ".png");
+    };
+    on["mark"] = [this](Words /*none*/) { vh_bak_def_widget_mark_del_selected_items(files); };
+    on["stray"] = [this](Words fields) {
+      const auto item = read_file(fields);
+      vh_bak_def_item_set_is_selected(item.get(), true);
+      vh_bak_def_item_list_append_val(files->items.get(), item.get());
+    };
+    on["stamp"] = [this](Words /*none*/) {
+      const gint64 before = std::time(nullptr);
+      vh_bak_def_widget_update_items_last_oper_time(files);
+      for (const auto* item : *files->items) {
+        const auto time = item->last_oper_time;
+        script.say(item->from + (time >= before ? " now" : ' ' + std::to_string(time)));
+      }
+    };
+    on["focus"] = [this](Words /*none*/) {
+      auto* const focus = gtk_window_get_focus(GTK_WINDOW(window));
+      script.say(GTK_IS_BUTTON(focus) ? gtk_button_get_label(GTK_BUTTON(focus)) : "a table");
+    };
+    on["pages"] = [this](Words /*none*/) {
+      std::string pages;
+      for (const auto& page : bar->page_btns) {
+        pages += gtk_toggle_button_get_active(page.get()) != 0 ? 'x' : '-';
+      }
+      script.say(pages);
+    };
+    on["set"] = [this](Words flag) {
+      vh_rut_def_widget_set_del_def_cb_active(routes, flag == "yes");
+    };
+    on["flag"] = [this](Words /*none*/) {
+      const auto items = take_object(vh_rut_def_widget_get_items(routes));
+      script.say(take_text(vh_rut_def_item_list_del_def_rut_to_string(items.get())).get());
+      auto* const box = GTK_TOGGLE_BUTTON(routes->del_rut_cb.get());
+      EXPECT_EQ(gtk_toggle_button_get_active(box), items->del_def_rut);
+      EXPECT_EQ(vh_rut_def_widget_get_del_def_cb_active(routes), items->del_def_rut);
+    };
+  }
+
+  GtkWidget* button(Words label) const {
+    return find(window, [&label](GtkWidget* widget) {
+      return GTK_IS_BUTTON(widget) && gtk_button_get_label(GTK_BUTTON(widget)) == label;
+    });
+  }
+
+  Transcript script;
+  int dialogs = 0;
+  VhControlWidget* bar = nullptr;
+  VhBakDefWidget* files = nullptr;
+  VhRutDefWidget* routes = nullptr;
+};
+
+TEST_F(Window, DoesWhatTheScenariosTell) {
+  for (const auto& scenario : scenarios_of(SCENARIOS "/window.scenarios")) {
+    TearDown();
+    SetUp();
+    ASSERT_NO_FATAL_FAILURE(script.check(scenario));
+  }
+}
+
+TEST_F(Window, ShowsDatesWhenAsked) {
+  main_s_main_window = nullptr;  // as while a profile is loaded: nothing is asked or told
+  const auto titles = [](const char* date) {
+    return std::string{"选择 | 原文件(夹) | 目标文件(夹) | 操作 | "} + date + "是否覆盖";
+  };
+  g_unsetenv("show_date");
+  const auto plain = varnholt::sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
+  EXPECT_EQ(table(plain->tree_view.get()), std::vector{titles("")});
+  g_setenv("show_date", "", TRUE);
+  const auto dated = varnholt::sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
+  std::vector<std::string> expected{titles("上次更新时间 | ")};
+  for (const auto& [time, date] : {std::pair{gint64{0}, "2010-09-15 16:24:50"},
+                                   {gint64{-1}, "1969-12-31 23:59:59"},
+                                   {gint64{67767976233532799}, "2147483647-12-31 23:59:59"},
+                                   {G_MAXINT64, ""},
+                                   {gint64{0}, ""}}) {
+    const auto item = take_object(vh_bak_def_item_new("/a", "/b", 4, time));
+    EXPECT_TRUE(vh_bak_def_widget_add_item(dated.get(), item.get()));
+    expected.push_back(std::string{"[ ] | /a | /b | 软链接 | "} + date + " | -");
+  }
+  EXPECT_FALSE(vh_bak_def_widget_add_item(dated.get(), read_file("/a,/a,update").get()));
+  // The date shown is the item's, whatever was written into the row.
+  dated->items->nth(0).item->last_oper_time = 1284567890;
+  EXPECT_EQ(table(dated->tree_view.get()), expected);
+}
