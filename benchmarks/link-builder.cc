@@ -11,14 +11,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include "measure.h"
 
 namespace fs = std::filesystem;
 
@@ -28,11 +28,6 @@ constexpr int samples = 9;
 constexpr int growth_samples = 3;
 constexpr int sampled_once = 1'000'000;
 constexpr int links_in_a_folder = 100;
-
-[[noreturn]] void give_up(const std::string& why) {
-  std::fprintf(stderr, "benchmark: %s\n", why.c_str());
-  std::exit(1);
-}
 
 /** What stands at the link paths before a run. */
 enum class Start { nothing, links, files };
@@ -133,11 +128,6 @@ Cost run(std::vector<std::string> words, const fs::path& scratch) {
   return {taken.count(), usage.ru_maxrss};
 }
 
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
 struct Rival {
   std::string name;
   std::vector<std::string> (*command)(const Tree& tree);
@@ -150,13 +140,6 @@ struct Rival {
 /** The programs under test, from the command line. */
 const char* varnholt = nullptr;
 const char* bare_loop = nullptr;
-/** Only what has these words in its title is run. */
-const char* wanted = "";
-
-bool is_wanted(const std::string& title) {
-  return title.find(wanted) != std::string::npos;
-}
-
 Rival ours() {
   return {"varnholt",
           [](const Tree& /*tree*/) -> std::vector<std::string> {

@@ -2,19 +2,19 @@
 // The table of file definitions or of boot scripts.
 #include "ui/bak-def-widget.h"
 
+#include <array>
 #include <ctime>
 #include <string>
 
 #include "base/diagnostics.h"
 #include "base/object-type.h"
-#include "base/text.h"
 
 namespace {
 
 using varnholt::comparable;
 using varnholt::row_at;
-using varnholt::shown;
 using varnholt::take_text;
+using varnholt::Value;
 using varnholt::value_of;
 
 bool has(const VhBakDefItem* item, VhFileOperationType flag) {
@@ -104,14 +104,9 @@ void append_columns(VhBakDefWidget* self) {
                          force_overwrite_cell_data_func);
 }
 
-/** Writes all columns of a row in one go: each writing makes the toolkit measure the row. */
-void write_row(VhBakDefWidget* self, GtkTreeIter row, const VhBakDefItem* item, gboolean ticked,
-               gboolean force) {
-  gtk_list_store_set(self->store.get(), &row, VH_BAK_DEF_WIDGET_COL_IDX_SEL, ticked,
-                     VH_BAK_DEF_WIDGET_COL_IDX_FROM, shown(item->from).c_str(),
-                     VH_BAK_DEF_WIDGET_COL_IDX_TO, shown(item->to).c_str(),
-                     VH_BAK_DEF_WIDGET_COL_IDX_UP, item->op, VH_BAK_DEF_WIDGET_COL_IDX_DATETIME,
-                     item->last_oper_time, VH_BAK_DEF_WIDGET_COL_IDX_FORCE_OVERWRITE, force, -1);
+std::array<Value, 6> values_of(const VhBakDefItem* item, bool ticked, bool force) {
+  return {Value{ticked},   Value{item->from},           Value{item->to},
+          Value{item->op}, Value{item->last_oper_time}, Value{force}};
 }
 
 /** Which overwrite flag an item has after it was changed into `new_item`. */
@@ -185,8 +180,7 @@ bool vh_bak_def_widget_add_item(VhBakDefWidget* self, VhBakDefItem* item) {
   g_return_val_if_fail(item != NULL, false);
   if (!vh_bak_def_widget_vaild_item(self, item)) return false;
   const bool symbolic = has(item, VH_FILE_OPERATION_TYPE_FOT_Symbolic);
-  const auto row = self->new_row(item, !symbolic);
-  write_row(self, row, item, FALSE, item->force_overwrite);
+  self->insert_row(item, !symbolic, values_of(item, false, item->force_overwrite));
   if (symbolic) {
     self->items->append(item);
   } else {
@@ -207,7 +201,7 @@ bool vh_bak_def_widget_edit_item(VhBakDefWidget* self, VhBakDefItem* new_item,
   new_item->last_oper_time = old_item->last_oper_time;
   const bool force =
       has(new_item, VH_FILE_OPERATION_TYPE_FOT_OverWrite) && new_item->force_overwrite;
-  write_row(self, *old_item->iter, new_item, TRUE, force);
+  self->write_row(*old_item->iter, values_of(new_item, true, force));
   new_item->iter = old_item->iter;
   new_item->is_selected = true;
   vh_bak_def_item_fill_by_other(old_item, new_item);

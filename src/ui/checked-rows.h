@@ -3,9 +3,11 @@
 // highlight of a row, and the walk over the ticked rows.
 #pragma once
 
+#include <array>
 #include <functional>
-#include <initializer_list>
+#include <numeric>
 #include <optional>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -13,6 +15,7 @@
 
 #include "base/glib-ptr.h"
 #include "base/signal.h"
+#include "base/text.h"
 #include "ui/prompts.h"
 
 namespace varnholt {
@@ -39,6 +42,24 @@ inline GtkTreeIter comparable(GtkTreeModel* model, GtkTreeIter* row) {
   gtk_tree_model_get_iter(model, &same, path.get());
   return same;
 }
+
+/** One value of a row, of the type of its column. */
+class Value {
+ public:
+  explicit Value(bool flag) { g_value_set_boolean(g_value_init(&m_value, G_TYPE_BOOLEAN), flag); }
+  explicit Value(int number) { g_value_set_int(g_value_init(&m_value, G_TYPE_INT), number); }
+  explicit Value(gint64 number) { g_value_set_int64(g_value_init(&m_value, G_TYPE_INT64), number); }
+  /** A text is written as it can be shown. */
+  explicit Value(const std::string& text) {
+    g_value_set_string(g_value_init(&m_value, G_TYPE_STRING), shown(text).c_str());
+  }
+  Value(const Value&) = delete;
+  Value& operator=(const Value&) = delete;
+  ~Value() { g_value_unset(&m_value); }
+
+ private:
+  GValue m_value = G_VALUE_INIT;
+};
 
 /** The value of a row in a column that holds a flag or a number. */
 template <typename Value>
@@ -167,13 +188,23 @@ struct CheckedRows {
 
   guint get_total_selections() { return items->selected_number(); }
 
-  /** Gives the item a new first or last row and unticks it. It is to join the list at that end. */
-  GtkTreeIter new_row(Item* item, bool first) {
+  /**
+   * Gives the item a new first or last row with a value for each column, and unticks it. It is to
+   * join the list at the same end.
+   */
+  template <std::size_t N>
+  void insert_row(Item* item, bool first, std::array<Value, N> values) {
     GtkTreeIter row{};
-    (first ? gtk_list_store_prepend : gtk_list_store_append)(store.get(), &row);
+    gtk_list_store_insert_with_valuesv(store.get(), &row, first ? 0 : G_MAXINT,
+                                       column_numbers<N>().data(), data_of(values), N);
     item->is_selected = false;
     item->iter = row;
-    return row;
+  }
+
+  /** Writes a value for each column of a row, in one go: the toolkit measures at each writing. */
+  template <std::size_t N>
+  void write_row(GtkTreeIter row, std::array<Value, N> values) {
+    gtk_list_store_set_valuesv(store.get(), &row, column_numbers<N>().data(), data_of(values), N);
   }
 
   /**
@@ -201,6 +232,19 @@ struct CheckedRows {
   }
 
  private:
+  template <std::size_t N>
+  static std::array<int, N> column_numbers() {
+    std::array<int, N> numbers{};
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+  }
+
+  template <std::size_t N>
+  static GValue* data_of(std::array<Value, N>& values) {
+    static_assert(sizeof(Value) == sizeof(GValue));
+    return reinterpret_cast<GValue*>(values.data());
+  }
+
   Widget* widget() { return static_cast<Widget*>(this); }
 
   auto highlighted() {

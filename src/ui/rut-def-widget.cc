@@ -2,15 +2,15 @@
 // The page of the static routes.
 #include "ui/rut-def-widget.h"
 
+#include <array>
 #include <string>
 
 #include "base/object-type.h"
-#include "base/text.h"
 
 namespace {
 
-using varnholt::shown;
 using varnholt::sink_object;
+using varnholt::Value;
 
 /** The columns behind the check box, in the order of the store's. */
 constexpr struct {
@@ -37,14 +37,9 @@ void append_columns(VhRutDefWidget* self) {
   }
 }
 
-/** Writes all columns of a row in one go: each writing makes the toolkit measure the row. */
-void write_row(VhRutDefWidget* self, GtkTreeIter row, const VhRutDefItem* item, gboolean ticked) {
-  gtk_list_store_set(
-      self->store.get(), &row, VH_RUT_DEF_WIDGET_COL_IDX_SEL, ticked,
-      VH_RUT_DEF_WIDGET_COL_IDX_NAME, shown(item->name).c_str(), VH_RUT_DEF_WIDGET_COL_IDX_ADDR,
-      shown(item->addr).c_str(), VH_RUT_DEF_WIDGET_COL_IDX_MASK, shown(item->mask).c_str(),
-      VH_RUT_DEF_WIDGET_COL_IDX_GW, shown(item->gw).c_str(), VH_RUT_DEF_WIDGET_COL_IDX_JUP,
-      shown(item->jup).c_str(), VH_RUT_DEF_WIDGET_COL_IDX_NIC, shown(item->nic).c_str(), -1);
+std::array<Value, 7> values_of(const VhRutDefItem* item, bool ticked) {
+  return {Value{ticked},   Value{item->name}, Value{item->addr}, Value{item->mask},
+          Value{item->gw}, Value{item->jup},  Value{item->nic}};
 }
 
 /** Why `item` cannot join `items`, if `except` is not counted; empty when it can. */
@@ -141,8 +136,7 @@ bool vh_rut_def_widget_add_item(VhRutDefWidget* self, VhRutDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, item, nullptr)) return false;
-  const auto row = self->new_row(item, false);
-  write_row(self, row, item, FALSE);
+  self->insert_row(item, false, values_of(item, false));
   self->items->append(item);
   self->emit_selection_changed(static_cast<int>(self->items->length()) - 1);
   return true;
@@ -155,7 +149,7 @@ bool vh_rut_def_widget_edit_item(VhRutDefWidget* self, VhRutDefItem* new_item,
   g_return_val_if_fail(old_item != NULL, false);
   g_return_val_if_fail(old_item->iter, false);
   if (!vh_rut_def_widget_vaild_item(self, new_item, old_item)) return false;
-  write_row(self, *old_item->iter, new_item, TRUE);
+  self->write_row(*old_item->iter, values_of(new_item, true));
   new_item->iter = old_item->iter;
   new_item->is_selected = true;
   vh_rut_def_item_fill_by_other(old_item, new_item);
