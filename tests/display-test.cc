@@ -211,6 +211,8 @@ std::vector<std::string> table(GtkTreeView* view) {
     if (gtk_tree_view_column_get_visible(column) == 0) continue;
     const std::string between = number == 0 ? "" : " | ";
     lines[0] += between + gtk_tree_view_column_get_title(column);
+    if (gtk_tree_view_column_get_resizable(column) != 0) lines[0] += '~';
+    if (gtk_tree_view_column_get_expand(column) != 0) lines[0] += '+';
     GtkTreeIter iter{};
     std::size_t row = 0;
     for (auto more = gtk_tree_model_get_iter_first(model, &iter); more != 0;

@@ -56,6 +56,7 @@ class DisplayTest : public testing::Test {
 
 /**
  * The rows of a table as the user reads them, one line each: texts as they stand, check boxes as
- * "[ ]" or "[x]", hidden ones as "-", with " | " between visible columns; the titles first.
+ * "[ ]" or "[x]", hidden ones as "-", with " | " between visible columns. The titles come first,
+ * "~" behind that of a column which can be resized, "+" behind one which takes spare width.
  */
 std::vector<std::string> table(GtkTreeView* view);

@@ -20,8 +20,11 @@ using Words = const std::string&;
 
 namespace {
 
+/** A definition as an edit would leave it: ticked. Who adds it unticks it. */
 ObjectPtr<VhBakDefItem> read_file(Words fields) {
-  return take_object(vh_bak_def_item_lnk_scanf_string(("lnk,," + fields).c_str()));
+  auto item = take_object(vh_bak_def_item_lnk_scanf_string(("lnk,," + fields).c_str()));
+  vh_bak_def_item_set_is_selected(item.get(), true);
+  return item;
 }
 
 ObjectPtr<VhRutDefItem> read_route(Words fields) {
@@ -35,7 +38,10 @@ class Window : public DisplayTest {
   void SetUp() override {
     DisplayTest::SetUp();
     bar = vh_control_widget_new();
+    g_unsetenv("show_date");
     files = vh_bak_def_widget_new(0);
+    g_setenv("show_date", "", TRUE);
+    scripts = varnholt::sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
     routes = vh_rut_def_widget_new();
     auto* const box = gtk_vbox_new(FALSE, 3);
     gtk_box_pack_start(GTK_BOX(box), GTK_WIDGET(bar), FALSE, FALSE, 0);
@@ -45,10 +51,12 @@ class Window : public DisplayTest {
     connect(bar, "sig-btn-clicked", bar, [this](VhControlWidget*, VhControlWidgetBtnType type) {
       script.say(take_text(g_enum_to_string(vh_control_widget_btn_type_get_type(), type)).get());
     });
-    learn_table("files", files, read_file, vh_bak_def_item_lnk_to_string,
-                vh_bak_def_widget_add_item, vh_bak_def_widget_edit_item,
-                vh_bak_def_widget_del_selected_items, vh_bak_def_widget_clear_selection,
-                vh_bak_def_widget_get_total_selections, vh_bak_def_widget_get_select_item);
+    for (const auto& [name, table] : {std::pair{"files", files}, {"scripts", scripts.get()}}) {
+      learn_table(name, table, read_file, vh_bak_def_item_lnk_to_string, vh_bak_def_widget_add_item,
+                  vh_bak_def_widget_edit_item, vh_bak_def_widget_del_selected_items,
+                  vh_bak_def_widget_clear_selection, vh_bak_def_widget_get_total_selections,
+                  vh_bak_def_widget_get_select_item);
+    }
     learn_table("routes", routes, read_route, vh_rut_def_item_to_string, vh_rut_def_widget_add_item,
                 vh_rut_def_widget_edit_item, vh_rut_def_widget_del_selected_items,
                 vh_rut_def_widget_clear_selection, vh_rut_def_widget_get_total_selections,
@@ -124,9 +132,7 @@ class Window : public DisplayTest {
     };
     on["mark"] = [this](Words /*none*/) { vh_bak_def_widget_mark_del_selected_items(files); };
     on["stray"] = [this](Words fields) {
-      const auto item = read_file(fields);
-      vh_bak_def_item_set_is_selected(item.get(), true);
-      vh_bak_def_item_list_append_val(files->items.get(), item.get());
+      vh_bak_def_item_list_append_val(files->items.get(), read_file(fields).get());
     };
     on["stamp"] = [this](Words /*none*/) {
       const gint64 before = std::time(nullptr);
@@ -135,6 +141,14 @@ class Window : public DisplayTest {
         const auto time = item->last_oper_time;
         script.say(item->from + (time >= before ? " now" : ' ' + std::to_string(time)));
       }
+    };
+    on["time"] = [this](Words local_time) {
+      struct tm broken_down {};
+      strptime(local_time.c_str(), "%F %T", &broken_down);
+      const auto item = take_object(vh_bak_def_item_list_nth_data(scripts->items.get(), 0));
+      vh_bak_def_item_set_last_oper_time_dt(item.get(), &broken_down);
+      const auto time = vh_bak_def_item_get_last_oper_time_int64(item.get());
+      vh_bak_def_item_set_last_oper_time_int64(item.get(), time + 1);
     };
     on["focus"] = [this](Words /*none*/) {
       auto* const focus = gtk_window_get_focus(GTK_WINDOW(window));
@@ -169,10 +183,12 @@ class Window : public DisplayTest {
   int dialogs = 0;
   VhControlWidget* bar = nullptr;
   VhBakDefWidget* files = nullptr;
+  ObjectPtr<VhBakDefWidget> scripts;
   VhRutDefWidget* routes = nullptr;
 };
 
 TEST_F(Window, DoesWhatTheScenariosTell) {
+  g_setenv("TZ", "local-8", TRUE);
   for (const auto& scenario : scenarios_of(SCENARIOS "/window.scenarios")) {
     TearDown();
     SetUp();
@@ -180,28 +196,49 @@ TEST_F(Window, DoesWhatTheScenariosTell) {
   }
 }
 
-TEST_F(Window, ShowsDatesWhenAsked) {
-  main_s_main_window = nullptr;  // as while a profile is loaded: nothing is asked or told
-  const auto titles = [](const char* date) {
-    return std::string{"选择 | 原文件(夹) | 目标文件(夹) | 操作 | "} + date + "是否覆盖";
-  };
-  g_unsetenv("show_date");
-  const auto plain = varnholt::sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
-  EXPECT_EQ(table(plain->tree_view.get()), std::vector{titles("")});
-  g_setenv("show_date", "", TRUE);
-  const auto dated = varnholt::sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
-  std::vector<std::string> expected{titles("上次更新时间 | ")};
-  for (const auto& [time, date] : {std::pair{gint64{0}, "2010-09-15 16:24:50"},
-                                   {gint64{-1}, "1969-12-31 23:59:59"},
-                                   {gint64{67767976233532799}, "2147483647-12-31 23:59:59"},
-                                   {G_MAXINT64, ""},
-                                   {gint64{0}, ""}}) {
-    const auto item = take_object(vh_bak_def_item_new("/a", "/b", 4, time));
-    EXPECT_TRUE(vh_bak_def_widget_add_item(dated.get(), item.get()));
-    expected.push_back(std::string{"[ ] | /a | /b | 软链接 | "} + date + " | -");
+TEST_F(Window, IsKnownToTheTypeSystem) {
+  for (const auto& [type, nick, value] : {std::tuple{"VhFileTestType", "exists", 1},
+                                          {"VhControlWidgetBtnType", "btnull", 6},
+                                          {"VhBakDefWidgetCOL_IDX", "force-overwrite", 5},
+                                          {"VhRutDefWidgetCOL_IDX", "nic", 6}}) {
+    auto* const known = static_cast<GEnumClass*>(g_type_class_ref(g_type_from_name(type)));
+    ASSERT_NE(known, nullptr) << type;
+    const auto* const found = g_enum_get_value_by_nick(known, nick);
+    EXPECT_TRUE(found != nullptr && found->value == value) << type;
+    g_type_class_unref(known);
   }
-  EXPECT_FALSE(vh_bak_def_widget_add_item(dated.get(), read_file("/a,/a,update").get()));
-  // The date shown is the item's, whatever was written into the row.
-  dated->items->nth(0).item->last_oper_time = 1284567890;
-  EXPECT_EQ(table(dated->tree_view.get()), expected);
+  for (auto* scrolled : {GTK_SCROLLED_WINDOW(files), routes->scrolled_window.get()}) {
+    GtkPolicyType across{};
+    GtkPolicyType down{};
+    gtk_scrolled_window_get_policy(scrolled, &across, &down);
+    EXPECT_TRUE(across == GTK_POLICY_AUTOMATIC && down == GTK_POLICY_ALWAYS);
+  }
+}
+
+TEST_F(Window, RefusesWhatIsMissingAndOutlivesItsView) {
+  const auto item = read_file("/a,/b,update");
+  const auto route = read_route("a,b,c,d,e,f");
+  for (const auto& [warning, call] : std::map<const char*, std::function<void()>>{
+           {"*bak_def_widget_add_item*'self != NULL'*",
+            [&] { vh_bak_def_widget_add_item(nullptr, item.get()); }},
+           {"*bak_def_widget_add_item*'item != NULL'*",
+            [&] { vh_bak_def_widget_add_item(files, nullptr); }},
+           {"*rut_def_widget_add_item*'item != NULL'*",
+            [&] { vh_rut_def_widget_add_item(routes, nullptr); }},
+           {"*bak_def_widget_edit_item*'new_item != NULL'*",
+            [&] { vh_bak_def_widget_edit_item(files, nullptr, item.get()); }},
+           {"*rut_def_widget_edit_item*'old_item != NULL'*",
+            [&] { vh_rut_def_widget_edit_item(routes, route.get(), nullptr); }},
+           {"*bak_def_widget_edit_item*'old_item->iter'*",
+            [&] { vh_bak_def_widget_edit_item(files, item.get(), item.get()); }},
+           {"*get_items*'self != NULL'*", [] { vh_rut_def_widget_get_items(nullptr); }}}) {
+    g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, warning);
+    call();
+    g_test_assert_expected_messages();
+  }
+  const auto kept = varnholt::make_object(GTK_WIDGET(files));
+  vh_bak_def_widget_add_item(files, item.get());
+  gtk_widget_destroy(kept.get());
+  EXPECT_EQ(vh_bak_def_widget_get_select_item(files), nullptr);
+  EXPECT_EQ(take_object(vh_bak_def_widget_get_items(files))->length(), 1U);
 }

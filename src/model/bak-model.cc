@@ -167,9 +167,12 @@ int vh_string_index_of(const char* rawstr, const char* needle) {
 
 GType vh_bak_def_item_get_type() {
   using ItemType = varnholt::ObjectType<VhBakDefItem, VhBakDefItemClass, BakDefFields>;
-  static const GType type = ItemType::register_type(
-      G_TYPE_OBJECT, "VhBakDefItem",
-      [](VhBakDefItemClass* klass) { klass->lnk_to_string = vh_bak_def_item_real_lnk_to_string; });
+  static const GType type =
+      ItemType::register_type(G_TYPE_OBJECT, "VhBakDefItem", [](VhBakDefItemClass* klass) {
+        klass->lnk_to_string = vh_bak_def_item_real_lnk_to_string;
+        vh_file_test_type_get_type();
+        vh_file_operation_type_get_type();
+      });
   return type;
 }
 
@@ -271,7 +274,13 @@ VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line) {
 GType vh_bak_def_item_list_get_type() {
   using ListType = varnholt::ObjectType<VhBakDefItemList, VhBakDefItemListClass,
                                         varnholt::RowList<VhBakDefItem>>;
-  static const GType type = ListType::register_type(G_TYPE_OBJECT, "VhBakDefItemList");
+  // Who has a list finds what stands in it by name too, before there is an item.
+  static const GType type = ListType::register_type(G_TYPE_OBJECT, "VhBakDefItemList",
+                                                    [](VhBakDefItemListClass* /*klass*/) {
+                                                      vh_bak_def_item_get_type();
+                                                      vh_file_test_type_get_type();
+                                                      vh_file_operation_type_get_type();
+                                                    });
   return type;
 }
 

@@ -16,8 +16,8 @@
 namespace varnholt {
 
 /**
- * An object list of items that have a TableRow. An item brings its row when it is put in; one that
- * gets its row later is found too, but by a walk.
+ * A list of objects that have a TableRow. An item brings its row when it is put in; a row that it
+ * gets later is found by a walk, if no other item was put in with it.
  */
 template <typename Item>
 class RowList {

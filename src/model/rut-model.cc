@@ -84,7 +84,9 @@ VhRutDefItem* vh_rut_def_item_scanf_string(const char* line) {
 GType vh_rut_def_item_list_get_type() {
   using ListType =
       varnholt::ObjectType<VhRutDefItemList, VhRutDefItemListClass, varnholt::RutDefListState>;
-  static const GType type = ListType::register_type(G_TYPE_OBJECT, "VhRutDefItemList");
+  static const GType type =
+      ListType::register_type(G_TYPE_OBJECT, "VhRutDefItemList",
+                              [](VhRutDefItemListClass* /*klass*/) { vh_rut_def_item_get_type(); });
   return type;
 }
 

@@ -26,6 +26,7 @@ GtkTreeModel* model_of(VhBakDefWidget* self) {
 }
 
 void on_sel_toggled(VhBakDefWidget* self, const char* path) {
+  g_return_if_fail(path != NULL);
   varnholt::print_progress("enter  on toggled\n");
   self->on_sel_toggled(path);
 }
@@ -136,8 +137,10 @@ GType vh_bak_def_widget_get_type() {
   using TableType =
       varnholt::ObjectType<VhBakDefWidget, VhBakDefWidgetClass, varnholt::BakDefWidgetState>;
   static const GType type = TableType::register_type(
-      gtk_scrolled_window_get_type(), "VhBakDefWidget",
-      [](VhBakDefWidgetClass* klass) { VhBakDefWidget::add_signal(klass); });
+      gtk_scrolled_window_get_type(), "VhBakDefWidget", [](VhBakDefWidgetClass* klass) {
+        VhBakDefWidget::add_signal(klass);
+        vh_bak_def_widget_col_idx_get_type();
+      });
   return type;
 }
 
@@ -195,8 +198,8 @@ bool vh_bak_def_widget_edit_item(VhBakDefWidget* self, VhBakDefItem* new_item,
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(new_item != NULL, false);
   g_return_val_if_fail(old_item != NULL, false);
-  g_return_val_if_fail(old_item->iter, false);
   if (!vh_bak_def_widget_vaild_item(self, new_item)) return false;
+  g_return_val_if_fail(old_item->iter, false);
   new_item->force_overwrite = force_after_edit(new_item, old_item);
   new_item->last_oper_time = old_item->last_oper_time;
   const bool force =
@@ -216,12 +219,11 @@ void vh_bak_def_widget_del_selected_items(VhBakDefWidget* self) {
 
 void vh_bak_def_widget_mark_del_selected_items(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
-  self->take_ticked([self](GtkTreeIter row) {
-    const auto* const item = self->items->find(row).item;
-    const bool marked = vh_bak_def_item_list_hide_in_iter(self->items.get(), &row);
-    if (!marked || item == nullptr) return false;
+  self->take_ticked([self](VhBakDefItem& ticked) {
+    GtkTreeIter row = *ticked.iter;
+    if (!vh_bak_def_item_list_hide_in_iter(self->items.get(), &row)) return false;
     gtk_list_store_set(self->store.get(), &row, VH_BAK_DEF_WIDGET_COL_IDX_SEL, FALSE,
-                       VH_BAK_DEF_WIDGET_COL_IDX_UP, item->op, -1);
+                       VH_BAK_DEF_WIDGET_COL_IDX_UP, ticked.op, -1);
     return true;
   });
 }

@@ -80,7 +80,7 @@ struct CheckedRows {
   ObjectPtr<GtkTreeView> tree_view;
   ObjectPtr<List> items;
   ObjectPtr<GtkListStore> store;
-  /** Borrowed from the view; one row can be highlighted. */
+  /** Borrowed from the view while it stands; one row can be highlighted. */
   GtkTreeSelection* selection = nullptr;
   /** 1 from the ticking of a check box to the highlight of its row, which comes next. */
   int sel_toggled = 0;
@@ -146,6 +146,9 @@ struct CheckedRows {
   void attach_signals() {
     connect(selection, "changed", widget(),
             [this](GtkTreeSelection* /*selection*/) { on_tree_selection_changed(); });
+    // The view ends its selection when it is destroyed; the table may live on.
+    connect(tree_view.get(), "destroy", widget(),
+            [this](GtkTreeView* /*view*/) { selection = nullptr; });
   }
 
   void on_sel_toggled(const char* path) {
@@ -208,13 +211,15 @@ struct CheckedRows {
   }
 
   /**
-   * Has each ticked row taken out of the ticked ones, first to last. When `take` fails, or a ticked
-   * item has no row, says so and leaves the rest.
+   * Has each ticked item taken out of the ticked ones, first to last. When `take` fails, when it
+   * does not help, or when an item has no row, says so and leaves the rest.
    */
-  void take_ticked(const std::function<bool(const GtkTreeIter& row)>& take) {
-    while (const Item* ticked = items->first_selected().item) {
-      const auto row = ticked->iter;
-      if (!row || !take(*row)) {
+  void take_ticked(const std::function<bool(Item& ticked)>& take) {
+    ObjectPtr<Item> taken;
+    while (Item* ticked = items->first_selected().item) {
+      const bool again = ticked == taken.get();
+      taken = make_object(ticked);
+      if (again || !ticked->iter || !take(*ticked)) {
         main_alter("删除失败", GTK_BUTTONS_CLOSE);
         return;
       }
@@ -224,8 +229,10 @@ struct CheckedRows {
 
   /** Takes every ticked item out of list and store. */
   void del_selected_items() {
-    take_ticked([this](GtkTreeIter row) {
+    take_ticked([this](Item& ticked) {
+      GtkTreeIter row = *ticked.iter;
       if (!items->remove(row)) return false;
+      ticked.iter.reset();
       gtk_list_store_remove(store.get(), &row);
       return true;
     });
@@ -249,7 +256,8 @@ struct CheckedRows {
 
   auto highlighted() {
     GtkTreeIter row{};
-    const bool any = gtk_tree_selection_get_selected(selection, nullptr, &row);
+    const bool any =
+        selection != nullptr && gtk_tree_selection_get_selected(selection, nullptr, &row) != 0;
     return any ? items->find(row) : typename List::Place{};
   }
 

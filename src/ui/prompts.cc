@@ -13,6 +13,7 @@ using varnholt::make_object;
 using varnholt::ObjectPtr;
 using varnholt::shown;
 using varnholt::take_object;
+using varnholt::take_text;
 using varnholt::trimmed;
 
 /** A dialog for the length of one question, whoever closes it. */
@@ -68,6 +69,7 @@ int main_alter(const char* msg, GtkButtonsType buttons) {
 bool main_inputdlg(char** result, const char* msg, const char* title) {
   if (result != nullptr) *result = nullptr;
   g_return_val_if_fail(msg != NULL, false);
+  if (result != nullptr) *result = give_text("");
   const auto parent = take_object(main_get_main_window());
   const Question question{gtk_dialog_new_with_buttons(title, parent.get(), GTK_DIALOG_MODAL, "确定",
                                                       GTK_RESPONSE_ACCEPT, "取消",
@@ -76,6 +78,9 @@ bool main_inputdlg(char** result, const char* msg, const char* title) {
   GtkEntry* const entry = new_password_entry();
   fill(question.dialog(), msg, entry);
   const bool confirmed = question.answer() == GTK_RESPONSE_ACCEPT;
-  if (result != nullptr) *result = give_text(confirmed ? trimmed(gtk_entry_get_text(entry)) : "");
+  if (confirmed && result != nullptr) {
+    const auto nothing = take_text(*result);
+    *result = give_text(trimmed(gtk_entry_get_text(entry)));
+  }
   return confirmed;
 }

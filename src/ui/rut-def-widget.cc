@@ -80,9 +80,11 @@ GType vh_rut_def_widget_col_idx_get_type() {
 GType vh_rut_def_widget_get_type() {
   using PageType =
       varnholt::ObjectType<VhRutDefWidget, VhRutDefWidgetClass, varnholt::RutDefWidgetState>;
-  static const GType type = PageType::register_type(
-      gtk_vbox_get_type(), "VhRutDefWidget",
-      [](VhRutDefWidgetClass* klass) { VhRutDefWidget::add_signal(klass); });
+  static const GType type = PageType::register_type(gtk_vbox_get_type(), "VhRutDefWidget",
+                                                    [](VhRutDefWidgetClass* klass) {
+                                                      VhRutDefWidget::add_signal(klass);
+                                                      vh_rut_def_widget_col_idx_get_type();
+                                                    });
   return type;
 }
 
@@ -93,7 +95,6 @@ VhRutDefWidget* vh_rut_def_widget_new() {
 VhRutDefWidget* vh_rut_def_widget_construct(GType object_type) {
   auto* const self = static_cast<VhRutDefWidget*>(g_object_new(object_type, nullptr));
   auto* const box = GTK_BOX(self);
-  gtk_box_set_homogeneous(box, FALSE);
   gtk_box_set_spacing(box, 3);
   self->make_view(vh_rut_def_item_list_new(),
                   {G_TYPE_BOOLEAN, G_TYPE_STRING, G_TYPE_STRING, G_TYPE_STRING, G_TYPE_STRING,
@@ -147,8 +148,8 @@ bool vh_rut_def_widget_edit_item(VhRutDefWidget* self, VhRutDefItem* new_item,
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(new_item != NULL, false);
   g_return_val_if_fail(old_item != NULL, false);
-  g_return_val_if_fail(old_item->iter, false);
   if (!vh_rut_def_widget_vaild_item(self, new_item, old_item)) return false;
+  g_return_val_if_fail(old_item->iter, false);
   self->write_row(*old_item->iter, values_of(new_item, true));
   new_item->iter = old_item->iter;
   new_item->is_selected = true;
