@@ -84,8 +84,9 @@ class Window : public DisplayTest {
     const auto edit_row = [=, this](int row, Words fields) {
       auto* const edited = widget->items->nth(static_cast<guint>(row)).item;
       const auto before = *edited->iter;
-      if (!edit(widget, read(fields).get(), edited)) script.say("refused");
-      EXPECT_TRUE(vh_cmp_iter(&before, &*edited->iter));
+      const auto values = read(fields);
+      if (!edit(widget, values.get(), edited)) return script.say("refused");
+      EXPECT_TRUE(vh_cmp_iter(&before, &*edited->iter) && vh_cmp_iter(&before, &*values->iter));
     };
     script.commands[name] = [=, this](Words arguments) {
       std::istringstream words{arguments};
