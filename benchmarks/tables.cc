@@ -3,6 +3,7 @@
 // the same columns, in rotating order, and what a user does with the rows. Each step is timed to
 // the moment at which the toolkit has measured and drawn everything again. Usage: tables-benchmark
 // [WORDS OF A TITLE]
+#include <fcntl.h>
 #include <gtk/gtk.h>
 #include <unistd.h>
 
@@ -73,8 +74,9 @@ std::vector<std::string> lines_of(int definitions) {
   for (int definition = 0; definition < definitions; ++definition) {
     const auto name = std::to_string(definition / 100) + "/file-" + std::to_string(definition);
     const char* const operation = definition % 2 == 0 ? "update,true" : "overwrite,false";
-    lines.push_back("lnk,file,/srv/data/" + name + ",/data_bak/srv/data/" + name + ',' + operation +
-                    ",1284567890");
+    std::string line = "lnk,file,/srv/data/";
+    line.append(name).append(",/data_bak/srv/data/").append(name).append(",");
+    lines.push_back(line.append(operation).append(",1284567890"));
   }
   return lines;
 }
@@ -216,6 +218,12 @@ struct Step {
   std::vector<double> seconds;
 };
 
+std::vector<Step> new_steps() {
+  return {{"add all", {}},       {"highlight one", {}},  {"untick one", {}},
+          {"tick a tenth", {}},  {"untick a tenth", {}}, {"mark a tenth deleted", {}},
+          {"delete a tenth", {}}};
+}
+
 /** Times each step until the program returns to the toolkit. */
 void time_steps(int definitions, std::vector<Step>& steps) {
   auto* const table = vh_bak_def_widget_new(0);
@@ -249,23 +257,17 @@ void show_steps(const char* title) {
   std::fprintf(report,
                "\n%s: until the window can be used again, median of %d, us for each definition\n",
                title, samples);
-  std::vector<std::vector<Step>> columns;
+  std::vector<std::pair<int, std::vector<Step>>> columns;
   for (const int definitions : sizes) {
-    auto& steps = columns.emplace_back(std::vector<Step>{{"add all", {}},
-                                                         {"highlight one", {}},
-                                                         {"untick one", {}},
-                                                         {"tick a tenth", {}},
-                                                         {"untick a tenth", {}},
-                                                         {"mark a tenth deleted", {}},
-                                                         {"delete a tenth", {}}});
-    for (int sample = 0; sample < samples; ++sample) time_steps(definitions, steps);
+    auto& [size, steps] = columns.emplace_back(definitions, new_steps());
+    for (int sample = 0; sample < samples; ++sample) time_steps(size, steps);
   }
-  for (std::size_t step = 0; step < columns[0].size(); ++step) {
-    std::fprintf(report, "  %-22s", columns[0][step].name);
-    for (std::size_t size = 0; size < columns.size(); ++size) {
-      const double all = median(columns[size][step].seconds);
-      std::fprintf(report, "   %7d: %8.2f ms %6.3f", sizes[size], 1000 * all,
-                   1e6 * all / sizes[size]);
+  for (std::size_t step = 0; step < new_steps().size(); ++step) {
+    std::fprintf(report, "  %-22s", columns[0].second[step].name);
+    for (const auto& [definitions, steps] : columns) {
+      const double all = median(steps[step].seconds);
+      std::fprintf(report, "   %7d: %8.2f ms %6.3f", definitions, 1000 * all,
+                   1e6 * all / definitions);
     }
     std::fprintf(report, "\n");
   }
@@ -277,9 +279,8 @@ int main(int argc, char** argv) {
   gtk_init(&argc, &argv);
   if (argc > 1) wanted = argv[1];
   report = fdopen(dup(STDOUT_FILENO), "w");
-  if (report == nullptr || std::freopen("/dev/null", "w", stdout) == nullptr) {
-    give_up("cannot put the output apart");
-  }
+  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (report == nullptr || dup2(nowhere, STDOUT_FILENO) < 0) give_up("cannot part the outputs");
   std::setvbuf(report, nullptr, _IOLBF, 0);
   compare("The table beside a bare view");
   show_steps("Work in the table");

@@ -183,13 +183,7 @@ bool vh_bak_def_widget_add_item(VhBakDefWidget* self, VhBakDefItem* item) {
   g_return_val_if_fail(item != NULL, false);
   if (!vh_bak_def_widget_vaild_item(self, item)) return false;
   const bool symbolic = has(item, VH_FILE_OPERATION_TYPE_FOT_Symbolic);
-  self->insert_row(item, !symbolic, values_of(item, false, item->force_overwrite));
-  if (symbolic) {
-    self->items->append(item);
-  } else {
-    self->items->prepend(item);
-  }
-  self->emit_selection_changed(static_cast<int>(self->items->length()) - 1);
+  self->insert(item, !symbolic, values_of(item, false, item->force_overwrite));
   return true;
 }
 
@@ -204,11 +198,8 @@ bool vh_bak_def_widget_edit_item(VhBakDefWidget* self, VhBakDefItem* new_item,
   new_item->last_oper_time = old_item->last_oper_time;
   const bool force =
       has(new_item, VH_FILE_OPERATION_TYPE_FOT_OverWrite) && new_item->force_overwrite;
-  self->write_row(*old_item->iter, values_of(new_item, true, force));
-  new_item->iter = old_item->iter;
-  new_item->is_selected = true;
-  vh_bak_def_item_fill_by_other(old_item, new_item);
-  self->emit_selection_changed(self->items->find(*old_item->iter).index);
+  self->replace(old_item, new_item, values_of(new_item, true, force),
+                vh_bak_def_item_fill_by_other);
   return true;
 }
 

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <numeric>
 #include <optional>
 #include <string>
@@ -62,11 +63,11 @@ class Value {
 };
 
 /** The value of a row in a column that holds a flag or a number. */
-template <typename Value>
-Value value_of(GtkTreeModel* model, GtkTreeIter* row, int column) {
-  std::conditional_t<std::is_same_v<Value, bool>, gboolean, Value> value{};
+template <typename T>
+T value_of(GtkTreeModel* model, GtkTreeIter* row, int column) {
+  std::conditional_t<std::is_same_v<T, bool>, gboolean, T> value{};
   gtk_tree_model_get(model, row, column, &value, -1);
-  return static_cast<Value>(value);
+  return static_cast<T>(value);
 }
 
 /**
@@ -99,8 +100,7 @@ struct CheckedRows {
     g_signal_emit(widget(), s_selection_changed, 0, index, items->length());
   }
 
-  /** Makes view, store and empty list; `search_column` is what typing into the table looks through.
-   */
+  /** Makes view, store and list; typing into the table looks through `search_column`. */
   void make_view(List* new_list, std::vector<GType> column_types, int search_column) {
     tree_view = sink_object<GtkTreeView>(gtk_tree_view_new());
     items = take_object(new_list);
@@ -115,18 +115,18 @@ struct CheckedRows {
   /** Appends a column that sizes itself to its contents; `attribute` shows the store's `column`. */
   GtkTreeViewColumn* append_column(const char* title, GtkCellRenderer* renderer, ColumnWidth width,
                                    const char* attribute = nullptr, int column = -1) {
-    GtkTreeViewColumn* const shown = gtk_tree_view_column_new();
-    gtk_tree_view_column_set_title(shown, title);
-    gtk_tree_view_column_pack_start(shown, renderer, TRUE);
+    GtkTreeViewColumn* const made = gtk_tree_view_column_new();
+    gtk_tree_view_column_set_title(made, title);
+    gtk_tree_view_column_pack_start(made, renderer, TRUE);
     if (attribute != nullptr) {
-      gtk_tree_view_column_add_attribute(shown, renderer, attribute, column);
+      gtk_tree_view_column_add_attribute(made, renderer, attribute, column);
     }
     // In this order: the toolkit takes the user's hand from a column that is made to size itself.
-    gtk_tree_view_column_set_sizing(shown, GTK_TREE_VIEW_COLUMN_AUTOSIZE);
-    gtk_tree_view_column_set_resizable(shown, width.resizable);
-    gtk_tree_view_column_set_expand(shown, width.expands);
-    gtk_tree_view_append_column(tree_view.get(), shown);
-    return shown;
+    gtk_tree_view_column_set_sizing(made, GTK_TREE_VIEW_COLUMN_AUTOSIZE);
+    gtk_tree_view_column_set_resizable(made, width.resizable);
+    gtk_tree_view_column_set_expand(made, width.expands);
+    gtk_tree_view_append_column(tree_view.get(), made);
+    return made;
   }
 
   /** Appends the column of the check boxes; `on_toggled` gets the path of the clicked row. */
@@ -192,22 +192,33 @@ struct CheckedRows {
   guint get_total_selections() { return items->selected_number(); }
 
   /**
-   * Gives the item a new first or last row with a value for each column, and unticks it. It is to
-   * join the list at the same end.
+   * Adds an item, unticked, as first or last to list and store, with a value for each column of its
+   * row. The list takes its own reference.
    */
   template <std::size_t N>
-  void insert_row(Item* item, bool first, std::array<Value, N> values) {
+  void insert(Item* item, bool first, std::array<Value, N> values) {
     GtkTreeIter row{};
     gtk_list_store_insert_with_valuesv(store.get(), &row, first ? 0 : G_MAXINT,
                                        column_numbers<N>().data(), data_of(values), N);
     item->is_selected = false;
     item->iter = row;
+    first ? items->prepend(item) : items->append(item);
+    emit_selection_changed(static_cast<int>(items->length()) - 1);
   }
 
-  /** Writes a value for each column of a row, in one go: the toolkit measures at each writing. */
+  /**
+   * Has `old_item`, which stays in its row, take over what `new_item` says, and ticks both. The row
+   * is written in one go: the toolkit measures it at each writing.
+   */
   template <std::size_t N>
-  void write_row(GtkTreeIter row, std::array<Value, N> values) {
+  void replace(Item* old_item, Item* new_item, std::array<Value, N> values,
+               void (*fill_by_other)(Item* self, Item* item)) {
+    GtkTreeIter row = *old_item->iter;
     gtk_list_store_set_valuesv(store.get(), &row, column_numbers<N>().data(), data_of(values), N);
+    new_item->iter = row;
+    new_item->is_selected = true;
+    fill_by_other(old_item, new_item);
+    emit_selection_changed(items->find(row).index);
   }
 
   /**

@@ -137,9 +137,7 @@ bool vh_rut_def_widget_add_item(VhRutDefWidget* self, VhRutDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, item, nullptr)) return false;
-  self->insert_row(item, false, values_of(item, false));
-  self->items->append(item);
-  self->emit_selection_changed(static_cast<int>(self->items->length()) - 1);
+  self->insert(item, false, values_of(item, false));
   return true;
 }
 
@@ -150,11 +148,7 @@ bool vh_rut_def_widget_edit_item(VhRutDefWidget* self, VhRutDefItem* new_item,
   g_return_val_if_fail(old_item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, new_item, old_item)) return false;
   g_return_val_if_fail(old_item->iter, false);
-  self->write_row(*old_item->iter, values_of(new_item, true));
-  new_item->iter = old_item->iter;
-  new_item->is_selected = true;
-  vh_rut_def_item_fill_by_other(old_item, new_item);
-  self->emit_selection_changed(self->items->find(*old_item->iter).index);
+  self->replace(old_item, new_item, values_of(new_item, true), vh_rut_def_item_fill_by_other);
   return true;
 }
 
