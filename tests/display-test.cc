@@ -171,12 +171,9 @@ GtkWidget* DisplayTest::find(GtkWidget* top, const std::function<bool(GtkWidget*
 }
 
 void DisplayTest::take_picture(const std::string& file) {
-  GdkWindow* const screen = gdk_get_default_root_window();
-  int width = 0;
-  int height = 0;
-  gdk_drawable_get_size(screen, &width, &height);
   const auto picture = varnholt::take_object(
-      gdk_pixbuf_get_from_drawable(nullptr, screen, nullptr, 0, 0, 0, 0, width, height));
+      gdk_pixbuf_get_from_drawable(nullptr, gdk_get_default_root_window(), nullptr, 0, 0, 0, 0,
+                                   gdk_screen_width(), gdk_screen_height()));
   EXPECT_TRUE(gdk_pixbuf_save(picture.get(), file.c_str(), "png", nullptr, nullptr));
 }
 
