@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Times the table of definitions in a shown window: loading beside a bare view over a list store of
-// the same columns, in rotating order, and what a user does with the rows. Each step is timed to
-// the moment at which the toolkit has measured and drawn everything again. Usage: tables-benchmark
-// [WORDS OF A TITLE]
+// the same columns, in rotating order, and each step of what a user does with the rows. After a
+// change the toolkit measures all rows anew while it is idle; that is timed beside the bare view.
+//
+// Usage: tables-benchmark [WORDS OF A TITLE]
 #include <fcntl.h>
 #include <gtk/gtk.h>
 #include <unistd.h>

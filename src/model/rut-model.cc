@@ -2,7 +2,8 @@
 // The static routes of the profile: one route with its line, and the routes of the table.
 #include "model/rut-model.h"
 
-#include <string_view>
+#include <array>
+#include <string>
 #include <utility>
 
 #include "base/glib-ptr.h"
@@ -13,8 +14,11 @@ namespace {
 
 using varnholt::fields_of;
 using varnholt::give_text;
-using varnholt::rut_def_texts;
 using varnholt::RutDefFields;
+
+/** The texts of a route in the order of its line. */
+constexpr std::array rut_def_texts{&RutDefFields::name, &RutDefFields::addr, &RutDefFields::mask,
+                                   &RutDefFields::gw,   &RutDefFields::jup,  &RutDefFields::nic};
 
 VhRutDefItem* make_item(GType object_type, RutDefFields fields) {
   auto* const self = static_cast<VhRutDefItem*>(g_object_new(object_type, nullptr));

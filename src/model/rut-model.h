@@ -3,7 +3,6 @@
 // order with the flag that belongs to all of them. Texts and failures are as for the definitions.
 #pragma once
 
-#include <array>
 #include <string>
 
 #include <gtk/gtk.h>
@@ -25,11 +24,6 @@ struct RutDefFields : TableRow {
   /** The network interface. */
   std::string nic;
 };
-
-/** The six texts of a route in the order of its line and of the table's columns. */
-inline constexpr std::array rut_def_texts{&RutDefFields::name, &RutDefFields::addr,
-                                          &RutDefFields::mask, &RutDefFields::gw,
-                                          &RutDefFields::jup,  &RutDefFields::nic};
 
 }  // namespace varnholt
 

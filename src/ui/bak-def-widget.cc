@@ -12,17 +12,12 @@
 namespace {
 
 using varnholt::comparable;
-using varnholt::row_at;
 using varnholt::take_text;
 using varnholt::Value;
 using varnholt::value_of;
 
 bool has(const VhBakDefItem* item, VhFileOperationType flag) {
   return vh_IsFileOperationType(item->op, flag);
-}
-
-GtkTreeModel* model_of(VhBakDefWidget* self) {
-  return GTK_TREE_MODEL(self->store.get());
 }
 
 void on_sel_toggled(VhBakDefWidget* self, const char* path) {
@@ -34,12 +29,7 @@ void on_sel_toggled(VhBakDefWidget* self, const char* path) {
 void on_force_overwrite_toggled(VhBakDefWidget* self, const char* path) {
   g_return_if_fail(path != NULL);
   varnholt::print_progress("enter2  on toggled\n");
-  auto row = row_at(self->store.get(), path);
-  if (!row) return;
-  const int column = VH_BAK_DEF_WIDGET_COL_IDX_FORCE_OVERWRITE;
-  const bool force = !value_of<bool>(model_of(self), &*row, column);
-  gtk_list_store_set(self->store.get(), &*row, column, gboolean{force}, -1);
-  const auto found = self->items->find(*row);
+  const auto [found, force] = self->toggle(path, VH_BAK_DEF_WIDGET_COL_IDX_FORCE_OVERWRITE);
   if (found.item != nullptr) found.item->force_overwrite = force;
 }
 

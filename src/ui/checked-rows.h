@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <numeric>
-#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -26,14 +25,6 @@ struct ColumnWidth {
   bool resizable;
   bool expands;
 };
-
-/** The row of a store at a path such as "3"; none when there is none. */
-inline std::optional<GtkTreeIter> row_at(GtkListStore* store, const char* path) {
-  // A list store leaves words of an iterator as they were; rows are compared by all of them.
-  GtkTreeIter row{};
-  if (!gtk_tree_model_get_iter_from_string(GTK_TREE_MODEL(store), &row, path)) return std::nullopt;
-  return row;
-}
 
 /** The same row by an iterator whose unused words are zero, as items keep it. */
 inline GtkTreeIter comparable(GtkTreeModel* model, GtkTreeIter* row) {
@@ -151,13 +142,26 @@ struct CheckedRows {
             [this](GtkTreeView* /*view*/) { selection = nullptr; });
   }
 
+  /** A flag after it was toggled, and the item of its row; none when there is none. */
+  struct Toggled {
+    typename List::Place found;
+    bool on = false;
+  };
+
+  /** Toggles the flag in a column of the row at a path such as "3". */
+  Toggled toggle(const char* path, int column) {
+    auto* const model = GTK_TREE_MODEL(store.get());
+    // A list store leaves words of an iterator as they were; rows are compared by all of them.
+    GtkTreeIter row{};
+    if (!gtk_tree_model_get_iter_from_string(model, &row, path)) return {};
+    const bool on = !value_of<bool>(model, &row, column);
+    gtk_list_store_set(store.get(), &row, column, gboolean{on}, -1);
+    return {items->find(row), on};
+  }
+
   void on_sel_toggled(const char* path) {
     g_return_if_fail(path != NULL);
-    auto row = row_at(store.get(), path);
-    if (!row) return;
-    const bool ticked = !value_of<bool>(GTK_TREE_MODEL(store.get()), &*row, sel_column);
-    set_check_box(*row, ticked);
-    const auto found = items->find(*row);
+    const auto [found, ticked] = toggle(path, sel_column);
     if (found.item == nullptr) return;
     found.item->is_selected = ticked;
     emit_selection_changed(found.index);

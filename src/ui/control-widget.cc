@@ -3,7 +3,6 @@
 #include "ui/control-widget.h"
 
 #include <array>
-#include <utility>
 
 #include "base/object-type.h"
 #include "base/signal.h"
