@@ -2,7 +2,6 @@
 // Owning pointers for what GLib and the toolkit hand out. A raw pointer is always a borrowed one.
 #pragma once
 
-#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -23,15 +22,6 @@ using TextPtr = std::unique_ptr<char, FreeWith<g_free>>;
 using ErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
 template <typename T>
 using ObjectPtr = std::unique_ptr<T, FreeWith<g_object_unref>>;
-
-/** Overwrites a text before its memory is free for others, a core file among them. */
-struct WipeAndFree {
-  void operator()(char* secret) const noexcept {
-    explicit_bzero(secret, std::strlen(secret));
-    g_free(secret);
-  }
-};
-using SecretPtr = std::unique_ptr<char, WipeAndFree>;
 
 /** Adopts a text that the caller owns. */
 inline TextPtr take_text(char* text) noexcept {

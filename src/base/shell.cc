@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "base/diagnostics.h"
+#include "base/glib-ptr.h"
 
 namespace varnholt {
 
@@ -23,10 +24,21 @@ std::string path_argument(std::string_view path) {
   return front + escaped_for_double_quotes(path) + '"';
 }
 
-int run_command(const std::string& command_line) {
+std::string command_word(std::string_view path) {
+  // "=" and "~" are left out: as a first word they would be read as an assignment or a home folder.
+  constexpr std::string_view plain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._-+,:@%";
+  std::string word{path.starts_with('-') ? "./" : ""};
+  word += path;
+  if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) return word;
+  // In single quotes no charset can take a quoting character for half of another one.
+  return take_text(g_shell_quote(word.c_str())).get();
+}
+
+int run_command(const char* command_line) {
   flush_progress();
   // NOLINTNEXTLINE(cert-env33-c): command lines are what the system is made of
-  return std::system(command_line.c_str());
+  return std::system(command_line);
 }
 
 }  // namespace varnholt

@@ -20,10 +20,17 @@ std::string escaped_for_double_quotes(std::string_view text);
  */
 std::string path_argument(std::string_view path);
 
+/** `path` as the first word of a command line: as it stands, or quoted when a shell would read it
+ * in another way. */
+std::string command_word(std::string_view path);
+
 /**
  * Runs a command line through the shell and waits for it.
  * Returns the wait status as system(3) gives it: 0 for success, -1 when no process could be made.
  */
-int run_command(const std::string& command_line);
+int run_command(const char* command_line);
+inline int run_command(const std::string& command_line) {
+  return run_command(command_line.c_str());
+}
 
 }  // namespace varnholt

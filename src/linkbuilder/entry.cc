@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <csignal>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -43,12 +44,17 @@ std::vector<char*> own_arguments(const std::vector<char*>& arguments) {
 }
 
 void run_window_mode(int argc, char** argv) {
+  // Ignored, it would hide how a command ended.
+  std::signal(SIGCHLD, SIG_DFL);
+  // A reader of the messages that goes away must not take the user's work with it. A handler,
+  // unlike being ignored, is not handed on to the commands.
+  std::signal(SIGPIPE, [](int /*signal*/) {});
   std::setlocale(LC_ALL, "");
   if (!gtk_init_check(&argc, &argv)) {
     print_failure("varnholt: the window needs a display, and none can be opened\n");
     return;
   }
-  print_failure("varnholt: this version has no window yet\n");
+  main_run_window();
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "base/diagnostics.h"
+#include "base/file.h"
 #include "base/glib-ptr.h"
 #include "base/paths.h"
 #include "base/text.h"
@@ -25,7 +26,6 @@ using varnholt::kept_lines;
 using varnholt::out;
 using varnholt::print_failure;
 using varnholt::print_progress;
-using varnholt::TextPtr;
 namespace paths = varnholt::paths;
 
 constexpr mode_t profile_mode = 0644;
@@ -91,12 +91,10 @@ void main_save_symbolic_dir() {
     print_progress("open file  [%s] is not exist \n", paths::profile);
     return;
   }
-  TextPtr text;
-  gsize length = 0;
-  ErrorPtr error;
-  if (!g_file_get_contents(paths::profile, out(text), &length, out(error))) {
-    print_failure("open file [%s] failed : %s \n", paths::profile, error->message);
+  const auto profile = varnholt::read_file(paths::profile);
+  if (profile.error) {
+    print_failure("open file [%s] failed : %s \n", paths::profile, profile.error->message);
     return;
   }
-  write_profile(kept_lines({text.get(), length}, apply_line));
+  write_profile(kept_lines(profile.text(), apply_line));
 }

@@ -2,34 +2,18 @@
 // The message box and the question for a password.
 #include "ui/prompts.h"
 
-#include <memory>
-
 #include "base/text.h"
+#include "ui/window-ptr.h"
 
 namespace {
 
 using varnholt::give_text;
 using varnholt::make_object;
-using varnholt::ObjectPtr;
+using varnholt::own_window;
 using varnholt::shown;
 using varnholt::take_object;
 using varnholt::take_text;
 using varnholt::trimmed;
-
-/** A dialog for the length of one question, whoever closes it. */
-class Question {
- public:
-  explicit Question(GtkWidget* dialog) : m_dialog(make_object(GTK_DIALOG(dialog))) {}
-  Question(const Question&) = delete;
-  Question& operator=(const Question&) = delete;
-  ~Question() { gtk_widget_destroy(GTK_WIDGET(m_dialog.get())); }
-
-  GtkDialog* dialog() const { return m_dialog.get(); }
-  int answer() const { return gtk_dialog_run(m_dialog.get()); }
-
- private:
-  ObjectPtr<GtkDialog> m_dialog;
-};
 
 GtkEntry* new_password_entry() {
   auto* const entry = GTK_ENTRY(gtk_entry_new());
@@ -59,11 +43,15 @@ GtkWindow* main_get_main_window() {
 
 int main_alter(const char* msg, GtkButtonsType buttons) {
   g_return_val_if_fail(msg != NULL, 0);
+  if (!main_s_main_window) return GTK_RESPONSE_YES;
+  return varnholt::show_message(GTK_MESSAGE_WARNING, msg, buttons);
+}
+
+int varnholt::show_message(GtkMessageType type, const char* msg, GtkButtonsType buttons) {
   const auto parent = take_object(main_get_main_window());
-  if (!parent) return GTK_RESPONSE_YES;
-  const Question box{gtk_message_dialog_new(parent.get(), GTK_DIALOG_MODAL, GTK_MESSAGE_WARNING,
-                                            buttons, "%s", shown(msg).c_str())};
-  return box.answer();
+  const auto box = own_window<GtkDialog>(gtk_message_dialog_new(
+      parent.get(), GTK_DIALOG_MODAL, type, buttons, "%s", shown(msg).c_str()));
+  return gtk_dialog_run(box.get());
 }
 
 bool main_inputdlg(char** result, const char* msg, const char* title) {
@@ -71,13 +59,13 @@ bool main_inputdlg(char** result, const char* msg, const char* title) {
   g_return_val_if_fail(msg != NULL, false);
   if (result != nullptr) *result = give_text("");
   const auto parent = take_object(main_get_main_window());
-  const Question question{gtk_dialog_new_with_buttons(title, parent.get(), GTK_DIALOG_MODAL, "确定",
-                                                      GTK_RESPONSE_ACCEPT, "取消",
-                                                      GTK_RESPONSE_CANCEL, nullptr)};
-  gtk_dialog_set_default_response(question.dialog(), GTK_RESPONSE_ACCEPT);
+  const auto dialog = own_window<GtkDialog>(
+      gtk_dialog_new_with_buttons(title, parent.get(), GTK_DIALOG_MODAL, "确定",
+                                  GTK_RESPONSE_ACCEPT, "取消", GTK_RESPONSE_CANCEL, nullptr));
+  gtk_dialog_set_default_response(dialog.get(), GTK_RESPONSE_ACCEPT);
   GtkEntry* const entry = new_password_entry();
-  fill(question.dialog(), msg, entry);
-  const bool confirmed = question.answer() == GTK_RESPONSE_ACCEPT;
+  fill(dialog.get(), msg, entry);
+  const bool confirmed = gtk_dialog_run(dialog.get()) == GTK_RESPONSE_ACCEPT;
   if (confirmed && result != nullptr) {
     const auto nothing = take_text(*result);
     *result = give_text(trimmed(gtk_entry_get_text(entry)));

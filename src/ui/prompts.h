@@ -6,6 +6,7 @@
 #include <gtk/gtk.h>
 
 #include "base/glib-ptr.h"
+#include "base/secret.h"
 
 /** The window of window mode once it stands, the parent of every prompt; else none. */
 inline varnholt::ObjectPtr<GtkWindow> main_s_main_window;
@@ -26,3 +27,11 @@ int main_alter(const char* msg, GtkButtonsType buttons);
  * Else it is "". It belongs to the caller, who wipes it (see varnholt::SecretPtr).
  */
 bool main_inputdlg(char** result, const char* msg, const char* title);
+
+namespace varnholt {
+
+/** Shows a text as it stands in a modal box over the main window; returns the code of the answer.
+ */
+int show_message(GtkMessageType type, const char* msg, GtkButtonsType buttons);
+
+}  // namespace varnholt

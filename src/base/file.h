@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whole files as texts, and errors of GLib that nobody foresaw.
+#pragma once
+
+#include <source_location>
+#include <string_view>
+
+#include "base/glib-ptr.h"
+
+namespace varnholt {
+
+/** What came of reading a file: its bytes, or why not. */
+struct FileText {
+  std::string_view text() const { return {bytes.get(), length}; }
+
+  TextPtr bytes;
+  gsize length = 0;
+  ErrorPtr error;
+};
+
+/** Reads a file to its end. */
+FileText read_file(const char* path);
+
+/** Whether an error is one of the file layer, whose codes are GFileError values. */
+bool is_file_error(const GError& error);
+
+/** Logs an error of a kind that its place does not handle, as critical; `source` names the file. */
+void log_uncaught(const GError& error, const char* source,
+                  unsigned line = std::source_location::current().line());
+
+}  // namespace varnholt

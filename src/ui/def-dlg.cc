@@ -1,0 +1,329 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The dialog in which a file definition or a boot script is entered or changed.
+#include "ui/def-dlg.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "base/diagnostics.h"
+#include "base/object-type.h"
+#include "base/signal.h"
+#include "ui/form.h"
+#include "ui/prompts.h"
+#include "ui/window-ptr.h"
+
+namespace {
+
+using varnholt::give_text;
+using varnholt::ObjectPtr;
+using varnholt::print_progress;
+using varnholt::sink_object;
+using varnholt::take_object;
+using varnholt::take_text;
+using varnholt::TextPtr;
+using varnholt::WindowPtr;
+
+/** Below it the backup keeps what it copies. */
+constexpr std::string_view backup_folder = "/data_bak";
+
+struct Values {
+  std::string from;
+  std::string to;
+  VhFileOperationType op;
+};
+
+bool is_ticked(const auto& box) {
+  return gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(box.get())) != 0;
+}
+
+void tick(const auto& box, bool ticked) {
+  gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(box.get()), ticked);
+}
+
+void show(const auto& widget, bool visible) {
+  gtk_widget_set_visible(GTK_WIDGET(widget.get()), visible);
+}
+
+void offer_files(VhDefDlg* self, bool offered) {
+  show(self->select_file_cb, offered);
+  self->select_file_shown = offered ? 1 : 0;
+}
+
+std::string location_in(GtkEntry* entry) {
+  auto path = varnholt::entry_text(entry);
+  if (path.ends_with('/')) path.pop_back();
+  return path;
+}
+
+Values values_of(VhDefDlg* self) {
+  return {location_in(self->from_entry.get()), location_in(self->to_entry.get()),
+          vh_def_dlg_get_file_operation_type(self)};
+}
+
+/** What to tell the user about values that cannot be a definition; none when they can. */
+const char* objection_to(const Values& values) {
+  if (values.from.empty()) return "原文件(夹)不能为空";
+  if (values.to.empty()) return "目标文件(夹)不能为空";
+  if (values.from == values.to) return "目标文件(夹)和原文件(夹)不能相同";
+  if (const auto* objection = varnholt::objection_to_field(values.from)) return objection;
+  return varnholt::objection_to_field(values.to);
+}
+
+/** Whether the user wants a definition to be the symbolic one that it is. */
+bool is_meant(const Values& values) {
+  if (!vh_IsFileOperationType(values.op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
+  const auto question = "是否添加软连接" + values.from + " (链接到" + values.to + ")";
+  return varnholt::show_message(GTK_MESSAGE_INFO, question.c_str(), GTK_BUTTONS_YES_NO) ==
+         GTK_RESPONSE_YES;
+}
+
+bool is_acceptable(const Values& values) {
+  const char* const objection = objection_to(values);
+  if (objection == nullptr) return is_meant(values);
+  main_alter(objection, GTK_BUTTONS_CLOSE);
+  return false;
+}
+
+bool is_folder(const std::string& path) {
+  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
+}
+
+/** Starts a chooser at what a path names, or at the nearest folder above that is there. */
+void point_at(GtkFileChooser* chooser, std::string path, bool folders) {
+  if (!path.starts_with('/')) path = "/";
+  if (!folders && !is_folder(path) && vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS)) {
+    gtk_file_chooser_set_filename(chooser, path.c_str());
+    return;
+  }
+  while (!is_folder(path) && path != "/") path = take_text(g_path_get_dirname(path.c_str())).get();
+  gtk_file_chooser_set_current_folder(chooser, path.c_str());
+}
+
+WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folders) {
+  const auto parent = take_object(main_get_main_window());
+  auto dialog = varnholt::own_window<GtkDialog>(gtk_file_chooser_dialog_new(
+      "选择文件夹", parent.get(),
+      folders ? GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER : GTK_FILE_CHOOSER_ACTION_OPEN, "取消",
+      GTK_RESPONSE_CANCEL, "确定", GTK_RESPONSE_ACCEPT, nullptr));
+  gtk_dialog_set_default_response(dialog.get(), GTK_RESPONSE_ACCEPT);
+  auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
+  gtk_file_chooser_set_local_only(chooser, TRUE);
+  gtk_file_chooser_set_select_multiple(chooser, FALSE);
+  gtk_file_chooser_set_show_hidden(chooser, TRUE);
+  // When it comes up the chooser goes back to what it was set to last time.
+  varnholt::connect(chooser, "map", chooser,
+                    [](GtkFileChooser* mapped) { gtk_file_chooser_set_show_hidden(mapped, TRUE); });
+  point_at(chooser, start, folders);
+  return dialog;
+}
+
+/** Whether the user is to choose folders: they are only offered where no files are meant. */
+bool chooses_folders(const VhDefDlg* self) {
+  return self->is_shell == 0 && !is_ticked(self->select_file_cb);
+}
+
+/** The path that the user chose; none when the chooser shows a list that is no folder. */
+TextPtr chosen_path(const VhDefDlg* self, GtkFileChooser* chooser) {
+  const bool offered = self->select_file_shown != 0 && is_ticked(self->select_file_cb);
+  if (self->is_shell == 0 && !offered) {
+    return take_text(gtk_file_chooser_get_current_folder(chooser));
+  }
+  print_progress("enter  file \n");
+  return take_text(gtk_file_chooser_get_filename(chooser));
+}
+
+ObjectPtr<GtkLabel> new_path_label() {
+  auto label = sink_object<GtkLabel>(gtk_label_new(nullptr));
+  gtk_label_set_max_width_chars(label.get(), 10);
+  return label;
+}
+
+void make_widgets(VhDefDlg* self) {
+  const auto new_entry = [] { return sink_object<GtkEntry>(gtk_entry_new()); };
+  const auto new_button = [] { return sink_object<GtkButton>(gtk_button_new_with_label("...")); };
+  const auto new_check = [](const char* label) {
+    return sink_object<GtkCheckButton>(gtk_check_button_new_with_label(label));
+  };
+  self->table = sink_object<GtkTable>(varnholt::new_grid(3, 3));
+  self->from_label = new_path_label();
+  self->to_label = new_path_label();
+  self->from_entry = new_entry();
+  self->to_entry = new_entry();
+  self->from_btn = new_button();
+  self->to_btn = new_button();
+  self->action_label = sink_object<GtkLabel>(gtk_label_new("动作"));
+  self->append_rb = sink_object<GtkRadioButton>(gtk_radio_button_new_with_label(nullptr, "追加"));
+  self->overwrite_rb = sink_object<GtkRadioButton>(
+      gtk_radio_button_new_with_label_from_widget(self->append_rb.get(), "覆盖"));
+  self->action_box = sink_object<GtkHBox>(gtk_hbox_new(FALSE, 0));
+  self->select_file_cb = new_check("选择文件");
+  self->jnt_cb = new_check("软连接");
+}
+
+void arrange_widgets(VhDefDlg* self) {
+  auto* const table = self->table.get();
+  auto* const box = GTK_BOX(self->action_box.get());
+  gtk_box_pack_start(box, GTK_WIDGET(self->append_rb.get()), FALSE, FALSE, 0);
+  gtk_box_pack_start(box, GTK_WIDGET(self->overwrite_rb.get()), FALSE, FALSE, 0);
+  gtk_box_pack_end(box, GTK_WIDGET(self->select_file_cb.get()), FALSE, FALSE, 0);
+  varnholt::attach_row(table, 0, self->from_label.get(), self->from_entry.get());
+  varnholt::attach_small(table, GTK_WIDGET(self->from_btn.get()), 2, 0);
+  varnholt::attach_row(table, 1, self->to_label.get(), self->to_entry.get());
+  varnholt::attach_small(table, GTK_WIDGET(self->to_btn.get()), 2, 1);
+  varnholt::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
+
+  GtkWidget* const content = gtk_dialog_get_content_area(self);
+  gtk_box_pack_start(GTK_BOX(content), GTK_WIDGET(self->jnt_cb.get()), TRUE, TRUE, 0);
+  gtk_box_pack_start(GTK_BOX(content), GTK_WIDGET(table), TRUE, TRUE, 0);
+}
+
+}  // namespace
+
+GType vh_def_dlg_get_type() {
+  using DialogType = varnholt::ObjectType<VhDefDlg, VhDefDlgClass, varnholt::DefDlgState>;
+  static const GType type = DialogType::register_type(gtk_dialog_get_type(), "VhDefDlg");
+  return type;
+}
+
+VhDefDlg* vh_def_dlg_new(int is_shell, const char* title, GtkWindow* parent) {
+  return vh_def_dlg_construct(vh_def_dlg_get_type(), is_shell, title, parent);
+}
+
+VhDefDlg* vh_def_dlg_construct(GType object_type, int is_shell, const char* title,
+                               GtkWindow* parent) {
+  auto* const self = static_cast<VhDefDlg*>(g_object_new(object_type, nullptr));
+  self->is_shell = is_shell;
+  varnholt::frame_form(self, title, parent);
+  gtk_window_set_default_size(GTK_WINDOW(self), 300, 120);
+  make_widgets(self);
+  arrange_widgets(self);
+  vh_def_dlg_attach_signals(self);
+  gtk_widget_show_all(gtk_dialog_get_content_area(self));
+  vh_def_dlg_update_ui(self, 0);
+  self->jnt_enabled = is_shell == 0 ? 1 : 0;
+  show(self->jnt_cb, is_shell == 0);
+  offer_files(self, is_shell == 0);
+  return self;
+}
+
+int vh_def_dlg_run(VhDefDlg* self, int is_edit) {
+  g_return_val_if_fail(self != NULL, 0);
+  while (true) {
+    gtk_widget_set_sensitive(GTK_WIDGET(self->jnt_cb.get()), is_edit == 0);
+    if (!is_ticked(self->jnt_cb)) offer_files(self, self->is_shell == 0);
+    const int response =
+        varnholt::run_form(self, std::array{self->from_entry.get(), self->to_entry.get()});
+    if (response != GTK_RESPONSE_ACCEPT || is_acceptable(values_of(self))) return response;
+  }
+}
+
+void vh_def_dlg_get_ndata(VhDefDlg* self, char** from, char** to, VhFileOperationType* op) {
+  g_return_if_fail(self != NULL);
+  if (from != nullptr) *from = vh_def_dlg_get_from_location(self);
+  if (to != nullptr) *to = vh_def_dlg_get_to_location(self);
+  if (op != nullptr) *op = vh_def_dlg_get_file_operation_type(self);
+}
+
+void vh_def_dlg_set_ndata(VhDefDlg* self, const char* from_loc, const char* to_loc,
+                          VhFileOperationType op) {
+  g_return_if_fail(self != NULL);
+  g_return_if_fail(from_loc != NULL);
+  g_return_if_fail(to_loc != NULL);
+  vh_def_dlg_set_from_location(self, from_loc);
+  vh_def_dlg_set_to_location(self, to_loc);
+  vh_def_dlg_set_file_operation_type(self, op);
+}
+
+char* vh_def_dlg_get_from_location(VhDefDlg* self) {
+  g_return_val_if_fail(self != NULL, nullptr);
+  return give_text(location_in(self->from_entry.get()));
+}
+
+char* vh_def_dlg_get_to_location(VhDefDlg* self) {
+  g_return_val_if_fail(self != NULL, nullptr);
+  return give_text(location_in(self->to_entry.get()));
+}
+
+void vh_def_dlg_set_from_location(VhDefDlg* self, const char* val) {
+  g_return_if_fail(self != NULL);
+  g_return_if_fail(val != NULL);
+  varnholt::set_entry_text(self->from_entry.get(), val);
+}
+
+void vh_def_dlg_set_to_location(VhDefDlg* self, const char* val) {
+  g_return_if_fail(self != NULL);
+  g_return_if_fail(val != NULL);
+  varnholt::set_entry_text(self->to_entry.get(), val);
+}
+
+VhFileOperationType vh_def_dlg_get_file_operation_type(VhDefDlg* self) {
+  g_return_val_if_fail(self != NULL, VH_FILE_OPERATION_TYPE_FOT_NULL);
+  if (self->jnt_enabled == 1 && is_ticked(self->jnt_cb)) return VH_FILE_OPERATION_TYPE_FOT_Symbolic;
+  return is_ticked(self->append_rb) ? VH_FILE_OPERATION_TYPE_FOT_Update
+                                    : VH_FILE_OPERATION_TYPE_FOT_OverWrite;
+}
+
+void vh_def_dlg_set_file_operation_type(VhDefDlg* self, VhFileOperationType op) {
+  g_return_if_fail(self != NULL);
+  const bool symbolic = vh_IsFileOperationType(op, VH_FILE_OPERATION_TYPE_FOT_Symbolic);
+  tick(self->jnt_cb, symbolic);
+  if (symbolic) return;
+  const bool update = vh_IsFileOperationType(op, VH_FILE_OPERATION_TYPE_FOT_Update);
+  tick(update ? self->append_rb : self->overwrite_rb, true);
+}
+
+void vh_def_dlg_clear_entries(VhDefDlg* self) {
+  g_return_if_fail(self != NULL);
+  vh_def_dlg_set_from_location(self, "");
+  vh_def_dlg_set_to_location(self, "");
+}
+
+void vh_def_dlg_update_ui(VhDefDlg* self, int on) {
+  g_return_if_fail(self != NULL);
+  show(self->to_btn, true);
+  gtk_editable_set_editable(GTK_EDITABLE(self->to_entry.get()), TRUE);
+  tick(self->select_file_cb, false);
+  show(self->select_file_cb, true);
+  show(self->append_rb, on == 0);
+  show(self->overwrite_rb, on == 0);
+  show(self->action_label, on == 0);
+  gtk_label_set_text(self->to_label.get(), on == 0 ? "目标文件(夹)" : "链接文件(夹)");
+  gtk_label_set_text(self->from_label.get(), on == 0 ? "原文件(夹)" : "备份文件(夹)");
+}
+
+void vh_def_dlg_on_jnt_toggled(VhDefDlg* self, GtkToggleButton* cb) {
+  g_return_if_fail(self != NULL);
+  g_return_if_fail(cb != NULL);
+  vh_def_dlg_update_ui(self, gtk_toggle_button_get_active(cb));
+}
+
+void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
+  g_return_if_fail(self != NULL);
+  g_return_if_fail(btn != NULL);
+  const bool folders = chooses_folders(self);
+  if (folders) print_progress("select folder \n");
+  const bool source = btn == self->from_btn.get();
+  const auto chooser =
+      new_chooser(location_in(source ? self->from_entry.get() : self->to_entry.get()), folders);
+  if (gtk_dialog_run(chooser.get()) != GTK_RESPONSE_ACCEPT) return;
+  const auto path = chosen_path(self, GTK_FILE_CHOOSER(chooser.get()));
+  if (!path) return;
+  if (!source) {
+    vh_def_dlg_set_to_location(self, path.get());
+    return;
+  }
+  vh_def_dlg_set_from_location(self, path.get());
+  if (is_ticked(self->jnt_cb)) return;
+  vh_def_dlg_set_to_location(self, (std::string{backup_folder} + path.get()).c_str());
+}
+
+void vh_def_dlg_attach_signals(VhDefDlg* self) {
+  g_return_if_fail(self != NULL);
+  for (auto* btn : {self->from_btn.get(), self->to_btn.get()}) {
+    varnholt::connect(btn, "clicked", self,
+                      [self](GtkButton* clicked) { vh_def_dlg_on_btns_clicked(self, clicked); });
+  }
+  varnholt::connect(self->jnt_cb.get(), "toggled", self,
+                    [self](GtkToggleButton* toggled) { vh_def_dlg_on_jnt_toggled(self, toggled); });
+}

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The dialog in which a file definition or a boot script is entered or changed.
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include "base/glib-ptr.h"
+#include "model/bak-model.h"
+
+namespace varnholt {
+
+struct DefDlgState {
+  ObjectPtr<GtkTable> table;
+  ObjectPtr<GtkLabel> from_label;
+  ObjectPtr<GtkLabel> to_label;
+  ObjectPtr<GtkEntry> from_entry;
+  ObjectPtr<GtkEntry> to_entry;
+  /** They open the file chooser for the entry beside them. */
+  ObjectPtr<GtkButton> from_btn;
+  ObjectPtr<GtkButton> to_btn;
+  ObjectPtr<GtkLabel> action_label;
+  ObjectPtr<GtkRadioButton> append_rb;
+  ObjectPtr<GtkRadioButton> overwrite_rb;
+  ObjectPtr<GtkHBox> action_box;
+  /** Ticked: the chooser picks files, not folders. */
+  ObjectPtr<GtkCheckButton> select_file_cb;
+  /** 1 while the dialog offers select_file_cb. */
+  int select_file_shown = 0;
+  /** Ticked: the definition is a symbolic link. */
+  ObjectPtr<GtkCheckButton> jnt_cb;
+  /** 1 when the dialog offers jnt_cb. */
+  int jnt_enabled = 0;
+  /** 0 for file definitions, 1 for boot scripts. */
+  int is_shell = 0;
+};
+
+}  // namespace varnholt
+
+/** The dialog. It stays hidden until it is run, and on the screen until its caller hides it. */
+struct VhDefDlg : GtkDialog, varnholt::DefDlgState {
+  VhDefDlg() = delete;
+};
+
+struct VhDefDlgClass : GtkDialogClass {};
+
+GType vh_def_dlg_get_type();
+
+/**
+ * A new dialog, or one of a derived type, over `parent`. As all windows it belongs to the toolkit
+ * until it is destroyed. `title` may be missing.
+ */
+VhDefDlg* vh_def_dlg_new(int is_shell, const char* title, GtkWindow* parent);
+VhDefDlg* vh_def_dlg_construct(GType object_type, int is_shell, const char* title,
+                               GtkWindow* parent);
+
+/**
+ * Runs the dialog until the user confirms values that can be a definition, or leaves it in another
+ * way. Returns the response, GTK_RESPONSE_ACCEPT when confirmed. With `is_edit` 1 a definition
+ * cannot be made a symbolic one or an ordinary one.
+ */
+int vh_def_dlg_run(VhDefDlg* self, int is_edit);
+
+/**
+ * The two paths, new texts that the caller releases with g_free(), and the operation: one of
+ * Update, OverWrite and Symbolic. What is not wanted may be missing.
+ */
+void vh_def_dlg_get_ndata(VhDefDlg* self, char** from, char** to, VhFileOperationType* op);
+void vh_def_dlg_set_ndata(VhDefDlg* self, const char* from_loc, const char* to_loc,
+                          VhFileOperationType op);
+
+/**
+ * The path in an entry as a new text, without white space at both ends and without one "/" at the
+ * end. A path that no entry can show comes back as it was set, unless the user changed it.
+ */
+char* vh_def_dlg_get_from_location(VhDefDlg* self);
+char* vh_def_dlg_get_to_location(VhDefDlg* self);
+void vh_def_dlg_set_from_location(VhDefDlg* self, const char* val);
+void vh_def_dlg_set_to_location(VhDefDlg* self, const char* val);
+
+/** The chosen operation. Setting it takes any flags; what is neither symbolic nor update counts as
+ * overwrite. */
+VhFileOperationType vh_def_dlg_get_file_operation_type(VhDefDlg* self);
+void vh_def_dlg_set_file_operation_type(VhDefDlg* self, VhFileOperationType op);
+
+/** Empties both entries; boxes and buttons stay as they are. */
+void vh_def_dlg_clear_entries(VhDefDlg* self);
+
+/** Shows what a symbolic definition needs with `on` 1, else what an ordinary one needs. */
+void vh_def_dlg_update_ui(VhDefDlg* self, int on);
+
+/** What happens when `cb`, the box for symbolic links, was toggled. */
+void vh_def_dlg_on_jnt_toggled(VhDefDlg* self, GtkToggleButton* cb);
+
+/** Has the user choose the path for the entry beside `btn`. */
+void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn);
+
+/** Connects the handlers above. */
+void vh_def_dlg_attach_signals(VhDefDlg* self);

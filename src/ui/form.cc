@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The frame, the grid and the entries of the dialogs for a definition.
+#include "ui/form.h"
+
+#include <memory>
+
+#include "base/text.h"
+
+namespace varnholt {
+namespace {
+
+constexpr auto* original_key = "varnholt-original";
+
+/** A text that an entry cannot show, and what it shows instead. */
+struct Original {
+  std::string text;
+  std::string seen;
+};
+
+}  // namespace
+
+void frame_form(GtkDialog* dialog, const char* title, GtkWindow* parent) {
+  auto* const window = GTK_WINDOW(dialog);
+  gtk_window_set_title(window, title);
+  gtk_window_set_transient_for(window, parent);
+  gtk_window_set_position(window, GTK_WIN_POS_CENTER_ON_PARENT);
+  gtk_dialog_add_button(dialog, "取消(_C)", GTK_RESPONSE_CANCEL);
+  gtk_dialog_add_button(dialog, "确定(_O)", GTK_RESPONSE_ACCEPT);
+  gtk_dialog_set_default_response(dialog, GTK_RESPONSE_ACCEPT);
+}
+
+GtkTable* new_grid(guint rows, guint columns) {
+  auto* const grid = GTK_TABLE(gtk_table_new(rows, columns, FALSE));
+  gtk_table_set_col_spacings(grid, 3);
+  return grid;
+}
+
+void attach_small(GtkTable* grid, GtkWidget* widget, guint column, guint row) {
+  gtk_table_attach(grid, widget, column, column + 1, row, row + 1, GTK_SHRINK, GTK_SHRINK, 0, 0);
+}
+
+void attach_input(GtkTable* grid, GtkWidget* input, guint column, guint row) {
+  constexpr auto wide = static_cast<GtkAttachOptions>(GTK_EXPAND | GTK_FILL);
+  gtk_table_attach(grid, input, column, column + 1, row, row + 1, wide, GTK_FILL, 0, 0);
+}
+
+void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input) {
+  attach_small(grid, GTK_WIDGET(caption), 0, row);
+  attach_input(grid, input, 1, row);
+  gtk_label_set_mnemonic_widget(caption, input);
+}
+
+void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkEntry* entry) {
+  attach_row(grid, row, caption, GTK_WIDGET(entry));
+  gtk_entry_set_activates_default(entry, TRUE);
+}
+
+void set_entry_text(GtkEntry* entry, std::string_view text) {
+  gtk_entry_set_text(entry, shown(text).c_str());
+  auto original =
+      std::make_unique<Original>(Original{std::string{text}, gtk_entry_get_text(entry)});
+  if (original->text == original->seen) original.reset();
+  g_object_set_data_full(G_OBJECT(entry), original_key, original.release(), [](gpointer data) {
+    std::unique_ptr<Original>{static_cast<Original*>(data)};
+  });
+}
+
+std::string entry_text(GtkEntry* entry) {
+  const std::string_view seen = gtk_entry_get_text(entry);
+  const auto* const original =
+      static_cast<const Original*>(g_object_get_data(G_OBJECT(entry), original_key));
+  const bool untouched = original != nullptr && original->seen == seen;
+  return std::string{trimmed(untouched ? original->text : seen)};
+}
+
+int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries) {
+  GtkEntry* start = entries.front();
+  for (auto* entry : entries) {
+    if (!entry_text(entry).empty()) continue;
+    start = entry;
+    break;
+  }
+  gtk_widget_grab_focus(GTK_WIDGET(start));
+  return gtk_dialog_run(dialog);
+}
+
+const char* objection_to_field(std::string_view text) {
+  const bool fits = text.find_first_of(",\n") == std::string_view::npos && trimmed(text) == text;
+  return fits ? nullptr : "内容不能包含逗号或换行,也不能以空格结尾";
+}
+
+}  // namespace varnholt

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the two dialogs for a definition share: their frame, a grid of captions and inputs, entries
+// that keep what they cannot show, and the way from one entry to the next.
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace varnholt {
+
+/** Puts a dialog over its parent, and gives it the buttons to cancel and, by default, to accept. */
+void frame_form(GtkDialog* dialog, const char* title, GtkWindow* parent);
+
+/** A new grid, floating. Captions and buttons keep their size, inputs take the spare width. */
+GtkTable* new_grid(guint rows, guint columns);
+void attach_small(GtkTable* grid, GtkWidget* widget, guint column, guint row);
+void attach_input(GtkTable* grid, GtkWidget* input, guint column, guint row);
+
+/** Attaches a caption and the input it names, also to those who cannot see, as columns 0 and 1. */
+void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input);
+
+/** Attaches the same for an entry, in which Enter then stands for the default button. */
+void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkEntry* entry);
+
+/** Writes a text into an entry, which shows it as well as it can. */
+void set_entry_text(GtkEntry* entry, std::string_view text);
+
+/**
+ * The text of an entry without the white space at both ends: as it was written into it, byte for
+ * byte, as long as the user has not changed what he sees.
+ */
+std::string entry_text(GtkEntry* entry);
+
+/** Runs a dialog from its first empty entry on, or from the first one; returns the response. */
+int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries);
+
+/** What to tell the user when a line of the profile would not give a text back; none when it would.
+ */
+const char* objection_to_field(std::string_view text);
+
+}  // namespace varnholt

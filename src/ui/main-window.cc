@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The main window: what stands in it, and what happens when it is closed.
+#include <array>
+#include <memory>
+#include <utility>
+
+#include "app-icon.xpm"
+#include "app-ribbon.xpm"
+#include "base/object-type.h"
+#include "base/signal.h"
+#include "varnholt.h"
+
+namespace {
+
+using varnholt::connect;
+using varnholt::make_object;
+using varnholt::own_window;
+using varnholt::sink_object;
+using varnholt::take_object;
+
+void main_init_dlgs(Main* self) {
+  auto* const window = self->window.get();
+  self->lnk_dlg = own_window<VhDefDlg>(vh_def_dlg_new(0, nullptr, window));
+  self->shl_dlg = own_window<VhDefDlg>(vh_def_dlg_new(1, nullptr, window));
+  self->rut_dlg = own_window<VhRutDlg>(vh_rut_dlg_new(nullptr, window));
+}
+
+void make_window(Main* self) {
+  self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
+  gtk_window_set_default_icon(self->icon_pixbuf.get());
+  self->window = own_window<GtkWindow>(gtk_window_new(GTK_WINDOW_TOPLEVEL));
+  auto* const window = self->window.get();
+  gtk_window_set_position(window, GTK_WIN_POS_CENTER);
+  gtk_widget_set_size_request(GTK_WIDGET(window), 400, 300);
+  gtk_window_set_default_size(window, 600, 450);
+  gtk_window_set_title(window, "备份文件");
+}
+
+void make_ribbon(Main* self) {
+  self->ribbon_box = sink_object<GtkHBox>(gtk_hbox_new(FALSE, 3));
+  self->ribbon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_ribbon_xpm));
+  self->ribbon_image = sink_object<GtkImage>(gtk_image_new_from_pixbuf(self->ribbon_pixbuf.get()));
+  gtk_box_pack_start(GTK_BOX(self->ribbon_box.get()), GTK_WIDGET(self->ribbon_image.get()), FALSE,
+                     FALSE, 5);
+}
+
+void make_pages(Main* self) {
+  self->page_box = sink_object<GtkHBox>(gtk_hbox_new(FALSE, 0));
+  self->lnk_table = sink_object<VhBakDefWidget>(vh_bak_def_widget_new(0));
+  self->rut_table = sink_object<VhRutDefWidget>(vh_rut_def_widget_new());
+  self->shl_table = sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
+  self->pages = {make_object(GTK_WIDGET(self->lnk_table.get())),
+                 make_object(GTK_WIDGET(self->rut_table.get())),
+                 make_object(GTK_WIDGET(self->shl_table.get()))};
+  for (const auto& page : self->pages) {
+    gtk_box_pack_start(GTK_BOX(self->page_box.get()), page.get(), TRUE, TRUE, 0);
+  }
+}
+
+void arrange_window(Main* self) {
+  self->main_box = sink_object<GtkVBox>(gtk_vbox_new(FALSE, 3));
+  auto* const box = GTK_BOX(self->main_box.get());
+  gtk_container_set_border_width(GTK_CONTAINER(box), 4);
+  const auto pack = [box](gpointer widget, guint padding) {
+    gtk_box_pack_start(box, GTK_WIDGET(widget), FALSE, FALSE, padding);
+  };
+  pack(self->ribbon_box.get(), 0);
+  pack(gtk_hseparator_new(), 3);
+  pack(self->control_bar.get(), 0);
+  pack(gtk_hseparator_new(), 2);
+  gtk_box_pack_end(box, GTK_WIDGET(self->page_box.get()), TRUE, TRUE, 0);
+  gtk_container_add(GTK_CONTAINER(self->window.get()), GTK_WIDGET(box));
+}
+
+/** Whether the user clicked on a check box, and not on a text or a key. */
+bool is_click_on_check_box(GtkTreeViewColumn* column) {
+  const std::unique_ptr<GdkEvent, varnholt::FreeWith<gdk_event_free>> event{
+      gtk_get_current_event()};
+  if (!event || event->type == GDK_KEY_PRESS) return false;
+  const std::unique_ptr<GList, varnholt::FreeWith<g_list_free>> cells{
+      gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(column))};
+  return GTK_IS_CELL_RENDERER_TOGGLE(cells->data);
+}
+
+/** Has Return and a double click in a table press the button that edits. */
+void edit_on_activation(Main* self, GtkTreeView* table) {
+  connect(table, "row-activated", self,
+          [self](GtkTreeView* /*table*/, GtkTreePath* /*row*/, GtkTreeViewColumn* column) {
+            if (is_click_on_check_box(column)) return;
+            gtk_button_clicked(self->control_bar->btn_edt.get());
+          });
+}
+
+/** Saves when the window is to be closed. Returns whether it stays. */
+gboolean on_delete_event(Main* self) {
+  // While the save lets events in, the user may ask again.
+  if (std::exchange(self->closing, true)) return TRUE;
+  vh_bak_def_widget_update_items_last_oper_time(self->lnk_table.get());
+  main_save(self);
+  return FALSE;
+}
+
+void attach_signals(Main* self) {
+  connect(self->control_bar.get(), "sig-btn-clicked", self,
+          [self](VhControlWidget* /*bar*/, VhControlWidgetBtnType type) {
+            main_on_btns_clicked(self, type);
+          });
+  edit_on_activation(self, self->lnk_table->tree_view.get());
+  edit_on_activation(self, self->rut_table->tree_view.get());
+  edit_on_activation(self, self->shl_table->tree_view.get());
+}
+
+}  // namespace
+
+GType main_get_type() {
+  static const GType type =
+      varnholt::ObjectType<Main, MainClass, varnholt::MainState>::register_type(G_TYPE_OBJECT,
+                                                                                "Main");
+  return type;
+}
+
+Main* main_new() {
+  return main_construct(main_get_type());
+}
+
+Main* main_construct(GType object_type) {
+  auto* const self = static_cast<Main*>(g_object_new(object_type, nullptr));
+  make_window(self);
+  make_ribbon(self);
+  self->control_bar = sink_object<VhControlWidget>(vh_control_widget_new());
+  make_pages(self);
+  arrange_window(self);
+  attach_signals(self);
+  gtk_widget_show_all(GTK_WIDGET(self->window.get()));
+  main_init_dlgs(self);
+  main_read(self);
+  main_show_stack_page(self, 0);
+  connect(self->window.get(), "destroy", self, [](GtkWidget* /*window*/) { gtk_main_quit(); });
+  connect(self->window.get(), "delete-event", self,
+          [self](GtkWidget* /*window*/, GdkEvent* /*event*/) { return on_delete_event(self); });
+  return self;
+}
+
+void main_show_stack_page(Main* self, int page) {
+  g_return_if_fail(self != NULL);
+  for (int index = 0; const auto& widget : self->pages) {
+    const bool shown = index++ == page;
+    if (shown) self->cur_page = page;
+    gtk_widget_set_visible(widget.get(), shown);
+  }
+}
+
+void main_run_window() {
+  const auto self = take_object(main_new());
+  main_s_main_window = make_object(self->window.get());
+  gtk_main();
+}
