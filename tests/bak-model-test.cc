@@ -10,6 +10,7 @@
 #include "model/rut-model.h"
 #include "scenarios.h"
 #include "scratch/scratch-paths.h"
+#include "varnholt.h"
 
 using varnholt::take_object;
 using varnholt::take_text;
@@ -47,6 +48,10 @@ TEST(BakModel, ReadsAndWritesTexts) {
     const bool flag = vh_rut_def_item_list_scanf_del_def_rut(line.c_str());
     vh_rut_def_item_list_set_del_def_rut(list.get(), flag);
     script.say(owned(vh_rut_def_item_list_del_def_rut_to_string(list.get())));
+  };
+  script.commands["version"] = [&script](std::string text) {
+    const int version = main_get_cur_version(&text);
+    script.say(std::to_string(version) + ':' + text);
   };
   for (const auto& scenario : scenarios_of(SCENARIOS "/lines.scenarios")) script.check(scenario);
 }

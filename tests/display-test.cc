@@ -2,8 +2,10 @@
 // A window on the display, the user's hands, and answers to dialogs.
 #include "display-test.h"
 
+#include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 #include <gdk/gdkx.h>
 
 #include <algorithm>
@@ -13,10 +15,8 @@
 #include <sstream>
 
 #include "base/glib-ptr.h"
-#include "ui/prompts.h"
 
 using varnholt::FreeWith;
-using varnholt::make_object;
 using varnholt::take_text;
 
 namespace {
@@ -41,20 +41,45 @@ void wait_until(const std::function<bool()>& holds, const char* what) {
 }
 
 /** Lets the server deliver what was faked, and waits until its last part has been handled. */
-void await_release(int seen_before) {
+void await_releases(int seen_before, std::size_t released = 1) {
   XFlush(x_display());
-  wait_until([seen_before] { return releases_seen != seen_before; }, "a click or key to arrive");
+  const int expected = seen_before + static_cast<int>(released);
+  wait_until([expected] { return releases_seen >= expected; }, "a click or key to arrive");
 }
 
-void click_at(GdkWindow* inside, int x, int y) {
+void click_at(GdkWindow* inside, int x, int y, int times = 1) {
   int root_x = 0;
   int root_y = 0;
   gdk_window_get_root_coords(inside, x, y, &root_x, &root_y);
-  const int before = releases_seen;
   XTestFakeMotionEvent(x_display(), -1, root_x, root_y, CurrentTime);
-  XTestFakeButtonEvent(x_display(), 1, True, CurrentTime);
-  XTestFakeButtonEvent(x_display(), 1, False, CurrentTime);
-  await_release(before);
+  for (int time = 0; time < times; ++time) {
+    const int before = releases_seen;
+    XTestFakeButtonEvent(x_display(), 1, True, CurrentTime);
+    XTestFakeButtonEvent(x_display(), 1, False, CurrentTime);
+    await_releases(before);
+    // The columns of a table have no width from a change to the next drawing.
+    if (time + 1 < times) DisplayTest::settle();
+  }
+}
+
+void press_all(const std::vector<KeySym>& chord) {
+  const int before = releases_seen;
+  for (const bool down : {true, false}) {
+    for (const auto key : chord) {
+      XTestFakeKeyEvent(x_display(), XKeysymToKeycode(x_display(), key), down, CurrentTime);
+    }
+  }
+  await_releases(before, chord.size());
+}
+
+/** Types a text of ASCII letters and signs. */
+void type(const std::string& text) {
+  for (const auto letter : text) {
+    const auto key = static_cast<KeySym>(letter);
+    const auto code = XKeysymToKeycode(x_display(), key);
+    const bool shifted = XkbKeycodeToKeysym(x_display(), code, 0, 0) != key;
+    press_all(shifted ? std::vector<KeySym>{XK_Shift_L, key} : std::vector<KeySym>{key});
+  }
 }
 
 std::string cell_text(GtkTreeViewColumn* column) {
@@ -70,6 +95,51 @@ std::string cell_text(GtkTreeViewColumn* column) {
   return take_text(text).get();
 }
 
+std::string text_in(GtkWidget* entry) {
+  return pango_layout_get_text(gtk_entry_get_layout(GTK_ENTRY(entry)));
+}
+
+/** What a widget of a dialog tells its reader; empty when only others tell something. */
+std::string said_by(GtkWidget* widget) {
+  if (GTK_IS_ENTRY(widget)) return '[' + text_in(widget) + ']';
+  if (GTK_IS_COMBO_BOX_TEXT(widget)) {
+    const auto chosen = take_text(gtk_combo_box_text_get_active_text(GTK_COMBO_BOX_TEXT(widget)));
+    return '{' + std::string{chosen ? chosen.get() : "-"} + '}';
+  }
+  if (GTK_IS_TOGGLE_BUTTON(widget) && gtk_button_get_label(GTK_BUTTON(widget)) != nullptr) {
+    const bool on = gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(widget));
+    return (on ? "[x] " : "[ ] ") + std::string{gtk_button_get_label(GTK_BUTTON(widget))};
+  }
+  if (GTK_IS_BUTTON(widget)) {
+    const char* const label = gtk_button_get_label(GTK_BUTTON(widget));
+    return label == nullptr ? "" : '<' + std::string{label} + '>';
+  }
+  const bool caption =
+      GTK_IS_LABEL(widget) && gtk_widget_get_ancestor(widget, gtk_button_get_type()) == nullptr;
+  return caption ? gtk_label_get_text(GTK_LABEL(widget)) : "";
+}
+
+/** The title of a chooser, what it is to choose, where it stands and what is chosen. */
+std::string text_of_chooser(GtkFileChooser* chooser) {
+  // It goes to a folder and finds the chosen file there in its own time.
+  wait_until(
+      [chooser] { return take_text(gtk_file_chooser_get_current_folder(chooser)) != nullptr; },
+      "the chooser's folder");
+  const gint64 found = g_get_monotonic_time() + G_USEC_PER_SEC / 5;
+  while (g_get_monotonic_time() < found) gtk_main_iteration_do(FALSE);
+  const bool folders =
+      gtk_file_chooser_get_action(chooser) == GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER;
+  std::string text = gtk_window_get_title(GTK_WINDOW(chooser));
+  text += folders ? " | a folder in " : " | a file in ";
+  text += take_text(gtk_file_chooser_get_current_folder(chooser)).get();
+  const auto chosen = take_text(gtk_file_chooser_get_filename(chooser));
+  if (chosen) text += std::string{" | "} + chosen.get();
+  const bool all = gtk_file_chooser_get_show_hidden(chooser) &&
+                   gtk_file_chooser_get_local_only(chooser) &&
+                   !gtk_file_chooser_get_select_multiple(chooser);
+  return text + (all ? "" : " | not as it should be");
+}
+
 }  // namespace
 
 DisplayTest::DisplayTest() {
@@ -82,9 +152,6 @@ void DisplayTest::SetUp() {
   g_log_set_always_fatal(
       static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_ERROR));
   gdk_event_handler_set(count_and_handle, nullptr, nullptr);
-  window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-  gtk_window_set_default_size(GTK_WINDOW(window), 900, 780);
-  main_s_main_window = make_object(GTK_WINDOW(window));
   m_looking = g_timeout_add(
       5,
       [](gpointer self) -> gboolean {
@@ -92,20 +159,17 @@ void DisplayTest::SetUp() {
         return TRUE;
       },
       this);
+  // A dialog may come while another one is dealt with.
+  g_source_set_can_recurse(g_main_context_find_source_by_id(nullptr, m_looking), TRUE);
 }
 
 void DisplayTest::TearDown() {
   EXPECT_TRUE(m_expected.empty()) << "an expected dialog did not come";
   g_source_remove(m_looking);
-  main_s_main_window = nullptr;
-  gtk_widget_destroy(window);
   settle();
 }
 
-void DisplayTest::show(GtkWidget* widget) {
-  gtk_container_add(GTK_CONTAINER(window), widget);
-  gtk_widget_show_all(window);
-  gtk_window_present(GTK_WINDOW(window));
+void DisplayTest::await_window() {
   wait_until([this] { return gtk_window_has_toplevel_focus(GTK_WINDOW(window)); }, "the window");
   settle();
 }
@@ -123,38 +187,75 @@ void DisplayTest::click(GtkWidget* widget) {
   click_at(gtk_widget_get_window(widget), place.x + place.width / 2, place.y + place.height / 2);
 }
 
-void DisplayTest::click(GtkTreeView* view, int row, int column) {
+void DisplayTest::click(GtkTreeView* view, int row, int column, int times) {
   settle();
   const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
       gtk_tree_path_new_from_indices(row, -1)};
   GdkRectangle cell{};
   gtk_tree_view_get_cell_area(view, path.get(), gtk_tree_view_get_column(view, column), &cell);
-  click_at(gtk_tree_view_get_bin_window(view), cell.x + cell.width / 2, cell.y + cell.height / 2);
+  click_at(gtk_tree_view_get_bin_window(view), cell.x + cell.width / 2, cell.y + cell.height / 2,
+           times);
 }
 
 void DisplayTest::press(const std::string& keys) {
   std::istringstream words{keys};
-  for (std::string key; words >> key;) {
-    const int before = releases_seen;
-    const auto code = XKeysymToKeycode(x_display(), XStringToKeysym(key.c_str()));
-    XTestFakeKeyEvent(x_display(), code, True, CurrentTime);
-    XTestFakeKeyEvent(x_display(), code, False, CurrentTime);
-    await_release(before);
+  for (std::string word; words >> word;) {
+    if (word.starts_with('=')) {
+      type(word.substr(1));
+      continue;
+    }
+    std::istringstream names{word};
+    std::vector<KeySym> chord;
+    for (std::string name; std::getline(names, name, '+');) {
+      chord.push_back(XStringToKeysym(name.c_str()));
+    }
+    press_all(chord);
   }
+}
+
+void DisplayTest::ask_to_close() {
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = GDK_WINDOW_XID(gtk_widget_get_window(window));
+  event.xclient.message_type = XInternAtom(x_display(), "_NET_CLOSE_WINDOW", False);
+  event.xclient.format = 32;
+  XSendEvent(x_display(), DefaultRootWindow(x_display()), False,
+             SubstructureNotifyMask | SubstructureRedirectMask, &event);
+  XFlush(x_display());
 }
 
 void DisplayTest::expect_dialog(std::function<void(GtkDialog*)> deal) {
   m_expected.push_back(std::move(deal));
+  if (gtk_grab_get_current() == nullptr) m_dealt_with = nullptr;
 }
 
 std::string DisplayTest::text_of(GtkDialog* dialog) {
-  std::string text = gtk_window_get_title(GTK_WINDOW(dialog));
-  find(gtk_dialog_get_content_area(dialog), [&text](GtkWidget* widget) {
-    if (GTK_IS_LABEL(widget)) text += gtk_label_get_text(GTK_LABEL(widget));
-    if (!GTK_IS_ENTRY(widget)) return false;
-    text += pango_layout_get_text(gtk_entry_get_layout(GTK_ENTRY(widget)));
+  if (GTK_IS_FILE_CHOOSER(dialog)) return text_of_chooser(GTK_FILE_CHOOSER(dialog));
+  struct Piece {
+    int middle;
+    int left;
+    std::string text;
+  };
+  std::vector<Piece> pieces;
+  find(GTK_WIDGET(dialog), [&pieces, dialog](GtkWidget* widget) {
+    auto said = said_by(widget);
+    if (!gtk_widget_get_mapped(widget) || said.empty()) return false;
+    if (gtk_window_get_focus(GTK_WINDOW(dialog)) == widget) said.insert(0, ">");
+    if (!gtk_widget_is_sensitive(widget)) said.insert(0, "~");
+    const auto& place = widget->allocation;
+    pieces.push_back({place.y + place.height / 2, place.x, said});
     return false;
   });
+  // As one reads: line by line, what stands a little higher or lower belongs to the line.
+  std::ranges::sort(pieces, {}, &Piece::middle);
+  for (std::size_t at = 1; at < pieces.size(); ++at) {
+    if (pieces[at].middle - pieces[at - 1].middle < 5) pieces[at].middle = pieces[at - 1].middle;
+  }
+  std::ranges::sort(pieces, {}, [](const Piece& piece) {
+    return std::pair{piece.middle, piece.left};
+  });
+  std::string text = gtk_window_get_title(GTK_WINDOW(dialog));
+  for (const auto& piece : pieces) text += " | " + piece.text;
   return text;
 }
 
@@ -179,10 +280,16 @@ void DisplayTest::take_picture(const std::string& file) {
 
 void DisplayTest::look_for_dialog() {
   GtkWidget* const modal = gtk_grab_get_current();
-  if (modal == nullptr || !GTK_IS_DIALOG(modal)) return;
-  if (g_object_get_data(G_OBJECT(modal), "dealt-with") == nullptr) {
+  if (modal == nullptr || !GTK_IS_DIALOG(modal)) {
+    m_dealt_with = nullptr;
+    return;
+  }
+  // A dialog is dealt with when it comes, and again when another one that stood before it has gone.
+  const bool dealt_with = g_object_get_data(G_OBJECT(modal), "dealt-with") != nullptr;
+  if (!dealt_with || modal != m_dealt_with) {
     // A key before that would go elsewhere.
     if (!gtk_window_has_toplevel_focus(GTK_WINDOW(modal))) return;
+    m_dealt_with = modal;
     g_object_set_data(G_OBJECT(modal), "dealt-with", modal);
     m_deadline = g_get_monotonic_time() + patience;
     if (!m_expected.empty()) {
@@ -191,13 +298,14 @@ void DisplayTest::look_for_dialog() {
       deal(GTK_DIALOG(modal));
       return;
     }
-    ADD_FAILURE() << "an unexpected dialog";
+    ADD_FAILURE() << "an unexpected dialog: " << text_of(GTK_DIALOG(modal));
   } else if (g_get_monotonic_time() < m_deadline) {
     return;
   } else {
-    ADD_FAILURE() << "a dialog stays";
+    m_deadline += patience;
+    ADD_FAILURE() << "a dialog stays: " << text_of(GTK_DIALOG(modal));
   }
-  gtk_dialog_response(GTK_DIALOG(modal), GTK_RESPONSE_NONE);
+  gtk_dialog_response(GTK_DIALOG(modal), GTK_RESPONSE_CANCEL);
 }
 
 std::vector<std::string> table(GtkTreeView* view) {

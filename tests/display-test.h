@@ -11,31 +11,40 @@
 #include <string>
 #include <vector>
 
-/** Gives each test a window, which is the program's main window. Any warning of GLib ends a test.
- */
+/** Gives each test the user's hands. Any warning of GLib ends a test. */
 class DisplayTest : public testing::Test {
+ public:
+  /** Has all events processed that have come in so far. */
+  static void settle();
+
  protected:
   DisplayTest();
   void SetUp() override;
   void TearDown() override;
 
-  /** Puts a widget into the window and waits until it is on the screen. */
-  void show(GtkWidget* widget);
-
-  /** Has all events processed that have come in so far. */
-  static void settle();
+  /** Waits until the window is on the screen and has the keyboard. */
+  void await_window();
 
   /** Press and release the first button in the middle of a widget, or of a cell of a table. */
   static void click(GtkWidget* widget);
-  static void click(GtkTreeView* view, int row, int column);
+  static void click(GtkTreeView* view, int row, int column, int times = 1);
 
-  /** Presses and releases keys by their X names, for example "Tab Return". */
+  /**
+   * Presses and releases keys by their X names, for example "Tab Shift_L+Tab Return"; a word behind
+   * "=" is typed.
+   */
   static void press(const std::string& keys);
+
+  /** Has the window manager close the window, as its button in the title does. */
+  void ask_to_close();
 
   /** Has the next dialog dealt with so. It fails the test when another one comes, or none. */
   void expect_dialog(std::function<void(GtkDialog*)> deal);
 
-  /** What a message box or a question reads, the text in its entry too. */
+  /**
+   * What a dialog reads: captions, "[text]" in an entry, "{chosen}", "[x] ticked", "<button>", with
+   * ">" before what has the keyboard and "~" before what cannot be used.
+   */
   static std::string text_of(GtkDialog* dialog);
 
   /** The first widget in another, itself included, for which it holds; null when there is none. */
@@ -52,6 +61,7 @@ class DisplayTest : public testing::Test {
   std::deque<std::function<void(GtkDialog*)>> m_expected;
   guint m_looking = 0;
   gint64 m_deadline = 0;
+  GtkWidget* m_dealt_with = nullptr;
 };
 
 /**

@@ -19,20 +19,31 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/** Gives this process mounts of its own; an ordinary user becomes root of a namespace too. */
-bool enter_namespace() {
+/** Enters new namespaces; an ordinary user becomes root of one of them. */
+bool enter_namespaces(int kinds) {
   const uid_t user = getuid();
   const gid_t group = getgid();
-  if (unshare(CLONE_NEWNS | (user == 0 ? 0 : CLONE_NEWUSER)) != 0) return false;
+  if (user != 0) kinds |= CLONE_NEWUSER;
+  if (unshare(kinds) != 0) return false;
   if (user != 0) {
     std::ofstream{"/proc/self/setgroups"} << "deny";
     std::ofstream{"/proc/self/gid_map"} << "0 " << group << " 1";
     std::ofstream{"/proc/self/uid_map"} << "0 " << user << " 1";
   }
-  return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+  return getuid() == 0;
+}
+
+/** Gives this process mounts of its own. */
+bool enter_own_mounts() {
+  return enter_namespaces(CLONE_NEWNS) &&
+         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 }  // namespace
+
+bool become_root() {
+  return getuid() == 0 || enter_namespaces(0);
+}
 
 std::string output_of(std::vector<const char*> words) {
   words.push_back(nullptr);
@@ -47,7 +58,7 @@ std::string output_of(std::vector<const char*> words) {
 }
 
 void PrivateRoot::SetUp() {
-  static const bool entered = enter_namespace();
+  static const bool entered = enter_own_mounts();
   if (!entered) GTEST_SKIP() << "no mount namespace of one's own here: " << g_strerror(errno);
   root = varnholt::scratch_folder() + "/root";
   fs::create_directory(root);

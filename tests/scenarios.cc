@@ -29,12 +29,20 @@ std::vector<std::string> scenarios_of(const std::string& file) {
   return scenarios;
 }
 
-void Transcript::say(const std::string& text) {
+void Transcript::say(std::string text) {
+  while (!left_out.empty() && text.find(left_out) != std::string::npos) {
+    text.erase(text.find(left_out), left_out.size());
+  }
   // Only what a line of a text file cannot show is escaped.
   const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
   std::string letters;
   for (int byte = 0x80; valid && byte <= 0xFF; ++byte) letters += static_cast<char>(byte);
   m_text += std::string{"\n  "} + take_text(g_strescape(text.c_str(), letters.c_str())).get();
+}
+
+void Transcript::say_lines(const std::string& mark, const std::string& printed) {
+  std::istringstream lines{printed};
+  for (std::string line; std::getline(lines, line);) say(mark + line);
 }
 
 void Transcript::check(const std::string& scenario) {
@@ -46,11 +54,16 @@ void Transcript::check(const std::string& scenario) {
     const auto space = line.find(' ');
     const auto command = commands.find(line.substr(0, space));
     ASSERT_NE(command, commands.end()) << line;
-    const auto arguments = space == std::string::npos ? "" : line.substr(space + 1);
+    auto arguments = space == std::string::npos ? "" : line.substr(space + 1);
+    for (auto at = arguments.find('@'); at != std::string::npos; at = arguments.find('@', at)) {
+      arguments.replace(at, 1, left_out);
+      at += left_out.size();
+    }
     testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
     command->second(take_text(g_strcompress(arguments.c_str())).get());
-    std::istringstream printed{testing::internal::GetCapturedStdout()};
-    for (std::string text; std::getline(printed, text);) say("> " + text);
+    say_lines("> ", testing::internal::GetCapturedStdout());
+    say_lines("! ", testing::internal::GetCapturedStderr());
   }
   EXPECT_TRUE(m_text == scenario) << "It came out so:\n" << m_text;
 }

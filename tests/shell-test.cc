@@ -3,6 +3,7 @@
 #include "base/shell.h"
 
 #include "private-root.h"
+#include "store/root-rights.h"
 
 using varnholt::path_argument;
 
@@ -17,4 +18,37 @@ TEST(Shell, HandsOnEveryByteOfAPath) {
     }
   }
   EXPECT_EQ(path_argument("/data_bak/a b/é"), "\"/data_bak/a b/é\"");
+}
+
+TEST(Shell, KeepsThePathOfAProgramOneWord) {
+  EXPECT_EQ(varnholt::command_word("/usr/local/bin/a-b_c.1"), "/usr/local/bin/a-b_c.1");
+  for (const std::string path :
+       {"/p q", "/it's", "/$(id)`id`\"\\;&|*~", "/a=b", "/é\xA9\"", "/~"}) {
+    const auto command = "set -- " + varnholt::command_word(path) + "; printf %s:%s $# \"$1\"";
+    EXPECT_EQ(output_of({"bash", "-c", command.c_str()}), "1:" + path);
+  }
+  EXPECT_EQ(varnholt::command_word("-rf"), "./-rf");
+  EXPECT_EQ(varnholt::command_word("a=b/c").front(), '\'');
+  EXPECT_EQ(varnholt::command_word(""), "''");
+}
+
+TEST(RootRights, HandThePasswordOnByteForByte) {
+  using varnholt::sudo_command;
+  EXPECT_EQ(sudo_command("Secret 1%s!é", "/bin/mv -f \"/a\" \"/b\" ", true),
+            "echo \"Secret 1%s!é\" |  sudo -S /bin/mv -f \"/a\" \"/b\" ");
+  EXPECT_EQ(sudo_command("", "x", false), "echo \"\" |  sudo -S x");
+  std::string every_byte;
+  for (int byte = 1; byte < 256; ++byte) every_byte += static_cast<char>(byte);
+  for (const char* const shell : {"/bin/dash", "/bin/bash"}) {
+    const bool reads_escapes = varnholt::echo_reads_escapes(shell);
+    for (const std::string& password :
+         {every_byte, std::string{"\\n\\\\c\\0101"}, std::string{"-n"}, std::string{"-neE"},
+          std::string{"é\"$x`id`'\\"}}) {
+      // Another sudo, which shows what it reads.
+      const auto line =
+          "sudo() { cat; }; " + std::string{sudo_command(password, "x", reads_escapes)};
+      const auto read = output_of({shell, "-c", line.c_str()});
+      EXPECT_EQ(read.substr(0, password.size() + 1), password + '\n') << shell;
+    }
+  }
 }

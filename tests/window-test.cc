@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The prompts, the control bar and the tables together in one window, used as the scenarios tell.
+// The main window with its pages, dialogs and prompts, used as the scenarios tell.
 #include <ctime>
-#include <map>
+#include <filesystem>
+#include <fstream>
+#include <set>
 #include <sstream>
 
+#include "base/paths.h"
+#include "base/shell.h"
 #include "base/signal.h"
 #include "display-test.h"
+#include "private-root.h"
 #include "scenarios.h"
-#include "ui/bak-def-widget.h"
-#include "ui/control-widget.h"
-#include "ui/rut-def-widget.h"
+#include "scratch/scratch-paths.h"
+#include "varnholt.h"
 
 using varnholt::connect;
 using varnholt::ObjectPtr;
@@ -37,31 +41,56 @@ class Window : public DisplayTest {
  protected:
   void SetUp() override {
     DisplayTest::SetUp();
-    bar = vh_control_widget_new();
+    static const bool root = become_root();
+    if (!root) GTEST_SKIP() << "no user namespace here, and an ordinary user saves with a password";
+    g_setenv("VARNHOLT_SCRATCH", varnholt::scratch_folder().c_str(), TRUE);
+    main_s_exe_path = take_text(g_strdup(VARNHOLT_SCRATCH_PROGRAM));
     g_unsetenv("show_date");
-    files = vh_bak_def_widget_new(0);
-    g_setenv("show_date", "", TRUE);
-    scripts = varnholt::sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
-    routes = vh_rut_def_widget_new();
-    auto* const box = gtk_vbox_new(FALSE, 3);
-    gtk_box_pack_start(GTK_BOX(box), GTK_WIDGET(bar), FALSE, FALSE, 0);
-    gtk_container_add(GTK_CONTAINER(box), GTK_WIDGET(files));
-    gtk_container_add(GTK_CONTAINER(box), GTK_WIDGET(routes));
-    show(box);
-    connect(bar, "sig-btn-clicked", bar, [this](VhControlWidget*, VhControlWidgetBtnType type) {
-      script.say(take_text(g_enum_to_string(vh_control_widget_btn_type_get_type(), type)).get());
-    });
-    for (const auto& [name, table] : {std::pair{"files", files}, {"scripts", scripts.get()}}) {
+    for (const auto& left : std::filesystem::directory_iterator{varnholt::scratch_folder()}) {
+      std::filesystem::remove_all(left);
+    }
+    for (const auto* folder : {"/etc", "/tmp", "/usr/bin"}) {
+      std::filesystem::create_directories(varnholt::scratch_folder() + folder);
+    }
+    script.left_out = varnholt::scratch_folder();
+    learn_the_rest();
+    testing::internal::CaptureStdout();
+    start();
+    testing::internal::GetCapturedStdout();
+  }
+
+  void TearDown() override {
+    main_s_main_window = nullptr;
+    main.reset();
+    DisplayTest::TearDown();
+  }
+
+  /** Opens the main window anew. */
+  void start() {
+    main_s_main_window = nullptr;
+    main.reset();
+    main = take_object(main_new());
+    g_test_assert_expected_messages();
+    window = GTK_WIDGET(main->window.get());
+    main_s_main_window = varnholt::make_object(main->window.get());
+    connect(main->control_bar.get(), "sig-btn-clicked", main->control_bar.get(),
+            [this](VhControlWidget*, VhControlWidgetBtnType type) {
+              const auto name =
+                  take_text(g_enum_to_string(vh_control_widget_btn_type_get_type(), type));
+              script.say(name.get());
+            });
+    for (const auto& [name, table] :
+         {std::pair{"files", main->lnk_table.get()}, {"scripts", main->shl_table.get()}}) {
       learn_table(name, table, read_file, vh_bak_def_item_lnk_to_string, vh_bak_def_widget_add_item,
                   vh_bak_def_widget_edit_item, vh_bak_def_widget_del_selected_items,
                   vh_bak_def_widget_clear_selection, vh_bak_def_widget_get_total_selections,
                   vh_bak_def_widget_get_select_item);
     }
-    learn_table("routes", routes, read_route, vh_rut_def_item_to_string, vh_rut_def_widget_add_item,
-                vh_rut_def_widget_edit_item, vh_rut_def_widget_del_selected_items,
-                vh_rut_def_widget_clear_selection, vh_rut_def_widget_get_total_selections,
-                vh_rut_def_widget_get_select_item);
-    learn_the_rest();
+    learn_table("routes", main->rut_table.get(), read_route, vh_rut_def_item_to_string,
+                vh_rut_def_widget_add_item, vh_rut_def_widget_edit_item,
+                vh_rut_def_widget_del_selected_items, vh_rut_def_widget_clear_selection,
+                vh_rut_def_widget_get_total_selections, vh_rut_def_widget_get_select_item);
+    await_window();
   }
 
   /** Makes `name` a command whose first word says what is done with the table. */
@@ -97,6 +126,7 @@ class Window : public DisplayTest {
       if (verb == "add" && !add(widget, read(last).get())) script.say("refused");
       if (verb == "edit") edit_row(row, last);
       if (verb == "click") click(widget->tree_view.get(), row, std::stoi(last));
+      if (verb == "double-click") click(widget->tree_view.get(), row, std::stoi(last), 2);
       if (verb == "delete") remove(widget);
       if (verb == "clear") clear(widget);
       if (verb == "show") show_all();
@@ -106,10 +136,14 @@ class Window : public DisplayTest {
   void learn_the_rest() {
     auto& on = script.commands;
     on["click"] = [this](Words label) { click(button(label)); };
-    on["press"] = press;
+    on["press"] = [this](Words keys) {
+      await_window();
+      press(keys);
+    };
     on["answer"] = [this](Words answer) {
       expect_dialog([this, answer](GtkDialog* dialog) {
         EXPECT_EQ(gtk_window_get_transient_for(GTK_WINDOW(dialog)), main_s_main_window.get());
+        settle();
         const auto last = answer.rfind(' ') + 1;
         press(answer.substr(0, last));
         script.say(text_of(dialog));
@@ -131,14 +165,16 @@ class Window : public DisplayTest {
       const char* const folder = g_getenv("VARNHOLT_PICTURES");
       if (folder != nullptr) take_picture(std::string{folder} + '/' + name + ".png");
     };
-    on["mark"] = [this](Words /*none*/) { vh_bak_def_widget_mark_del_selected_items(files); };
+    on["mark"] = [this](Words /*none*/) {
+      vh_bak_def_widget_mark_del_selected_items(main->lnk_table.get());
+    };
     on["stray"] = [this](Words fields) {
-      vh_bak_def_item_list_append_val(files->items.get(), read_file(fields).get());
+      vh_bak_def_item_list_append_val(main->lnk_table->items.get(), read_file(fields).get());
     };
     on["stamp"] = [this](Words /*none*/) {
       const gint64 before = std::time(nullptr);
-      vh_bak_def_widget_update_items_last_oper_time(files);
-      for (const auto* item : *files->items) {
+      vh_bak_def_widget_update_items_last_oper_time(main->lnk_table.get());
+      for (const auto* item : *main->lnk_table->items) {
         const auto time = item->last_oper_time;
         script.say(item->from + (time >= before ? " now" : ' ' + std::to_string(time)));
       }
@@ -146,7 +182,7 @@ class Window : public DisplayTest {
     on["time"] = [this](Words local_time) {
       struct tm broken_down {};
       strptime(local_time.c_str(), "%F %T", &broken_down);
-      const auto item = take_object(vh_bak_def_item_list_nth_data(scripts->items.get(), 0));
+      const auto item = take_object(vh_bak_def_item_list_nth_data(main->shl_table->items.get(), 0));
       vh_bak_def_item_set_last_oper_time_dt(item.get(), &broken_down);
       const auto time = vh_bak_def_item_get_last_oper_time_int64(item.get());
       vh_bak_def_item_set_last_oper_time_int64(item.get(), time + 1);
@@ -157,18 +193,46 @@ class Window : public DisplayTest {
     };
     on["pages"] = [this](Words /*none*/) {
       std::string pages;
-      for (const auto& page : bar->page_btns) {
+      for (const auto& page : main->control_bar->page_btns) {
         pages += gtk_toggle_button_get_active(page.get()) != 0 ? 'x' : '-';
       }
       script.say(pages);
     };
+    on["line"] = [](Words line) {
+      std::ofstream{varnholt::paths::profile, std::ios::app} << line << '\n';
+    };
+    on["script"] = [](Words commands) {
+      std::ofstream{varnholt::paths::backup_script} << "#!/bin/sh\n" << commands << '\n';
+      std::filesystem::permissions(varnholt::paths::backup_script, std::filesystem::perms::all);
+    };
+    on["run"] = [](Words command) {
+      varnholt::run_command("cd \"$VARNHOLT_SCRATCH\"; " + command);
+    };
+    on["critical"] = [](Words pattern) {
+      g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, pattern.c_str());
+    };
+    on["start"] = [this](Words /*none*/) { start(); };
+    on["dates"] = [](Words /*none*/) { g_setenv("show_date", "", TRUE); };
+    on["close"] = [this](Words times) {
+      ask_to_close();
+      if (times == "twice") ask_to_close();
+      gtk_main();
+      settle();
+    };
+    on["page"] = [this](Words page) {
+      if (!page.empty()) main_show_stack_page(main.get(), std::stoi(page));
+      std::string seen = std::to_string(main->cur_page) + ':';
+      for (const auto& table : main->pages) seen += gtk_widget_get_visible(table.get()) ? 'x' : '-';
+      script.say(seen);
+    };
     on["flag"] = [this](Words flag) {
-      if (!flag.empty()) vh_rut_def_widget_set_del_def_cb_active(routes, flag == "yes");
-      const auto items = take_object(vh_rut_def_widget_get_items(routes));
+      if (!flag.empty())
+        vh_rut_def_widget_set_del_def_cb_active(main->rut_table.get(), flag == "yes");
+      const auto items = take_object(vh_rut_def_widget_get_items(main->rut_table.get()));
       script.say(take_text(vh_rut_def_item_list_del_def_rut_to_string(items.get())).get());
-      auto* const box = GTK_TOGGLE_BUTTON(routes->del_rut_cb.get());
+      auto* const box = GTK_TOGGLE_BUTTON(main->rut_table->del_rut_cb.get());
       EXPECT_EQ(gtk_toggle_button_get_active(box), items->del_def_rut);
-      EXPECT_EQ(vh_rut_def_widget_get_del_def_cb_active(routes), items->del_def_rut);
+      EXPECT_EQ(vh_rut_def_widget_get_del_def_cb_active(main->rut_table.get()), items->del_def_rut);
     };
   }
 
@@ -180,10 +244,7 @@ class Window : public DisplayTest {
 
   Transcript script;
   int dialogs = 0;
-  VhControlWidget* bar = nullptr;
-  VhBakDefWidget* files = nullptr;
-  ObjectPtr<VhBakDefWidget> scripts;
-  VhRutDefWidget* routes = nullptr;
+  ObjectPtr<Main> main;
 };
 
 TEST_F(Window, DoesWhatTheScenariosTell) {
@@ -206,7 +267,8 @@ TEST_F(Window, IsKnownToTheTypeSystem) {
     EXPECT_TRUE(found != nullptr && found->value == value) << type;
     g_type_class_unref(known);
   }
-  for (auto* scrolled : {GTK_SCROLLED_WINDOW(files), routes->scrolled_window.get()}) {
+  for (auto* scrolled :
+       {GTK_SCROLLED_WINDOW(main->lnk_table.get()), main->rut_table->scrolled_window.get()}) {
     GtkPolicyType across{};
     GtkPolicyType down{};
     gtk_scrolled_window_get_policy(scrolled, &across, &down);
@@ -214,8 +276,26 @@ TEST_F(Window, IsKnownToTheTypeSystem) {
   }
 }
 
+TEST_F(Window, HasItsImages) {
+  for (const auto& [image, width, colours] :
+       {std::tuple{main->icon_pixbuf.get(), 48, 632U}, {main->ribbon_pixbuf.get(), 200, 611U}}) {
+    EXPECT_EQ(gdk_pixbuf_get_width(image), width);
+    EXPECT_EQ(gdk_pixbuf_get_height(image), 48);
+    std::set<std::string> seen;
+    for (int pixel = 0; pixel < 48 * width; ++pixel) {
+      const auto* const at = gdk_pixbuf_get_pixels(image) + 4 * (pixel % width) +
+                             gdk_pixbuf_get_rowstride(image) * (pixel / width);
+      seen.insert(at[3] == 0 ? "none" : std::string{at, at + 3});
+    }
+    EXPECT_EQ(seen.size(), colours);
+    EXPECT_TRUE(seen.contains("none"));
+  }
+}
+
 TEST_F(Window, RefusesWhatIsMissingAndOutlivesItsView) {
   const auto item = read_file("/a,/b,update");
+  auto* const files = main->lnk_table.get();
+  auto* const routes = main->rut_table.get();
   const auto refused = [](const char* warning, auto call, auto... arguments) {
     g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, warning);
     call(arguments...);
@@ -228,6 +308,17 @@ TEST_F(Window, RefusesWhatIsMissingAndOutlivesItsView) {
   refused("*'old_item != NULL'*", vh_bak_def_widget_edit_item, files, item.get(), nullptr);
   refused("*'old_item->iter'*", vh_bak_def_widget_edit_item, files, item.get(), item.get());
   refused("*get_items*'self != NULL'*", vh_rut_def_widget_get_items, nullptr);
+  auto* const dialog = main->lnk_dlg.get();
+  refused("*'self != NULL'*", vh_def_dlg_run, nullptr, 0);
+  refused("*'val != NULL'*", vh_def_dlg_set_to_location, dialog, nullptr);
+  refused("*'to_loc != NULL'*", vh_def_dlg_set_ndata, dialog, "", nullptr, VhFileOperationType{});
+  refused("*'btn != NULL'*", vh_def_dlg_on_btns_clicked, dialog, nullptr);
+  refused("*'cb != NULL'*", vh_def_dlg_on_jnt_toggled, dialog, nullptr);
+  refused("*'gawy != NULL'*", vh_rut_dlg_set_ndata, main->rut_dlg.get(), "", "", "", nullptr, "",
+          "");
+  refused("*main_read*'self != NULL'*", main_read, nullptr);
+  refused("*main_save*'self != NULL'*", main_save, nullptr);
+  refused("*'cont != NULL'*", main_get_cur_version, nullptr);
   const auto kept = varnholt::make_object(GTK_WIDGET(files));
   vh_bak_def_widget_add_item(files, item.get());
   gtk_widget_destroy(kept.get());

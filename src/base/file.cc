@@ -14,8 +14,8 @@ bool is_file_error(const GError& error) {
   return error.domain == G_FILE_ERROR;
 }
 
-void log_uncaught(const GError& error, const char* source, unsigned line) {
-  g_critical("file %s: line %u: uncaught error: %s", source, line, error.message);
+void log_uncaught(const GError& error, const char* source, int line) {
+  g_critical("file %s: line %d: uncaught error: %s", source, line, error.message);
 }
 
 }  // namespace varnholt

@@ -2,7 +2,6 @@
 // Whole files as texts, and errors of GLib that nobody foresaw.
 #pragma once
 
-#include <source_location>
 #include <string_view>
 
 #include "base/glib-ptr.h"
@@ -24,8 +23,7 @@ FileText read_file(const char* path);
 /** Whether an error is one of the file layer, whose codes are GFileError values. */
 bool is_file_error(const GError& error);
 
-/** Logs an error of a kind that its place does not handle, as critical; `source` names the file. */
-void log_uncaught(const GError& error, const char* source,
-                  unsigned line = std::source_location::current().line());
+/** Logs, as critical, an error of a kind that its place in a source file does not handle. */
+void log_uncaught(const GError& error, const char* source, int line);
 
 }  // namespace varnholt

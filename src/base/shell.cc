@@ -3,6 +3,7 @@
 #include "base/shell.h"
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "base/diagnostics.h"
 #include "base/glib-ptr.h"
@@ -30,6 +31,8 @@ std::string command_word(std::string_view path) {
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._-+,:@%";
   std::string word{path.starts_with('-') ? "./" : ""};
   word += path;
+  // sudo reads "a=b/program" as an assignment too.
+  if (word.find('=') != std::string::npos) word = std::filesystem::absolute(word);
   if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) return word;
   // In single quotes no charset can take a quoting character for half of another one.
   return take_text(g_shell_quote(word.c_str())).get();

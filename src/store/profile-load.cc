@@ -32,7 +32,7 @@ void load_line(Main* self, std::string_view line) {
   } else if (is("rut,add")) {
     const auto item = take_object(vh_rut_def_item_scanf_string(text.c_str()));
     vh_rut_def_widget_add_item(self->rut_table.get(), item.get());
-  } else if (is("rut,del")) {
+  } else if (is("rut,del") && !text.empty()) {
     vh_rut_def_widget_set_del_def_cb_active(self->rut_table.get(),
                                             vh_rut_def_item_list_scanf_del_def_rut(text.c_str()));
   }
@@ -52,6 +52,6 @@ void main_read(Main* self) {
   } else if (varnholt::is_file_error(*profile.error)) {
     varnholt::print_failure("open file [%s] failed : %d \n", paths::profile, profile.error->code);
   } else {
-    varnholt::log_uncaught(*profile.error, "varnholt");
+    varnholt::log_uncaught(*profile.error, "varnholt", __LINE__);
   }
 }

@@ -50,7 +50,7 @@ Stored compare_stored(const std::string& text, int& version) {
     print_failure("open file [%s] failed : %d", paths::profile, profile.error->code);
     return Stored::unreadable;
   }
-  log_uncaught(*profile.error, "varnholt");
+  log_uncaught(*profile.error, "varnholt", __LINE__);
   return Stored::unknown;
 }
 

@@ -10,8 +10,8 @@
 namespace varnholt {
 
 /**
- * Whether the echo of a shell reads "\\" as one backslash, as that of dash does. That of bash reads
- * it as two.
+ * Whether the echo of the shell at a path reads "\\" as one backslash, as that of dash does. That
+ * of bash reads it as two.
  */
 bool echo_reads_escapes(const char* shell);
 

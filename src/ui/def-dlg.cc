@@ -100,7 +100,18 @@ void point_at(GtkFileChooser* chooser, std::string path, bool folders) {
   gtk_file_chooser_set_current_folder(chooser, path.c_str());
 }
 
+/**
+ * Keeps the toolkit from noting chosen paths among the recent files: what root administers is not
+ * to be found in some user's home, and where that cannot be written there would be a warning.
+ */
+void note_no_recent_files() {
+  static auto* const manager =
+      static_cast<GtkRecentManagerClass*>(g_type_class_ref(gtk_recent_manager_get_type()));
+  manager->changed = [](GtkRecentManager* /*manager*/) {};
+}
+
 WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folders) {
+  note_no_recent_files();
   const auto parent = take_object(main_get_main_window());
   auto dialog = varnholt::own_window<GtkDialog>(gtk_file_chooser_dialog_new(
       "选择文件夹", parent.get(),
@@ -118,17 +129,16 @@ WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folders) {
   return dialog;
 }
 
-/** Whether the user is to choose folders: they are only offered where no files are meant. */
-bool chooses_folders(const VhDefDlg* self) {
-  return self->is_shell == 0 && !is_ticked(self->select_file_cb);
-}
-
-/** The path that the user chose; none when the chooser shows a list that is no folder. */
-TextPtr chosen_path(const VhDefDlg* self, GtkFileChooser* chooser) {
-  const bool offered = self->select_file_shown != 0 && is_ticked(self->select_file_cb);
-  if (self->is_shell == 0 && !offered) {
-    return take_text(gtk_file_chooser_get_current_folder(chooser));
-  }
+/** Has the user choose a path instead of that in an entry; none when he does not. */
+TextPtr ask_for_path(const VhDefDlg* self, GtkEntry* entry) {
+  const bool files_offered = self->select_file_shown != 0 && is_ticked(self->select_file_cb);
+  const bool folders = self->is_shell == 0 && !files_offered;
+  if (folders) print_progress("select folder \n");
+  const auto dialog = new_chooser(location_in(entry), folders);
+  if (gtk_dialog_run(dialog.get()) != GTK_RESPONSE_ACCEPT) return {};
+  auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
+  // It has no current folder while it shows what was used of late.
+  if (folders) return take_text(gtk_file_chooser_get_current_folder(chooser));
   print_progress("enter  file \n");
   return take_text(gtk_file_chooser_get_filename(chooser));
 }
@@ -212,8 +222,8 @@ int vh_def_dlg_run(VhDefDlg* self, int is_edit) {
   while (true) {
     gtk_widget_set_sensitive(GTK_WIDGET(self->jnt_cb.get()), is_edit == 0);
     if (!is_ticked(self->jnt_cb)) offer_files(self, self->is_shell == 0);
-    const int response =
-        varnholt::run_form(self, std::array{self->from_entry.get(), self->to_entry.get()});
+    const int response = varnholt::run_form(
+        self, std::array{self->from_entry.get(), self->to_entry.get()}, location_in);
     if (response != GTK_RESPONSE_ACCEPT || is_acceptable(values_of(self))) return response;
   }
 }
@@ -301,13 +311,15 @@ void vh_def_dlg_on_jnt_toggled(VhDefDlg* self, GtkToggleButton* cb) {
 void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(btn != NULL);
-  const bool folders = chooses_folders(self);
-  if (folders) print_progress("select folder \n");
   const bool source = btn == self->from_btn.get();
-  const auto chooser =
-      new_chooser(location_in(source ? self->from_entry.get() : self->to_entry.get()), folders);
-  if (gtk_dialog_run(chooser.get()) != GTK_RESPONSE_ACCEPT) return;
-  const auto path = chosen_path(self, GTK_FILE_CHOOSER(chooser.get()));
+  auto path = ask_for_path(self, source ? self->from_entry.get() : self->to_entry.get());
+  const char* const objection = path ? varnholt::objection_to_field(path.get()) : nullptr;
+  if (objection != nullptr) {
+    main_alter(objection, GTK_BUTTONS_CLOSE);
+    path.reset();
+  }
+  // The chooser stood over the main window and left the keyboard there.
+  gtk_window_present(GTK_WINDOW(self));
   if (!path) return;
   if (!source) {
     vh_def_dlg_set_to_location(self, path.get());

@@ -2,6 +2,7 @@
 // The frame, the grid and the entries of the dialogs for a definition.
 #include "ui/form.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "base/text.h"
@@ -73,14 +74,13 @@ std::string entry_text(GtkEntry* entry) {
   return std::string{trimmed(untouched ? original->text : seen)};
 }
 
-int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries) {
-  GtkEntry* start = entries.front();
-  for (auto* entry : entries) {
-    if (!entry_text(entry).empty()) continue;
-    start = entry;
-    break;
-  }
+int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
+             std::string (*value_of)(GtkEntry*)) {
+  const auto empty = std::ranges::find_if(entries, &std::string::empty, value_of);
+  auto* const start = empty == entries.end() ? entries.front() : *empty;
   gtk_widget_grab_focus(GTK_WIDGET(start));
+  // A message stands over the main window and leaves the keyboard there.
+  gtk_window_present(GTK_WINDOW(dialog));
   return gtk_dialog_run(dialog);
 }
 

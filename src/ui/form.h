@@ -34,8 +34,12 @@ void set_entry_text(GtkEntry* entry, std::string_view text);
  */
 std::string entry_text(GtkEntry* entry);
 
-/** Runs a dialog from its first empty entry on, or from the first one; returns the response. */
-int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries);
+/**
+ * Runs a dialog from the first entry on whose value is empty, or from the first of all; returns the
+ * response.
+ */
+int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
+             std::string (*value_of)(GtkEntry*));
 
 /** What to tell the user when a line of the profile would not give a text back; none when it would.
  */

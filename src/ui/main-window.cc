@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window: what stands in it, and what happens when it is closed.
+#include <gdk/gdkkeysyms.h>
+
 #include <array>
 #include <memory>
 #include <utility>
@@ -72,22 +74,27 @@ void arrange_window(Main* self) {
   gtk_container_add(GTK_CONTAINER(self->window.get()), GTK_WIDGET(box));
 }
 
-/** Whether the user clicked on a check box, and not on a text or a key. */
-bool is_click_on_check_box(GtkTreeViewColumn* column) {
-  const std::unique_ptr<GdkEvent, varnholt::FreeWith<gdk_event_free>> event{
-      gtk_get_current_event()};
-  if (!event || event->type == GDK_KEY_PRESS) return false;
+bool has_check_box(GtkTreeViewColumn* column) {
   const std::unique_ptr<GList, varnholt::FreeWith<g_list_free>> cells{
       gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(column))};
-  return GTK_IS_CELL_RENDERER_TOGGLE(cells->data);
+  return GTK_IS_CELL_RENDERER_TOGGLE(cells->data) != 0;
 }
 
-/** Has Return and a double click in a table press the button that edits. */
+/** Has Return in a table, and a double click on a text of it, press the button that edits. */
 void edit_on_activation(Main* self, GtkTreeView* table) {
+  const auto press = [self] { gtk_button_clicked(self->control_bar->btn_edt.get()); };
+  connect(table, "key-press-event", self, [press](GtkTreeView* /*table*/, GdkEventKey* event) {
+    // The toolkit would toggle a check box that has the keyboard, for which there is the space bar.
+    const bool enter = event->keyval == GDK_KEY_Return || event->keyval == GDK_KEY_KP_Enter;
+    if (enter) press();
+    return gboolean{enter};
+  });
   connect(table, "row-activated", self,
-          [self](GtkTreeView* /*table*/, GtkTreePath* /*row*/, GtkTreeViewColumn* column) {
-            if (is_click_on_check_box(column)) return;
-            gtk_button_clicked(self->control_bar->btn_edt.get());
+          [press](GtkTreeView* /*table*/, GtkTreePath* /*row*/, GtkTreeViewColumn* column) {
+            const std::unique_ptr<GdkEvent, varnholt::FreeWith<gdk_event_free>> event{
+                gtk_get_current_event()};
+            const bool by_key = event && event->type == GDK_KEY_PRESS;
+            if (!by_key && !has_check_box(column)) press();
           });
 }
 

@@ -34,7 +34,7 @@ std::array<std::string, 6> values_of(VhRutDlg* self) {
   std::ranges::transform(entries_of(self), values.begin(), entry_text);
   const int active = gtk_combo_box_get_active(self->nic_combo.get());
   if (active >= 1) {
-    values.back() = self->nics[static_cast<std::size_t>(active)];
+    values.back() = self->nics.at(static_cast<std::size_t>(active));
     varnholt::print_progress("active  nic %s \n", values.back().c_str());
   }
   return values;
@@ -83,11 +83,13 @@ void make_widgets(VhRutDlg* self) {
 
 void arrange_widgets(VhRutDlg* self) {
   auto* const table = self->table.get();
-  const std::array labels{self->name_label.get(), self->addr_label.get(), self->mask_label.get(),
-                          self->gw_label.get(), self->jup_label.get()};
-  for (guint row = 0; auto* entry : entries_of(self)) {
-    varnholt::attach_row(table, row, labels[row], entry);
-    ++row;
+  for (guint row = 0;
+       const auto& [caption, entry] : {std::pair{self->name_label.get(), self->name_entry.get()},
+                                       {self->addr_label.get(), self->addr_entry.get()},
+                                       {self->mask_label.get(), self->mask_entry.get()},
+                                       {self->gw_label.get(), self->gw_entry.get()},
+                                       {self->jup_label.get(), self->jup_entry.get()}}) {
+    varnholt::attach_row(table, row++, caption, entry);
   }
   varnholt::attach_row(table, 5, self->nic_label.get(), GTK_WIDGET(self->nic_combo.get()));
   GtkWidget* const content = gtk_dialog_get_content_area(self);
@@ -130,7 +132,7 @@ VhRutDlg* vh_rut_dlg_construct(GType object_type, const char* title, GtkWindow* 
 int vh_rut_dlg_run(VhRutDlg* self) {
   g_return_val_if_fail(self != NULL, 0);
   while (true) {
-    const int response = varnholt::run_form(self, entries_of(self));
+    const int response = varnholt::run_form(self, entries_of(self), entry_text);
     const auto values = values_of(self);
     if (response != GTK_RESPONSE_ACCEPT) return response;
     const char* const objection = objection_to(values);
@@ -142,9 +144,10 @@ int vh_rut_dlg_run(VhRutDlg* self) {
 void vh_rut_dlg_get_ndata(VhRutDlg* self, char** name, char** addr, char** mask, char** gawy,
                           char** jump, char** nic) {
   g_return_if_fail(self != NULL);
-  const std::array wanted{name, addr, mask, gawy, jump, nic};
-  for (std::size_t at = 0; const auto& value : values_of(self)) {
-    if (auto* const text = wanted[at++]) *text = give_text(value);
+  const auto values = values_of(self);
+  for (auto value = values.begin(); auto* wanted : {name, addr, mask, gawy, jump, nic}) {
+    if (wanted != nullptr) *wanted = give_text(*value);
+    ++value;
   }
 }
 
@@ -158,7 +161,7 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
   g_return_if_fail(jump != NULL);
   g_return_if_fail(nic != NULL);
   const std::array texts{name, addr, mask, gawy, jump};
-  for (std::size_t at = 0; auto* entry : entries_of(self)) set_entry_text(entry, texts[at++]);
+  for (auto text = texts.begin(); auto* entry : entries_of(self)) set_entry_text(entry, *text++);
   const auto found = std::ranges::find(self->nics, std::string_view{nic});
   const auto row = found == self->nics.end() ? 0 : found - self->nics.begin();
   gtk_combo_box_set_active(self->nic_combo.get(), static_cast<int>(row));
