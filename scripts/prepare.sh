@@ -5,6 +5,9 @@
 build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev libxtst-dev)
 # What scripts/with-display needs, and a font for the texts of the windows.
 display_packages=(xvfb openbox fonts-wqy-microhei)
+# What scripts/operators-day and tests/journey need besides.
+day_packages=(xdotool imagemagick)
+journey_packages=(sudo iproute2 passwd)
 
 # install_missing PACKAGE...: installs those that are not there, or says what to install.
 install_missing() {

@@ -100,18 +100,9 @@ void point_at(GtkFileChooser* chooser, std::string path, bool folders) {
   gtk_file_chooser_set_current_folder(chooser, path.c_str());
 }
 
-/**
- * Keeps the toolkit from noting chosen paths among the recent files: what root administers is not
- * to be found in some user's home, and where that cannot be written there would be a warning.
- */
-void note_no_recent_files() {
-  static auto* const manager =
-      static_cast<GtkRecentManagerClass*>(g_type_class_ref(gtk_recent_manager_get_type()));
-  manager->changed = [](GtkRecentManager* /*manager*/) {};
-}
-
 WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folders) {
-  note_no_recent_files();
+  // The toolkit keeps a list of recent files there, and warns when it cannot.
+  g_mkdir_with_parents(g_get_user_data_dir(), 0700);
   const auto parent = take_object(main_get_main_window());
   auto dialog = varnholt::own_window<GtkDialog>(gtk_file_chooser_dialog_new(
       "选择文件夹", parent.get(),
