@@ -115,23 +115,3 @@ TEST(BakModel, TellsMissingArgumentsAndIsKnownToTheTypeSystem) {
   EXPECT_EQ(owned(g_flags_to_string(vh_file_operation_type_get_type(), 12)),
             "VH_FILE_OPERATION_TYPE_FOT_Symbolic | VH_FILE_OPERATION_TYPE_FOT_Deleted");
 }
-
-TEST(RutModel, KeepsRoutesInOrder) {
-  const auto list = take_object(vh_rut_def_item_list_new());
-  char nodes[2];
-  const GtkTreeIter rows[] = {{1, nodes, nullptr, nullptr}, {1, nodes + 1, nullptr, nullptr}};
-  for (const auto& row : rows) {
-    const auto route = take_object(vh_rut_def_item_new("", "", "", "", "", ""));
-    route->iter = row;
-    route->is_selected = &row != rows;
-    vh_rut_def_item_list_append_val(list.get(), route.get());
-  }
-  const auto second = take_object(vh_rut_def_item_list_nth_data(list.get(), 1));
-  int index = 77;
-  EXPECT_EQ(take_object(vh_rut_def_item_list_find_in_iter(list.get(), rows + 1, &index)), second);
-  EXPECT_EQ(index, 1);
-  EXPECT_EQ(take_object(vh_rut_def_item_list_get_first_selected_item(list.get(), &index)), second);
-  EXPECT_TRUE(vh_rut_def_item_list_remove_in_iter(list.get(), rows));
-  EXPECT_EQ(vh_rut_def_item_list_find_in_iter_idx(list.get(), rows + 1), 0);
-  EXPECT_EQ(vh_rut_def_item_list_length(list.get()), 1U);
-}

@@ -6,12 +6,14 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include <gdk/gdkkeysyms.h>
 #include <gdk/gdkx.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <sstream>
 
 #include "base/glib-ptr.h"
@@ -75,7 +77,7 @@ void press_all(const std::vector<KeySym>& chord) {
 /** Types a text of ASCII letters and signs. */
 void type(const std::string& text) {
   for (const auto letter : text) {
-    const auto key = static_cast<KeySym>(letter);
+    const KeySym key = static_cast<unsigned char>(letter);
     const auto code = XKeysymToKeycode(x_display(), key);
     const bool shifted = XkbKeycodeToKeysym(x_display(), code, 0, 0) != key;
     press_all(shifted ? std::vector<KeySym>{XK_Shift_L, key} : std::vector<KeySym>{key});
@@ -119,25 +121,21 @@ std::string said_by(GtkWidget* widget) {
   return caption ? gtk_label_get_text(GTK_LABEL(widget)) : "";
 }
 
-/** The title of a chooser, what it is to choose, where it stands and what is chosen. */
+/** The title of a chooser, what it is to choose, and where it stands or what is chosen. */
 std::string text_of_chooser(GtkFileChooser* chooser) {
-  // It goes to a folder and finds the chosen file there in its own time.
-  wait_until(
-      [chooser] { return take_text(gtk_file_chooser_get_current_folder(chooser)) != nullptr; },
-      "the chooser's folder");
-  const gint64 found = g_get_monotonic_time() + G_USEC_PER_SEC / 5;
-  while (g_get_monotonic_time() < found) gtk_main_iteration_do(FALSE);
   const bool folders =
       gtk_file_chooser_get_action(chooser) == GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER;
-  std::string text = gtk_window_get_title(GTK_WINDOW(chooser));
-  text += folders ? " | a folder in " : " | a file in ";
-  text += take_text(gtk_file_chooser_get_current_folder(chooser)).get();
-  const auto chosen = take_text(gtk_file_chooser_get_filename(chooser));
-  if (chosen) text += std::string{" | "} + chosen.get();
-  const bool all = gtk_file_chooser_get_show_hidden(chooser) &&
-                   gtk_file_chooser_get_local_only(chooser) &&
-                   !gtk_file_chooser_get_select_multiple(chooser);
-  return text + (all ? "" : " | not as it should be");
+  varnholt::TextPtr path;
+  const auto find_path = [&path, chooser, folders] {
+    path.reset(
+        (folders ? gtk_file_chooser_get_current_folder : gtk_file_chooser_get_filename)(chooser));
+    return path != nullptr;
+  };
+  wait_until(find_path, "the chooser's path");
+  EXPECT_TRUE(gtk_file_chooser_get_show_hidden(chooser));
+  EXPECT_TRUE(gtk_file_chooser_get_local_only(chooser));
+  return std::string{gtk_window_get_title(GTK_WINDOW(chooser))} +
+         (folders ? " | a folder: " : " | a file: ") + path.get();
 }
 
 }  // namespace
@@ -230,6 +228,14 @@ void DisplayTest::expect_dialog(std::function<void(GtkDialog*)> deal) {
 }
 
 std::string DisplayTest::text_of(GtkDialog* dialog) {
+  std::set<guint> mnemonics;
+  find(GTK_WIDGET(dialog), [&mnemonics](GtkWidget* widget) {
+    if (!GTK_IS_LABEL(widget) || !gtk_widget_get_mapped(widget)) return false;
+    const guint key = gtk_label_get_mnemonic_keyval(GTK_LABEL(widget));
+    const bool distinct = key == GDK_KEY_VoidSymbol || mnemonics.insert(key).second;
+    EXPECT_TRUE(distinct) << "the mnemonic of " << gtk_label_get_text(GTK_LABEL(widget));
+    return false;
+  });
   if (GTK_IS_FILE_CHOOSER(dialog)) return text_of_chooser(GTK_FILE_CHOOSER(dialog));
   struct Piece {
     int middle;
@@ -263,19 +269,18 @@ std::string DisplayTest::text_of(GtkDialog* dialog) {
 GtkWidget* DisplayTest::find(GtkWidget* top, const std::function<bool(GtkWidget*)>& holds) {
   if (holds(top)) return top;
   if (!GTK_IS_CONTAINER(top)) return nullptr;
-  const std::unique_ptr<GList, FreeWith<g_list_free>> children{
-      gtk_container_get_children(GTK_CONTAINER(top))};
-  for (GList* child = children.get(); child != nullptr; child = child->next) {
-    if (auto* const found = find(GTK_WIDGET(child->data), holds)) return found;
+  // Also the children that a composed widget keeps to itself.
+  std::vector<GtkWidget*> children;
+  gtk_container_forall(
+      GTK_CONTAINER(top),
+      [](GtkWidget* child, gpointer all) {
+        static_cast<std::vector<GtkWidget*>*>(all)->push_back(child);
+      },
+      &children);
+  for (auto* child : children) {
+    if (auto* const found = find(child, holds)) return found;
   }
   return nullptr;
-}
-
-void DisplayTest::take_picture(const std::string& file) {
-  const auto picture = varnholt::take_object(
-      gdk_pixbuf_get_from_drawable(nullptr, gdk_get_default_root_window(), nullptr, 0, 0, 0, 0,
-                                   gdk_screen_width(), gdk_screen_height()));
-  EXPECT_TRUE(gdk_pixbuf_save(picture.get(), file.c_str(), "png", nullptr, nullptr));
 }
 
 void DisplayTest::look_for_dialog() {

@@ -50,9 +50,6 @@ class DisplayTest : public testing::Test {
   /** The first widget in another, itself included, for which it holds; null when there is none. */
   static GtkWidget* find(GtkWidget* top, const std::function<bool(GtkWidget*)>& holds);
 
-  /** Saves what stands on the screen as a PNG file. */
-  static void take_picture(const std::string& file);
-
   GtkWidget* window = nullptr;
 
  private:

@@ -82,17 +82,6 @@ class RowList : public testing::Test {
     plain.erase(plain.begin() + index);
   }
 
-  void hide(const GtkTreeIter& wanted) {
-    const int index = index_of(wanted);
-    testing::internal::CaptureStdout();
-    ASSERT_EQ(vh_bak_def_item_list_hide_in_iter(list.get(), &wanted), index >= 0);
-    ASSERT_EQ(testing::internal::GetCapturedStdout(),
-              "hide_in_iter " + std::to_string(index) + '\n');
-    if (index < 0) return;
-    ASSERT_EQ(plain[static_cast<std::size_t>(index)]->op, 9);
-    ASSERT_FALSE(plain[static_cast<std::size_t>(index)]->is_selected);
-  }
-
   ObjectPtr<VhBakDefItemList> list = take_object(vh_bak_def_item_list_new());
   std::vector<ItemPtr> plain;
 };
@@ -104,20 +93,19 @@ TEST_F(RowList, DoesWhatAPlainListDoes) {
   std::mt19937 dice{seed};
   const auto roll = [&dice](std::size_t sides) { return dice() % sides; };
   for (int step = 0; step < 3000; ++step) {
-    const auto what = roll(8);
+    const auto what = roll(7);
     const auto wanted = row(roll(rows));
     auto item = new_item();
     item->iter = wanted;
     vh_bak_def_item_set_is_selected(item.get(), roll(4) == 0);
     auto* const chosen = plain.empty() ? item.get() : plain[roll(plain.size())].get();
     if (what == 0) remove(row(roll(2 * rows)));
-    if (what == 1) hide(wanted);
-    if (what == 2) vh_bak_def_item_set_is_selected(chosen, roll(2) == 0);
-    if (what == 3) vh_bak_def_item_fill_by_other(chosen, item.get());
+    if (what == 1) vh_bak_def_item_set_is_selected(chosen, roll(2) == 0);
+    if (what == 2) vh_bak_def_item_fill_by_other(chosen, item.get());
     const auto late = row(rows + roll(rows));
-    if (what == 4 && !chosen->iter && index_of(late) < 0) chosen->iter = late;
-    if (what == 5) item->iter.reset();
-    if (what >= 5 && plain.size() < 2 * rows) insert(std::move(item), roll(2) == 0);
+    if (what == 3 && !chosen->iter && index_of(late) < 0) chosen->iter = late;
+    if (what == 4) item->iter.reset();
+    if (what >= 4 && plain.size() < 2 * rows) insert(std::move(item), roll(2) == 0);
     ASSERT_NO_FATAL_FAILURE(check()) << "seed " << seed << ", step " << step;
   }
 }

@@ -41,9 +41,8 @@ TEST(RootRights, HandThePasswordOnByteForByte) {
   for (int byte = 1; byte < 256; ++byte) every_byte += static_cast<char>(byte);
   for (const char* const shell : {"/bin/dash", "/bin/bash"}) {
     const bool reads_escapes = varnholt::echo_reads_escapes(shell);
-    for (const std::string& password :
-         {every_byte, std::string{"\\n\\\\c\\0101"}, std::string{"-n"}, std::string{"-neE"},
-          std::string{"é\"$x`id`'\\"}}) {
+    for (const std::string& password : {every_byte, std::string{R"(\n\\c\0101)"}, std::string{"-n"},
+                                        std::string{"-neE"}, std::string{"é\"$x`id`'\\"}}) {
       // Another sudo, which shows what it reads.
       const auto line =
           "sudo() { cat; }; " + std::string{sudo_command(password, "x", reads_escapes)};

@@ -3,6 +3,8 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -23,10 +25,12 @@ using varnholt::take_text;
 using Words = const std::string&;
 
 // There is only something behind them where leaks are looked for.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
-[[gnu::weak]] void __lsan_disable();  // NOLINT(bugprone-reserved-identifier)
-[[gnu::weak]] void __lsan_enable();   // NOLINT(bugprone-reserved-identifier)
+[[gnu::weak]] void __lsan_disable();
+[[gnu::weak]] void __lsan_enable();
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 
@@ -59,7 +63,8 @@ class Window : public DisplayTest {
       std::filesystem::create_directories(varnholt::scratch_folder() + folder);
     }
     script.left_out = varnholt::scratch_folder();
-    learn_the_rest();
+    learn_the_hands();
+    learn_the_machine();
     testing::internal::CaptureStdout();
     start();
     testing::internal::GetCapturedStdout();
@@ -123,23 +128,30 @@ class Window : public DisplayTest {
       if (!edit(widget, values.get(), edited)) return script.say("refused");
       EXPECT_TRUE(vh_cmp_iter(&before, &*edited->iter) && vh_cmp_iter(&before, &*values->iter));
     };
-    script.commands[name] = [=, this](Words arguments) {
+    using Verb = std::function<void(int row, Words last_word)>;
+    const std::map<std::string, Verb> verbs{
+        {"add",
+         [=, this](int, Words fields) {
+           if (!add(widget, read(fields).get())) script.say("refused");
+         }},
+        {"edit", edit_row},
+        {"click", [=](int row, Words at) { click(widget->tree_view.get(), row, std::stoi(at)); }},
+        {"double-click",
+         [=](int row, Words at) { click(widget->tree_view.get(), row, std::stoi(at), 2); }},
+        {"delete", [=](int, Words) { remove(widget); }},
+        {"clear", [=](int, Words) { clear(widget); }},
+        {"show", [=](int, Words) { show_all(); }}};
+    script.commands[name] = [verbs](Words arguments) {
       std::istringstream words{arguments};
       std::string verb;
       int row = 0;
       words >> verb >> row;
-      const auto last = arguments.substr(arguments.rfind(' ') + 1);
-      if (verb == "add" && !add(widget, read(last).get())) script.say("refused");
-      if (verb == "edit") edit_row(row, last);
-      if (verb == "click") click(widget->tree_view.get(), row, std::stoi(last));
-      if (verb == "double-click") click(widget->tree_view.get(), row, std::stoi(last), 2);
-      if (verb == "delete") remove(widget);
-      if (verb == "clear") clear(widget);
-      if (verb == "show") show_all();
+      verbs.at(verb)(row, arguments.substr(arguments.rfind(' ') + 1));
     };
   }
 
-  void learn_the_rest() {
+  /** What the user does and sees. */
+  void learn_the_hands() {
     auto& on = script.commands;
     on["click"] = [this](Words label) { click(button(label)); };
     on["press"] = [this](Words keys) {
@@ -153,7 +165,6 @@ class Window : public DisplayTest {
         const auto last = answer.rfind(' ') + 1;
         press(answer.substr(0, last));
         script.say(text_of(dialog));
-        script.commands["picture"]("dialog-" + std::to_string(++dialogs));
         press(answer.substr(last));
       });
     };
@@ -165,25 +176,37 @@ class Window : public DisplayTest {
       const bool confirmed = main_inputdlg(&result, text.c_str(), "title: ");
       script.say((confirmed ? "yes: " : "no: ") + std::string{SecretPtr{result}.get()} + '.');
     };
+    on["focus"] = [this](Words /*none*/) {
+      auto* const focus = gtk_window_get_focus(GTK_WINDOW(window));
+      script.say(GTK_IS_BUTTON(focus) ? gtk_button_get_label(GTK_BUTTON(focus)) : "a table");
+    };
+    on["page"] = [this](Words page) {
+      if (!page.empty()) main_show_stack_page(main.get(), std::stoi(page));
+      std::string seen = std::to_string(main->cur_page) + " buttons:";
+      for (const auto& pressed : main->control_bar->page_btns) {
+        seen += gtk_toggle_button_get_active(pressed.get()) != 0 ? 'x' : '-';
+      }
+      seen += " pages:";
+      for (const auto& table : main->pages) seen += gtk_widget_get_visible(table.get()) ? 'x' : '-';
+      script.say(seen);
+    };
+    on["flag"] = [this](Words flag) {
+      auto* const routes = main->rut_table.get();
+      if (!flag.empty()) vh_rut_def_widget_set_del_def_cb_active(routes, flag == "yes");
+      const auto items = take_object(vh_rut_def_widget_get_items(routes));
+      script.say(take_text(vh_rut_def_item_list_del_def_rut_to_string(items.get())).get());
+      auto* const box = GTK_TOGGLE_BUTTON(routes->del_rut_cb.get());
+      EXPECT_EQ(gtk_toggle_button_get_active(box), items->del_def_rut);
+      EXPECT_EQ(vh_rut_def_widget_get_del_def_cb_active(routes), items->del_def_rut);
+    };
+  }
+
+  /** What happens around the window, and beside it. */
+  void learn_the_machine() {
+    auto& on = script.commands;
     on["without"] = [](Words /*window*/) { main_s_main_window = nullptr; };
-    on["picture"] = [this](Words name) {
-      settle();
-      const char* const folder = g_getenv("VARNHOLT_PICTURES");
-      if (folder != nullptr) take_picture(std::string{folder} + '/' + name + ".png");
-    };
-    on["mark"] = [this](Words /*none*/) {
-      vh_bak_def_widget_mark_del_selected_items(main->lnk_table.get());
-    };
     on["stray"] = [this](Words fields) {
       vh_bak_def_item_list_append_val(main->lnk_table->items.get(), read_file(fields).get());
-    };
-    on["stamp"] = [this](Words /*none*/) {
-      const gint64 before = std::time(nullptr);
-      vh_bak_def_widget_update_items_last_oper_time(main->lnk_table.get());
-      for (const auto* item : *main->lnk_table->items) {
-        const auto time = item->last_oper_time;
-        script.say(item->from + (time >= before ? " now" : ' ' + std::to_string(time)));
-      }
     };
     on["time"] = [this](Words local_time) {
       struct tm broken_down {};
@@ -192,17 +215,6 @@ class Window : public DisplayTest {
       vh_bak_def_item_set_last_oper_time_dt(item.get(), &broken_down);
       const auto time = vh_bak_def_item_get_last_oper_time_int64(item.get());
       vh_bak_def_item_set_last_oper_time_int64(item.get(), time + 1);
-    };
-    on["focus"] = [this](Words /*none*/) {
-      auto* const focus = gtk_window_get_focus(GTK_WINDOW(window));
-      script.say(GTK_IS_BUTTON(focus) ? gtk_button_get_label(GTK_BUTTON(focus)) : "a table");
-    };
-    on["pages"] = [this](Words /*none*/) {
-      std::string pages;
-      for (const auto& page : main->control_bar->page_btns) {
-        pages += gtk_toggle_button_get_active(page.get()) != 0 ? 'x' : '-';
-      }
-      script.say(pages);
     };
     on["line"] = [](Words line) {
       std::ofstream{varnholt::paths::profile, std::ios::app} << line << '\n';
@@ -230,31 +242,16 @@ class Window : public DisplayTest {
       gtk_main();
       settle();
     };
-    on["page"] = [this](Words page) {
-      if (!page.empty()) main_show_stack_page(main.get(), std::stoi(page));
-      std::string seen = std::to_string(main->cur_page) + ':';
-      for (const auto& table : main->pages) seen += gtk_widget_get_visible(table.get()) ? 'x' : '-';
-      script.say(seen);
-    };
-    on["flag"] = [this](Words flag) {
-      if (!flag.empty())
-        vh_rut_def_widget_set_del_def_cb_active(main->rut_table.get(), flag == "yes");
-      const auto items = take_object(vh_rut_def_widget_get_items(main->rut_table.get()));
-      script.say(take_text(vh_rut_def_item_list_del_def_rut_to_string(items.get())).get());
-      auto* const box = GTK_TOGGLE_BUTTON(main->rut_table->del_rut_cb.get());
-      EXPECT_EQ(gtk_toggle_button_get_active(box), items->del_def_rut);
-      EXPECT_EQ(vh_rut_def_widget_get_del_def_cb_active(main->rut_table.get()), items->del_def_rut);
-    };
   }
 
   GtkWidget* button(Words label) const {
     return find(window, [&label](GtkWidget* widget) {
-      return GTK_IS_BUTTON(widget) && gtk_button_get_label(GTK_BUTTON(widget)) == label;
+      return GTK_IS_BUTTON(widget) &&
+             g_strcmp0(gtk_button_get_label(GTK_BUTTON(widget)), label.c_str()) == 0;
     });
   }
 
   Transcript script;
-  int dialogs = 0;
   ObjectPtr<Main> main;
 };
 
@@ -293,10 +290,12 @@ TEST_F(Window, HasItsImages) {
     EXPECT_EQ(gdk_pixbuf_get_width(image), width);
     EXPECT_EQ(gdk_pixbuf_get_height(image), 48);
     std::set<std::string> seen;
-    for (int pixel = 0; pixel < 48 * width; ++pixel) {
-      const auto* const at = gdk_pixbuf_get_pixels(image) + 4 * (pixel % width) +
-                             gdk_pixbuf_get_rowstride(image) * (pixel / width);
-      seen.insert(at[3] == 0 ? "none" : std::string{at, at + 3});
+    const auto* row = gdk_pixbuf_get_pixels(image);
+    for (int y = 0; y < 48; ++y, row += gdk_pixbuf_get_rowstride(image)) {
+      const auto* pixel = row;
+      for (int x = 0; x < width; ++x, pixel += 4) {
+        seen.insert(pixel[3] == 0 ? "none" : std::string{pixel, pixel + 3});
+      }
     }
     EXPECT_EQ(seen.size(), colours);
     EXPECT_TRUE(seen.contains("none"));
@@ -327,6 +326,11 @@ TEST_F(Window, RefusesWhatIsMissingAndOutlivesItsView) {
   refused("*'cb != NULL'*", vh_def_dlg_on_jnt_toggled, dialog, nullptr);
   refused("*'gawy != NULL'*", vh_rut_dlg_set_ndata, main->rut_dlg.get(), "", "", "", nullptr, "",
           "");
+  refused("*main_alter*'msg != NULL'*", main_alter, nullptr, GTK_BUTTONS_CLOSE);
+  std::string other = "untouched";
+  char* result = other.data();
+  refused("*main_inputdlg*'msg != NULL'*", main_inputdlg, &result, nullptr, "title");
+  EXPECT_EQ(result, nullptr);
   refused("*main_read*'self != NULL'*", main_read, nullptr);
   refused("*main_save*'self != NULL'*", main_save, nullptr);
   refused("*'cont != NULL'*", main_get_cur_version, nullptr);

@@ -112,6 +112,8 @@ WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folders) {
   auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
   gtk_file_chooser_set_local_only(chooser, TRUE);
   gtk_file_chooser_set_select_multiple(chooser, FALSE);
+  // Its button and the entry for a path would share a mnemonic.
+  gtk_file_chooser_set_create_folders(chooser, FALSE);
   gtk_file_chooser_set_show_hidden(chooser, TRUE);
   // When it comes up the chooser goes back to what it was set to last time.
   varnholt::connect(chooser, "map", chooser,
