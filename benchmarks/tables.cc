@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Times the table of definitions in a shown window: loading beside a bare view over a list store of
-// the same columns, in rotating order, and each step of what a user does with the rows. After a
-// change the toolkit measures all rows anew while it is idle; that is timed beside the bare view.
+// Times the main window from its start, and the table of definitions in a shown window: loading
+// beside a bare view over a list store of the same columns, in rotating order, and each step of
+// what a user does with the rows. After a change the toolkit measures all rows anew while it is
+// idle; that is timed beside the bare view.
 //
 // Usage: tables-benchmark [WORDS OF A TITLE]
 #include <fcntl.h>
@@ -10,14 +11,18 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "base/glib-ptr.h"
+#include "base/paths.h"
 #include "measure.h"
-#include "ui/bak-def-widget.h"
+#include "scratch/scratch-paths.h"
+#include "varnholt.h"
 
 using varnholt::take_object;
 
@@ -52,18 +57,24 @@ double timed(Step step) {
   return seconds_since(begin);
 }
 
+/** Waits until a window is on the screen and can be used, with all its rows measured. */
+void await(GtkWidget* window) {
+  while (!gtk_window_has_toplevel_focus(GTK_WINDOW(window))) gtk_main_iteration();
+  settle();
+}
+
 class Window {
  public:
   explicit Window(GtkWidget* content) {
     gtk_window_set_default_size(GTK_WINDOW(m_window), 900, 600);
     gtk_container_add(GTK_CONTAINER(m_window), content);
     gtk_widget_show_all(m_window);
-    while (!gtk_window_has_toplevel_focus(GTK_WINDOW(m_window))) gtk_main_iteration();
-    settle();
   }
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
   ~Window() { gtk_widget_destroy(m_window); }
+
+  void await_it() const { await(m_window); }
 
  private:
   GtkWidget* m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
@@ -148,22 +159,74 @@ struct Cost {
   double tick;
 };
 
-Cost time_bare(int definitions) {
-  std::vector<std::pair<std::string, std::string>> paths;
+using Paths = std::vector<std::pair<std::string, std::string>>;
+
+Paths paths_of(int definitions) {
+  Paths paths;
   for (const auto& line : lines_of(definitions)) {
     const auto item = take_object(vh_bak_def_item_lnk_scanf_string(line.c_str()));
     paths.emplace_back(item->from, item->to);
   }
+  return paths;
+}
+
+void fill(BareTable& table, const Paths& paths) {
+  bool overwrite = false;
+  for (const auto& [from, to] : paths) {
+    table.prepend(from.c_str(), to.c_str(), overwrite);
+    overwrite = !overwrite;
+  }
+}
+
+Cost time_bare(int definitions) {
+  const auto paths = paths_of(definitions);
   BareTable table;
   const Window window{table.widget};
-  const double load = timed([&] {
-    bool overwrite = false;
-    for (const auto& [from, to] : paths) {
-      table.prepend(from.c_str(), to.c_str(), overwrite);
-      overwrite = !overwrite;
-    }
-  });
+  window.await_it();
+  const double load = timed([&] { fill(table, paths); });
   return {load, timed([&] { table.tick_first(); })};
+}
+
+/** The main window from nothing to its use, with a profile that it reads. */
+double time_start(int definitions) {
+  std::ofstream profile{varnholt::paths::profile};
+  for (const auto& line : lines_of(definitions)) profile << line << '\n';
+  profile.close();
+  settle();
+  const auto begin = Clock::now();
+  const auto main = take_object(main_new());
+  await(GTK_WIDGET(main->window.get()));
+  return seconds_since(begin);
+}
+
+/** A window with a bare view, which has what it shows at hand. */
+double time_bare_start(int definitions) {
+  const auto paths = paths_of(definitions);
+  settle();
+  const auto begin = Clock::now();
+  BareTable table;
+  const Window window{table.widget};
+  fill(table, paths);
+  window.await_it();
+  return seconds_since(begin);
+}
+
+void compare_starts(const char* title) {
+  if (!is_wanted(title)) return;
+  std::fprintf(report, "\n%s: until it can be used and all rows are measured, median of %d\n",
+               title, samples);
+  std::filesystem::create_directory(varnholt::scratch_folder() + "/etc");
+  for (const int definitions : {0, 1'000, 10'000, 100'000}) {
+    std::vector<double> ours;
+    std::vector<double> bare;
+    for (int sample = 0; sample < samples; ++sample) {
+      ours.push_back(time_start(definitions));
+      bare.push_back(time_bare_start(definitions));
+    }
+    std::fprintf(report, "  %8d definitions %11.1f ms, bare window %11.1f ms, ratio %.2f\n",
+                 definitions, 1000 * median(ours), 1000 * median(bare),
+                 median(ours) / median(bare));
+  }
 }
 
 /** Ticks a row as a click on its check box does. */
@@ -176,6 +239,7 @@ void tick(VhBakDefWidget* table, int row) {
 Cost time_ours(int definitions) {
   auto* const table = vh_bak_def_widget_new(0);
   const Window window{GTK_WIDGET(table)};
+  window.await_it();
   const auto lines = lines_of(definitions);
   const double load = timed([&] { add_lines(table, lines); });
   return {load, timed([&] { tick(table, 0); })};
@@ -229,6 +293,7 @@ std::vector<Step> new_steps() {
 void time_steps(int definitions, std::vector<Step>& steps) {
   auto* const table = vh_bak_def_widget_new(0);
   const Window window{GTK_WIDGET(table)};
+  window.await_it();
   auto next = steps.begin();
   const auto step = [&next](auto act) {
     const auto begin = Clock::now();
@@ -283,6 +348,7 @@ int main(int argc, char** argv) {
   const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
   if (report == nullptr || dup2(nowhere, STDOUT_FILENO) < 0) give_up("cannot part the outputs");
   std::setvbuf(report, nullptr, _IOLBF, 0);
+  compare_starts("The start of the window beside a bare one");
   compare("The table beside a bare view");
   show_steps("Work in the table");
   return 0;
