@@ -161,8 +161,9 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
   g_return_if_fail(jump != NULL);
   g_return_if_fail(nic != NULL);
   const std::array texts{name, addr, mask, gawy, jump};
-  for (const auto* text = texts.begin(); auto* entry : entries_of(self))
+  for (const auto* text = texts.begin(); auto* entry : entries_of(self)) {
     set_entry_text(entry, *text++);
+  }
   const auto found = std::ranges::find(self->nics, std::string_view{nic});
   const auto row = found == self->nics.end() ? 0 : found - self->nics.begin();
   gtk_combo_box_set_active(self->nic_combo.get(), static_cast<int>(row));
