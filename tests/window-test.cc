@@ -275,13 +275,6 @@ TEST_F(Window, IsKnownToTheTypeSystem) {
     EXPECT_TRUE(found != nullptr && found->value == value) << type;
     g_type_class_unref(known);
   }
-  for (auto* scrolled :
-       {GTK_SCROLLED_WINDOW(main->lnk_table.get()), main->rut_table->scrolled_window.get()}) {
-    GtkPolicyType across{};
-    GtkPolicyType down{};
-    gtk_scrolled_window_get_policy(scrolled, &across, &down);
-    EXPECT_TRUE(across == GTK_POLICY_AUTOMATIC && down == GTK_POLICY_ALWAYS);
-  }
 }
 
 TEST_F(Window, HasItsImages) {
