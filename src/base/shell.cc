@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <system_error>
 
 #include "base/diagnostics.h"
 #include "base/glib-ptr.h"
@@ -32,7 +33,11 @@ std::string command_word(std::string_view path) {
   std::string word{path.starts_with('-') ? "./" : ""};
   word += path;
   // sudo reads "a=b/program" as an assignment too.
-  if (word.find('=') != std::string::npos) word = std::filesystem::absolute(word);
+  if (word.find('=') != std::string::npos) {
+    std::error_code failed;
+    const auto absolute = std::filesystem::absolute(word, failed);
+    if (!failed) word = absolute;
+  }
   if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) return word;
   // In single quotes no charset can take a quoting character for half of another one.
   return take_text(g_shell_quote(word.c_str())).get();
