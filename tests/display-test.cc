@@ -284,7 +284,9 @@ GtkWidget* DisplayTest::find(GtkWidget* top, const std::function<bool(GtkWidget*
 }
 
 void DisplayTest::look_for_dialog() {
-  GtkWidget* const modal = gtk_grab_get_current();
+  // A button that is pressed by a key takes the grab of its dialog for a moment.
+  GtkWidget* const grab = gtk_grab_get_current();
+  GtkWidget* const modal = grab == nullptr ? nullptr : gtk_widget_get_toplevel(grab);
   if (modal == nullptr || !GTK_IS_DIALOG(modal)) {
     m_dealt_with = nullptr;
     return;
