@@ -16,14 +16,16 @@ std::vector<std::string> scenarios_of(const std::string& file);
 
 /**
  * A scenario that is a list of commands, each followed, indented, by what is to come of it: what
- * the command says, then what the program prints, to its output (>) and as errors (!). Texts may have escapes such as "\t" or "\377".
+ * the command says, then what the program prints, to its output (>) and as errors (!). Texts may
+ * have escapes such as "\t" or "\377".
  */
 class Transcript {
  public:
   /** Does the rest of the command's line and says what came of it. */
   using Command = std::function<void(const std::string& arguments)>;
   std::map<std::string, Command> commands;
-  /** A text that differs from run to run, such as a folder's name; in commands "@" stands for it. */
+  /** A text that differs from run to run, such as a folder's name; in commands "@" stands for it.
+   */
   std::string left_out;
 
   void say(std::string text);
