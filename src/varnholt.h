@@ -6,6 +6,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "base/glib-ptr.h"
@@ -45,6 +46,9 @@ struct MainState {
   ObjectPtr<GdkPixbuf> ribbon_pixbuf;
   ObjectPtr<GtkHBox> ribbon_box;
   ObjectPtr<GtkImage> ribbon_image;
+  /** Why the stored profile could not be read at the start, as a GFileError value; it then stays.
+   */
+  std::optional<int> unread;
   /** Whether the window is being closed: what the user did meanwhile comes too late. */
   bool closing = false;
 };

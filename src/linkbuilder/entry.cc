@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The start of the program: its arguments and the choice of its mode.
+#include <fcntl.h>
 #include <gtk/gtk.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <clocale>
@@ -43,6 +45,13 @@ std::vector<char*> own_arguments(const std::vector<char*>& arguments) {
   return own;
 }
 
+/** Has no file or socket that is opened later take the place of a closed standard stream. */
+void fill_standard_streams() {
+  int null = open("/dev/null", O_RDWR);
+  while (null >= 0 && null <= STDERR_FILENO) null = open("/dev/null", O_RDWR);
+  if (null >= 0) close(null);
+}
+
 void run_window_mode(int argc, char** argv) {
   // Ignored, it would hide how a command ended.
   std::signal(SIGCHLD, SIG_DFL);
@@ -60,6 +69,7 @@ void run_window_mode(int argc, char** argv) {
 }  // namespace
 
 int main_main(char** argv, int argc) {
+  fill_standard_streams();
   // The link builder speaks English and compares bytes in every locale.
   gtk_disable_setlocale();
   const auto arguments = own_arguments({argv, argv + argc});

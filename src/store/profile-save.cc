@@ -35,8 +35,15 @@ enum class Stored {
   unknown,
 };
 
+Stored tell_unreadable(int code) {
+  print_failure("open file [%s] failed : %d", paths::profile, code);
+  return Stored::unreadable;
+}
+
 /** Compares the stored profile with a new text, and takes its version. */
-Stored compare_stored(const std::string& text, int& version) {
+Stored compare_stored(const Main* self, const std::string& text, int& version) {
+  // The tables do not hold what it says, even if it can be read by now.
+  if (self->unread) return tell_unreadable(*self->unread);
   if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) return Stored::differs;
   const auto profile = varnholt::read_file(paths::profile);
   if (!profile.error) {
@@ -46,10 +53,7 @@ Stored compare_stored(const std::string& text, int& version) {
     print_progress("The content is same.\n");
     return Stored::same;
   }
-  if (varnholt::is_file_error(*profile.error)) {
-    print_failure("open file [%s] failed : %d", paths::profile, profile.error->code);
-    return Stored::unreadable;
-  }
+  if (varnholt::is_file_error(*profile.error)) return tell_unreadable(profile.error->code);
   log_uncaught(*profile.error, "varnholt", __LINE__);
   return Stored::unknown;
 }
@@ -121,7 +125,7 @@ void main_save(Main* self) {
   std::string text;
   main_save_imp(self, &text);
   int version = 0;
-  const auto stored = compare_stored(text, version);
+  const auto stored = compare_stored(self, text, version);
   if (stored == Stored::unknown) return;
   const bool written = stored == Stored::differs && write_temporary(text, next_version(version));
   if (getuid() == 0) {
