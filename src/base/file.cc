@@ -2,10 +2,24 @@
 // Whole files as texts, and errors of GLib that nobody foresaw.
 #include "base/file.h"
 
+#include <sys/stat.h>
+
 namespace varnholt {
+namespace {
+
+bool may_have_no_end(const char* path) {
+  struct stat status {};
+  return stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+}  // namespace
 
 FileText read_file(const char* path) {
   FileText file;
+  if (may_have_no_end(path)) {
+    g_set_error(out(file.error), G_FILE_ERROR, G_FILE_ERROR_NXIO, "%s is no regular file", path);
+    return file;
+  }
   g_file_get_contents(path, out(file.bytes), &file.length, out(file.error));
   return file;
 }

@@ -17,7 +17,10 @@ struct FileText {
   ErrorPtr error;
 };
 
-/** Reads a file to its end. */
+/**
+ * Reads a file to its end. What is no file but would be waited for or never end, a pipe or a
+ * device, is not opened: G_FILE_ERROR_NXIO.
+ */
 FileText read_file(const char* path);
 
 /** Whether an error is one of the file layer, whose codes are GFileError values. */

@@ -21,6 +21,7 @@
 
 namespace {
 
+using varnholt::BakDefFields;
 using varnholt::ErrorPtr;
 using varnholt::kept_lines;
 using varnholt::out;
@@ -38,8 +39,7 @@ void take_no_input() {
     return;
   }
   dup2(null, STDIN_FILENO);
-  // A lower number was that of a closed standard stream and is in the right place already.
-  if (null > STDERR_FILENO) close(null);
+  close(null);
 }
 
 /** Sets right what the caller of the process may have left in a way that would do harm. */
@@ -53,20 +53,17 @@ void secure_process() {
   g_setenv("LC_ALL", "C", TRUE);
 }
 
-/** Does what a line asks for; returns whether the line stays in the profile. */
-bool apply_line(std::string_view line) {
-  // No item is made: it would look up every source, and a standing link needs no look at it.
-  const auto definition = varnholt::read_lnk_line(line);
-  if (!definition) return true;
-  const bool deleted = vh_IsFileOperationType(definition->op, VH_FILE_OPERATION_TYPE_FOT_Deleted);
-  if (vh_IsFileOperationType(definition->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) {
-    if (deleted) {
-      main_restore_del_symlink(definition->to.c_str());
-    } else {
-      varnholt::build_symlink(*definition);
-    }
+bool is_deleted(const BakDefFields& definition) {
+  return vh_IsFileOperationType(definition.op, VH_FILE_OPERATION_TYPE_FOT_Deleted);
+}
+
+void make_or_undo_link(const BakDefFields& definition) {
+  if (!vh_IsFileOperationType(definition.op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return;
+  if (is_deleted(definition)) {
+    main_restore_del_symlink(definition.to.c_str());
+  } else {
+    varnholt::build_symlink(definition);
   }
-  return !deleted;
 }
 
 /** Replaces the profile as a whole: a reader sees the old one or the new one. */
@@ -84,6 +81,17 @@ void write_profile(const std::string& text) {
 
 }  // namespace
 
+std::string varnholt::applied_profile(std::string_view profile,
+                                      const std::function<void(const BakDefFields&)>& apply) {
+  return kept_lines(profile, [&apply](std::string_view line) {
+    // No item is made: it would look up every source, and a standing link needs no look at it.
+    const auto definition = read_lnk_line(line);
+    if (!definition) return true;
+    apply(*definition);
+    return !is_deleted(*definition);
+  });
+}
+
 void main_save_symbolic_dir() {
   take_no_input();
   secure_process();
@@ -96,5 +104,5 @@ void main_save_symbolic_dir() {
     print_failure("open file [%s] failed : %s \n", paths::profile, profile.error->message);
     return;
   }
-  write_profile(kept_lines(profile.text(), apply_line));
+  write_profile(varnholt::applied_profile(profile.text(), make_or_undo_link));
 }

@@ -2,6 +2,23 @@
 // The link-builder run over the whole profile.
 #pragma once
 
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "model/bak-model.h"
+
+namespace varnholt {
+
+/**
+ * Hands each definition of a profile to `apply`, in file order, and returns the profile without the
+ * lines of those marked deleted; all other lines stay byte for byte.
+ */
+std::string applied_profile(std::string_view profile,
+                            const std::function<void(const BakDefFields&)>& apply);
+
+}  // namespace varnholt
+
 /**
  * Applies every symbolic definition of the profile to the file system, in file order, and writes
  * the profile back, whole and synced to the disk, without the definitions marked deleted; all other

@@ -2,7 +2,6 @@
 // Writes the tables back as the next version of the profile, and has it applied.
 #include <unistd.h>
 
-#include <optional>
 #include <string>
 #include <utility>
 

@@ -28,14 +28,18 @@ void main_init_dlgs(Main* self) {
 }
 
 void make_window(Main* self) {
-  self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
-  gtk_window_set_default_icon(self->icon_pixbuf.get());
   self->window = own_window<GtkWindow>(gtk_window_new(GTK_WINDOW_TOPLEVEL));
   auto* const window = self->window.get();
   gtk_window_set_position(window, GTK_WIN_POS_CENTER);
   gtk_widget_set_size_request(GTK_WIDGET(window), 400, 300);
   gtk_window_set_default_size(window, 600, 450);
   gtk_window_set_title(window, "备份文件");
+}
+
+/** Makes the icon of every window, also of those that stand. */
+void make_icon(Main* self) {
+  self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
+  gtk_window_set_default_icon(self->icon_pixbuf.get());
 }
 
 void make_ribbon(Main* self) {
@@ -56,6 +60,10 @@ void make_pages(Main* self) {
                  make_object(GTK_WIDGET(self->shl_table.get()))};
   for (const auto& page : self->pages) {
     gtk_box_pack_start(GTK_BOX(self->page_box.get()), page.get(), TRUE, TRUE, 0);
+    // A page is measured and laid out when it is shown, not with the window.
+    gtk_widget_show_all(page.get());
+    gtk_widget_set_no_show_all(page.get(), TRUE);
+    gtk_widget_set_visible(page.get(), page == self->pages.front());
   }
 }
 
@@ -139,6 +147,9 @@ Main* main_construct(GType object_type) {
   arrange_window(self);
   attach_signals(self);
   gtk_widget_show_all(GTK_WIDGET(self->window.get()));
+  // The window comes up while the rest is made.
+  gdk_display_flush(gtk_widget_get_display(GTK_WIDGET(self->window.get())));
+  make_icon(self);
   main_init_dlgs(self);
   main_read(self);
   main_show_stack_page(self, 0);

@@ -3,6 +3,7 @@
 #include "ui/rut-def-widget.h"
 
 #include <array>
+#include <functional>
 #include <string>
 
 #include "base/object-type.h"
@@ -42,17 +43,48 @@ std::array<Value, 7> values_of(const VhRutDefItem* item, bool ticked) {
           Value{item->gw}, Value{item->jup},  Value{item->nic}};
 }
 
-/** Why `item` cannot join `items`, if `except` is not counted; empty when it can. */
-std::string objection_to(const VhRutDefItem* item, const VhRutDefItemList* items,
-                         const VhRutDefItem* except) {
-  for (const VhRutDefItem* other : *items) {
-    if (other == except) continue;
-    if (item->name == other->name) return "路由名称已经存在";
-    if (item->addr == other->addr && item->mask == other->mask && item->gw == other->gw) {
-      return "路由主要内容和已有路由[" + other->name + "]相同";
+/** Hashes of the name, and of the main contents. */
+std::array<std::size_t, 2> hashes_of(const VhRutDefItem* item) {
+  const std::hash<std::string> hash;
+  return {hash(item->name), hash(item->addr + ',' + item->mask + ',' + item->gw)};
+}
+
+void remember(VhRutDefWidget* self, VhRutDefItem* item) {
+  for (const auto key : hashes_of(item)) {
+    self->by_contents.emplace(key, varnholt::make_object(item));
+  }
+}
+
+bool same_contents(const VhRutDefItem* a, const VhRutDefItem* b) {
+  return a->addr == b->addr && a->mask == b->mask && a->gw == b->gw;
+}
+
+/** The first route in the table with the name or the main contents of `item`; null for none. */
+const VhRutDefItem* rival_of(const VhRutDefWidget* self, const VhRutDefItem* item,
+                             const VhRutDefItem* except) {
+  VhRutDefItemList::Place first;
+  for (const auto key : hashes_of(item)) {
+    const auto [from, to] = self->by_contents.equal_range(key);
+    for (auto kept = from; kept != to; ++kept) {
+      const auto* const other = kept->second.get();
+      if (other == except || !other->iter) continue;
+      if (item->name != other->name && !same_contents(item, other)) continue;
+      const auto found = self->items->find(*other->iter);
+      if (found.item == other && (first.item == nullptr || found.index < first.index)) {
+        first = found;
+      }
     }
   }
-  return {};
+  return first.item;
+}
+
+/** Why `item` cannot join the routes, if `except` is not counted; empty when it can. */
+std::string objection_to(const VhRutDefWidget* self, const VhRutDefItem* item,
+                         const VhRutDefItem* except) {
+  const auto* const rival = rival_of(self, item, except);
+  if (rival == nullptr) return {};
+  if (item->name == rival->name) return "路由名称已经存在";
+  return "路由主要内容和已有路由[" + rival->name + "]相同";
 }
 
 void attach_signals(VhRutDefWidget* self) {
@@ -138,6 +170,7 @@ bool vh_rut_def_widget_add_item(VhRutDefWidget* self, VhRutDefItem* item) {
   g_return_val_if_fail(item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, item, nullptr)) return false;
   self->insert(item, false, values_of(item, false));
+  remember(self, item);
   return true;
 }
 
@@ -149,6 +182,7 @@ bool vh_rut_def_widget_edit_item(VhRutDefWidget* self, VhRutDefItem* new_item,
   if (!vh_rut_def_widget_vaild_item(self, new_item, old_item)) return false;
   g_return_val_if_fail(old_item->iter, false);
   self->replace(old_item, new_item, values_of(new_item, true), vh_rut_def_item_fill_by_other);
+  remember(self, old_item);
   return true;
 }
 
@@ -178,7 +212,7 @@ void vh_rut_def_widget_clear_selection(VhRutDefWidget* self) {
 bool vh_rut_def_widget_vaild_item(VhRutDefWidget* self, VhRutDefItem* item, VhRutDefItem* except) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
-  const auto objection = objection_to(item, self->items.get(), except);
+  const auto objection = objection_to(self, item, except);
   if (objection.empty()) return true;
   main_alter(objection.c_str(), GTK_BUTTONS_CLOSE);
   return false;

@@ -2,6 +2,9 @@
 // The page of the static routes: the check box for the default route, and the table of the routes.
 #pragma once
 
+#include <cstddef>
+#include <unordered_map>
+
 #include <gtk/gtk.h>
 
 #include "base/glib-ptr.h"
@@ -32,6 +35,11 @@ struct RutDefWidgetState : CheckedRows<VhRutDefWidget, VhRutDefItemList, VhRutDe
   ObjectPtr<GtkCheckButton> del_rut_cb;
   /** 1 while the program itself sets the check box. */
   int cb_updating = 0;
+  /**
+   * The routes by hashes of what no two may share. A route that was changed or deleted stays, so
+   * what is found is compared.
+   */
+  std::unordered_multimap<std::size_t, ObjectPtr<VhRutDefItem>> by_contents;
 };
 
 }  // namespace varnholt
