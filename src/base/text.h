@@ -26,6 +26,12 @@ std::vector<std::string_view> fields_of(std::string_view line, std::string_view 
 std::string shown(std::string_view text);
 
 /**
+ * `text` as shown(), with an ellipsis for the middle of what no window has room for: more than 400
+ * bytes.
+ */
+std::string shown_shortened(std::string_view text);
+
+/**
  * Asks `keep` about each line of `text`, in order, and returns the kept ones, byte for byte, joined
  * by line feeds. The piece behind the last line feed is a line too. A line feed is written only
  * when something stands before it, so empty lines at the very beginning vanish.

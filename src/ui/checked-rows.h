@@ -41,9 +41,9 @@ class Value {
   explicit Value(bool flag) { g_value_set_boolean(g_value_init(&m_value, G_TYPE_BOOLEAN), flag); }
   explicit Value(int number) { g_value_set_int(g_value_init(&m_value, G_TYPE_INT), number); }
   explicit Value(gint64 number) { g_value_set_int64(g_value_init(&m_value, G_TYPE_INT64), number); }
-  /** A text is written as it can be shown. */
+  /** A text is written as it can be shown: the toolkit has no windows wider than 32767 pixels. */
   explicit Value(const std::string& text) {
-    g_value_set_string(g_value_init(&m_value, G_TYPE_STRING), shown(text).c_str());
+    g_value_set_string(g_value_init(&m_value, G_TYPE_STRING), shown_shortened(text).c_str());
   }
   Value(const Value&) = delete;
   Value& operator=(const Value&) = delete;

@@ -9,6 +9,7 @@
 #include "base/diagnostics.h"
 #include "base/object-type.h"
 #include "base/signal.h"
+#include "base/text.h"
 #include "ui/form.h"
 #include "ui/prompts.h"
 #include "ui/window-ptr.h"
@@ -73,7 +74,9 @@ const char* objection_to(const Values& values) {
 /** Whether the user wants a definition to be the symbolic one that it is. */
 bool is_meant(const Values& values) {
   if (!vh_IsFileOperationType(values.op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
-  const auto question = "是否添加软连接" + values.from + " (链接到" + values.to + ")";
+  using varnholt::shown_shortened;
+  const auto question = "是否添加软连接" + shown_shortened(values.from) + " (链接到" +
+                        shown_shortened(values.to) + ")";
   return varnholt::show_message(GTK_MESSAGE_INFO, question.c_str(), GTK_BUTTONS_YES_NO) ==
          GTK_RESPONSE_YES;
 }

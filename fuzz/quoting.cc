@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The words of command lines: each shell hands back exactly the bytes that were put in.
+#include <array>
+
+#include "base/glib-ptr.h"
+#include "base/shell.h"
+#include "store/root-rights.h"
+#include "target.h"
+
+namespace {
+
+/** What a shell prints for a command line. */
+std::string printed_by(const char* shell, const std::string& command) {
+  std::array<std::string, 3> words{shell, "-c", command};
+  std::array<char*, 4> arguments{words[0].data(), words[1].data(), words[2].data(), nullptr};
+  // Should a word break open one day, it finds no command to run.
+  std::string no_commands = "PATH=/nonexistent";
+  std::array<char*, 2> environment{no_commands.data(), nullptr};
+  varnholt::TextPtr printed;
+  g_spawn_sync(nullptr, arguments.data(),
+               environment.data(),  // Without a copy of this large process for each shell.
+               G_SPAWN_LEAVE_DESCRIPTORS_OPEN, nullptr, nullptr, varnholt::out(printed), nullptr,
+               nullptr, nullptr);
+  return printed ? printed.get() : "";
+}
+
+void check_in(const char* shell, bool reads_escapes, const std::string& text) {
+  const std::string path = text.starts_with('-') ? "./" + text : text;
+  std::string command = "printf '%s:' " + varnholt::path_argument(text);
+  std::string expected = path + ':';
+  // A path with "=" is made absolute for sudo, which is another text.
+  if (text.find('=') == std::string::npos) {
+    command += ' ' + varnholt::command_word(text);
+    expected += path + ':';
+  }
+  // Another sudo, which shows what it reads: the password and a line feed, or two.
+  command += "; sudo() { /bin/cat; }; ";
+  command += varnholt::sudo_command(text, "x", reads_escapes);
+  expected += text + '\n';
+  const auto printed = printed_by(shell, command);
+  must_hold(printed == expected || printed == expected + '\n', shell + (": " + command));
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  auto text = text_of(data, size);
+  text.resize(text.find('\0') == std::string::npos ? size : text.find('\0'));
+  static const bool dash_reads_escapes = varnholt::echo_reads_escapes("/bin/dash");
+  static const bool bash_reads_escapes = varnholt::echo_reads_escapes("/bin/bash");
+  check_in("/bin/dash", dash_reads_escapes, text);
+  check_in("/bin/bash", bash_reads_escapes, text);
+  return 0;
+}
