@@ -22,10 +22,11 @@ guint number_from(const char* variable, guint otherwise) {
   return text == nullptr ? otherwise : static_cast<guint>(std::stoul(text));
 }
 
-const std::array<std::string, 18> texts{
-    "",         "/",          "/a",       "/a/",      "/b c ",     "/é",
-    "-rf",      "\u202E/cba", "/x,y",     "/a\nb",    "`$x`\"\\'", std::string(4096, 'x'),
-    "\x01\x1b", "a=b",        "10.0.0.0", "10.0.0.1", "255.0.0.0", "eth0"};
+constexpr std::array<std::string_view, 17> texts{
+    "",     "/",     "/a",        "/a/",      "/b c ", "/é",       "-rf",      "\xE2\x80\x8F/א",
+    "/x,y", "/a\nb", "`$x`\"\\'", "\x01\x1B", "a=b",   "10.0.0.0", "10.0.0.1", "255.0.0.0",
+    "eth0"};
+constexpr std::size_t longest_path = 4096;
 
 std::string value_of(GtkTreeModel* model, GtkTreeIter* row, int column) {
   char* text = nullptr;
@@ -72,7 +73,10 @@ class Monkey : public DisplayTest {
       if (GTK_IS_COMBO_BOX(widget)) {
         gtk_combo_box_set_active(GTK_COMBO_BOX(widget), static_cast<int>(roll(2)));
       } else if (GTK_IS_ENTRY(widget) && roll(3) != 0) {
-        gtk_entry_set_text(GTK_ENTRY(widget), texts.at(roll(texts.size())).c_str());
+        const auto chosen = roll(texts.size() + 1);
+        const std::string text{chosen == texts.size() ? std::string(longest_path, 'x')
+                                                      : std::string{texts.at(chosen)}};
+        gtk_entry_set_text(GTK_ENTRY(widget), text.c_str());
       } else if (GTK_IS_CHECK_BUTTON(widget) && roll(2) == 0) {
         gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(widget), TRUE);
       }
@@ -139,7 +143,7 @@ class Monkey : public DisplayTest {
     ASSERT_EQ(table->get_total_selections(), ticked);
   }
 
-  void check_operations(VhBakDefWidget* table) {
+  static void check_operations(VhBakDefWidget* table) {
     bool links_begin = false;
     for (auto* item : *table->items) {
       const bool link = vh_IsFileOperationType(item->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic);

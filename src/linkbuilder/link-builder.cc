@@ -23,7 +23,6 @@ namespace {
 
 using varnholt::BakDefFields;
 using varnholt::ErrorPtr;
-using varnholt::kept_lines;
 using varnholt::out;
 using varnholt::print_failure;
 using varnholt::print_progress;
