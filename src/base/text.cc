@@ -39,7 +39,10 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
 }
 
 std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind) {
-  if (!line.starts_with(kind)) return {};
+  constexpr auto most_separators = 7;
+  if (!line.starts_with(kind) || std::count(line.begin(), line.end(), ',') > most_separators) {
+    return {};
+  }
   auto fields = split(line, ',');
   for (auto& field : fields) field = trimmed(field);
   return fields;

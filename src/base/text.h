@@ -17,7 +17,8 @@ std::string_view trimmed(std::string_view text);
 std::vector<std::string_view> split(std::string_view text, char separator);
 
 /**
- * The trimmed fields of a line that begins with `kind`, between its commas; none when it does not.
+ * The trimmed fields of a line that begins with `kind`, between its commas; none when it does not,
+ * or has more than the 8 fields of a route.
  * Only the beginning is looked at, so the first field may go on behind `kind`.
  */
 std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind);
