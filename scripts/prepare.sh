@@ -8,6 +8,8 @@ display_packages=(xvfb openbox fonts-wqy-microhei)
 # What scripts/operators-day and tests/journey need besides.
 day_packages=(xdotool imagemagick)
 journey_packages=(sudo iproute2 passwd)
+# What trials/kill-and-fill needs besides.
+trial_packages=(libseccomp-dev stow systemd)
 
 # install_missing PACKAGE...: installs those that are not there, or says what to install.
 install_missing() {

@@ -2,7 +2,6 @@
 // What one symbolic definition does to the file system.
 #include "linkbuilder/link-operations.h"
 
-#include <glib/gstdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -106,9 +105,13 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
 void build_fresh_link(const BakDefFields& definition) {
   const char* const to = definition.to.c_str();
   print_progress("source file [%s] is not exists \n", to);
-  // The folder itself is only there to have all those above it made.
-  g_mkdir_with_parents(to, new_folder_mode);
-  g_rmdir(to);
+  // Only the folders above: a run that is cut off must leave nothing at the path itself, or the next
+  // one would move that onto the source.
+  const auto end = definition.to.find_last_not_of('/');
+  const auto last_name = definition.to.rfind('/', end);
+  if (end != std::string::npos && last_name != std::string::npos) {
+    g_mkdir_with_parents(definition.to.substr(0, last_name + 1).c_str(), new_folder_mode);
+  }
   make_link(definition);
 }
 
