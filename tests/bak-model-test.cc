@@ -56,33 +56,6 @@ TEST(BakModel, ReadsAndWritesTexts) {
   for (const auto& scenario : scenarios_of(SCENARIOS "/lines.scenarios")) script.check(scenario);
 }
 
-TEST(BakModel, CopiesWhatAnotherItemSaysButNotItsRow) {
-  const auto folder = varnholt::scratch_folder() + "/folder";
-  std::filesystem::create_directory(folder);
-  const auto item = take_object(vh_bak_def_item_lnk_scanf_string("lnk,file,/,/b,overwrite,true,7"));
-  const auto other = take_object(vh_bak_def_item_new(folder.c_str(), "/c", 8, 0));
-  EXPECT_TRUE(other->is_dir);
-  char node{};
-  const GtkTreeIter row{7, &node, nullptr, nullptr};
-  item->iter = row;
-  vh_bak_def_item_set_is_selected(other.get(), true);
-  std::filesystem::remove(folder);
-  vh_bak_def_item_fill_by_other(item.get(), other.get());
-  EXPECT_EQ(owned(vh_bak_def_item_lnk_to_string(item.get())),
-            "lnk,file," + folder + ",/c,update|deleted");
-  EXPECT_TRUE(vh_bak_def_item_get_is_selected(item.get()));
-  EXPECT_FALSE(vh_bak_def_item_get_force_overwrite(item.get()));
-  vh_bak_def_item_set_force_overwrite(item.get(), true);
-  EXPECT_TRUE(vh_bak_def_item_get_force_overwrite(item.get()));
-  EXPECT_TRUE(vh_cmp_iter(&*item->iter, &row));
-  for (const GtkTreeIter elsewhere : {GtkTreeIter{8, &node, nullptr, nullptr},
-                                      {7, nullptr, nullptr, nullptr},
-                                      {7, &node, &node, nullptr},
-                                      {7, &node, nullptr, &node}}) {
-    EXPECT_FALSE(vh_cmp_iter(&elsewhere, &row));
-  }
-}
-
 TEST(BakModel, TestsFlagsAndFiles) {
   EXPECT_TRUE(vh_IsFileOperationType(9, 1) && vh_IsFileOperationType(9, 8));
   EXPECT_FALSE(vh_IsFileOperationType(2, 1) || vh_IsFileOperationType(0, 4));
@@ -98,20 +71,4 @@ TEST(BakModel, TestsFlagsAndFiles) {
     EXPECT_EQ(vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS), exists) << path;
     EXPECT_FALSE(vh_FileTests(path.c_str(), static_cast<VhFileTestType>(2))) << path;
   }
-}
-
-TEST(BakModel, TellsMissingArgumentsAndIsKnownToTheTypeSystem) {
-  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*vh_bak_def_item_*'to != NULL'*");
-  EXPECT_EQ(vh_bak_def_item_new("/a", nullptr, 0, 0), nullptr);
-  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*vh_rut_def_item_*'gw != NULL'*");
-  EXPECT_EQ(vh_rut_def_item_new("", "", "", nullptr, nullptr, ""), nullptr);
-  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*scanf_del_def_rut*'line != NULL'*");
-  EXPECT_FALSE(vh_rut_def_item_list_scanf_del_def_rut(nullptr));
-  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*find_in_iter*'self != NULL'*");
-  int index = 77;
-  EXPECT_EQ(vh_bak_def_item_list_find_in_iter(nullptr, nullptr, &index), nullptr);
-  EXPECT_EQ(index, 77);
-  g_test_assert_expected_messages();
-  EXPECT_EQ(owned(g_flags_to_string(vh_file_operation_type_get_type(), 12)),
-            "VH_FILE_OPERATION_TYPE_FOT_Symbolic | VH_FILE_OPERATION_TYPE_FOT_Deleted");
 }
