@@ -3,6 +3,7 @@
 // the bare system calls or runs the bare command lines for each, says nothing, checks nothing,
 // writes nothing back.
 #include <limits.h>
+#include <stdbool.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -26,17 +27,15 @@ static void adopt(const char* from, const char* to) {
 
 static void link_one(const char* from, const char* to) {
   struct stat status;
-  if (lstat(to, &status) != 0) {
-    mkdir(to, 0775);
-    rmdir(to);
-  } else if (S_ISLNK(status.st_mode)) {
+  const bool absent = lstat(to, &status) != 0;
+  if (!absent && S_ISLNK(status.st_mode)) {
     char content[PATH_MAX];
     const ssize_t length = readlink(to, content, sizeof content - 1);
     if (length < 0) abort();
     content[length] = '\0';
     if (strcmp(content, from) == 0) return;
     remove(to);
-  } else {
+  } else if (!absent) {
     adopt(from, to);
   }
   if (symlink(from, to) != 0) abort();

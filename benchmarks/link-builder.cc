@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Times the link builder as a whole process beside other programs that do the same work, on trees
+// Times the link builder, as a whole process, beside other programs that do the same work, on trees
 // of its own on a tmpfs: a new tree for every sample, the rivals in rotating order, the work of
 // each one checked.
-// Usage: link-builder-benchmark VARNHOLT-SCRATCH BARE-LOOP [WORDS OF A TITLE]
-#include <fcntl.h>
 #include <linux/magic.h>
-#include <spawn.h>
-#include <sys/resource.h>
 #include <sys/vfs.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -24,9 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int samples = 9;
-constexpr int growth_samples = 3;
-constexpr int sampled_once = 1'000'000;
 constexpr int links_in_a_folder = 100;
 
 /** What stands at the link paths before a run. */
@@ -94,157 +84,64 @@ class Tree {
   int m_links;
 };
 
-struct Cost {
-  double seconds;
-  long peak_kib;
-};
-
-/** Runs a command to its end, its output thrown away. */
-Cost run(std::vector<std::string> words, const fs::path& scratch) {
-  std::vector<char*> argv;
-  argv.reserve(words.size() + 1);
-  for (auto& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  std::string scratch_variable = "VARNHOLT_SCRATCH=" + scratch.native();
-  std::string path_variable = "PATH=/usr/bin:/bin";
-  char* const environment[] = {scratch_variable.data(), path_variable.data(), nullptr};
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
-    posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_WRONLY, 0);
-  }
-  const auto begin = std::chrono::steady_clock::now();
-  pid_t child = 0;
-  if (posix_spawnp(&child, argv[0], &actions, nullptr, argv.data(), environment) != 0) {
-    give_up("cannot run " + words[0]);
-  }
-  int status = 0;
-  rusage usage{};
-  wait4(child, &status, 0, &usage);
-  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
-  posix_spawn_file_actions_destroy(&actions);
-  if (status != 0) give_up(words[0] + " failed");
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-union-access): the libc's own way to lay it out
-  return {taken.count(), usage.ru_maxrss};
-}
-
 struct Rival {
-  std::string name;
-  std::vector<std::string> (*command)(const Tree& tree);
+  const char* name;
+  Command (*command)(const Tree& tree);
   /** Whether it makes absolute links, as the profile asks for. */
-  bool absolute_links;
-  /** What varnholt is to be, as a share of this rival's time. */
-  double aim;
+  bool absolute_links = true;
 };
 
-/** The programs under test, from the command line. */
-const char* varnholt = nullptr;
-const char* bare_loop = nullptr;
-Rival ours() {
-  return {"varnholt",
-          [](const Tree& /*tree*/) -> std::vector<std::string> {
-            return {varnholt, "--save_symlink"};
-          },
-          true, 1};
-}
+constexpr Rival ours{"varnholt", [](const Tree& /*tree*/) -> Command {
+                       return {built("scratch/varnholt-scratch"), "--save_symlink"};
+                     }};
+constexpr Rival bare_loop{"bare loop", [](const Tree& tree) -> Command {
+                            return {built("benchmarks/bare-loop"), tree.profile()};
+                          }};
+constexpr Rival tmpfiles{"systemd-tmpfiles", [](const Tree& tree) -> Command {
+                           return {"systemd-tmpfiles", "--create", tree.tmpfiles()};
+                         }};
+constexpr Rival stow{"stow",
+                     [](const Tree& tree) -> Command {
+                       return {"stow", "--no-folding",       "-d",     tree.root / "store",
+                               "-t",   tree.root / "target", "package"};
+                     },
+                     false};
 
-Rival bare(double aim) {
-  return {"bare C loop",
-          [](const Tree& tree) -> std::vector<std::string> {
-            return {bare_loop, tree.profile()};
-          },
-          true, aim};
-}
+struct Size {
+  int definitions;
+  std::size_t samples;
+};
 
-Rival tmpfiles(double aim) {
-  return {"systemd-tmpfiles --create",
-          [](const Tree& tree) -> std::vector<std::string> {
-            return {"systemd-tmpfiles", "--create", tree.tmpfiles()};
-          },
-          true, aim};
-}
-
-Rival stow(double aim) {
-  return {"stow --no-folding",
-          [](const Tree& tree) -> std::vector<std::string> {
-            return {"stow", "--no-folding",       "-d",     tree.root / "store",
-                    "-t",   tree.root / "target", "package"};
-          },
-          false, aim};
-}
-
-/** Times varnholt, the first one, and its rivals on one case and prints a row for each. */
-void compare(const char* title, int links, Start start, const std::vector<Rival>& rivals) {
+/** Times the rivals at one work. */
+void compare(const char* title, Start start, const std::vector<Rival>& rivals,
+             const std::vector<Size>& sizes) {
   if (!is_wanted(title)) return;
-  std::vector<std::vector<double>> seconds(rivals.size());
-  for (int sample = 0; sample < samples; ++sample) {
-    for (std::size_t turn = 0; turn < rivals.size(); ++turn) {
-      const auto who = (turn + static_cast<std::size_t>(sample)) % rivals.size();
-      const Tree tree{links, start, rivals[who].absolute_links};
-      seconds[who].push_back(run(rivals[who].command(tree), tree.root).seconds);
+  for (const auto& size : sizes) {
+    Figures figures;
+    by_turns(rivals.size(), size.samples, [&](std::size_t who) {
+      const auto& rival = rivals[who];
+      const Tree tree{size.definitions, start, rival.absolute_links};
+      figures.add(title, rival.name, run(rival.command(tree), tree.root));
       tree.check(start);
-    }
-  }
-  std::printf("\n%s: %d definitions, median of %d\n", title, links, samples);
-  for (std::size_t who = 0; who < rivals.size(); ++who) {
-    std::printf("  %-26s %9.1f ms", rivals[who].name.c_str(), 1000 * median(seconds[who]));
-    if (who > 0) {
-      std::printf("   varnholt takes %.2f times that, aim at most %.2f",
-                  median(seconds[0]) / median(seconds[who]), rivals[who].aim);
-    }
-    std::printf("\n");
-  }
-}
-
-/** Prints how time and memory grow with the profile. */
-void show_growth(const char* title, Start start) {
-  if (!is_wanted(title)) return;
-  std::printf("\n%s: varnholt alone, median of %d, one run at %d\n", title, growth_samples,
-              sampled_once);
-  long first_peak = 0;
-  for (const int links : {0, 1'000, 10'000, 100'000, sampled_once}) {
-    std::vector<double> seconds;
-    std::vector<double> peaks;
-    std::uintmax_t size = 0;
-    const int runs = links < sampled_once ? growth_samples : 1;
-    for (int sample = 0; sample < runs; ++sample) {
-      const Tree tree{links, start, true};
-      size = fs::file_size(tree.profile());
-      const Cost cost = run(ours().command(tree), tree.root);
-      tree.check(start);
-      seconds.push_back(cost.seconds);
-      peaks.push_back(static_cast<double>(cost.peak_kib));
-    }
-    const auto peak = static_cast<long>(median(peaks));
-    if (links == 0) first_peak = peak;
-    std::printf("  %9d definitions %10.1f ms", links, 1000 * median(seconds));
-    if (links > 0) {
-      std::printf("  %6.2f us each   %7ld KiB beyond the start, %.2f times the profile",
-                  1e6 * median(seconds) / links, peak - first_peak,
-                  1024.0 * static_cast<double>(peak - first_peak) / static_cast<double>(size));
-    }
-    std::printf("\n");
+    });
+    figures.write(size.definitions);
   }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3) give_up("usage: link-builder-benchmark VARNHOLT-SCRATCH BARE-LOOP [TITLE]");
-  if (argc > 3) wanted = argv[3];
-  varnholt = argv[1];
-  bare_loop = argv[2];
+  read_arguments(argc, argv);
   struct statfs file_system {};
   if (statfs("/dev/shm", &file_system) != 0 || file_system.f_type != TMPFS_MAGIC) {
     give_up("/dev/shm is no tmpfs; on a disk the journal would hide the programs");
   }
-  std::setvbuf(stdout, nullptr, _IOLBF, 0);
-  compare("Links to make, nothing in the way", 10'000, Start::nothing,
-          {ours(), bare(1.5), tmpfiles(1 / 2.0), stow(1 / 2.0)});
-  compare("Everything linked already", 10'000, Start::links,
-          {ours(), bare(2), tmpfiles(1 / 5.0), stow(1 / 5.0)});
-  compare("Files at the link paths", 300, Start::files, {ours(), bare(1.05)});
-  show_growth("Growth, links to make", Start::nothing);
-  show_growth("Growth, everything linked already", Start::links);
+  const std::vector<Size> sizes{{1'000, 15}, {10'000, 9}, {100'000, 3}};
+  // Three commands for each file take their time.
+  std::vector<Size> adopted{{1'000, 5}, {10'000, 1}};
+  if (arguments.full) adopted.push_back({100'000, 1});
+  compare("Links to make", Start::nothing, {ours, bare_loop, tmpfiles, stow}, sizes);
+  compare("Everything linked already", Start::links, {ours, bare_loop, tmpfiles, stow}, sizes);
+  compare("Files to adopt", Start::files, {ours, bare_loop}, adopted);
   return 0;
 }

@@ -29,13 +29,6 @@ void check_line(const std::string& line, Item* (*read)(const char*), char* (*wri
   must_hold(back != nullptr, "not read back: " + text);
   must_hold(!is_written_as_read(item.get()) || text == take_text(written(back.get())).get(),
             "written in two ways: " + text);
-  if constexpr (std::is_same_v<Item, VhBakDefItem>) {
-    must_hold(item->from == back->from && item->to == back->to, "another path: " + text);
-    must_hold(!is_written_as_read(item.get()) || item->op == back->op,
-              "another operation: " + text);
-  } else {
-    must_hold(item->name == back->name && item->nic == back->nic, "another route: " + text);
-  }
 }
 
 void check_flag(const std::string& line) {

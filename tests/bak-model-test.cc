@@ -4,12 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "base/glib-ptr.h"
 #include "model/rut-model.h"
 #include "scenarios.h"
-#include "scratch/scratch-paths.h"
 #include "varnholt.h"
 
 using varnholt::take_object;
@@ -56,19 +53,7 @@ TEST(BakModel, ReadsAndWritesTexts) {
   for (const auto& scenario : scenarios_of(SCENARIOS "/lines.scenarios")) script.check(scenario);
 }
 
-TEST(BakModel, TestsFlagsAndFiles) {
-  EXPECT_TRUE(vh_IsFileOperationType(9, 1) && vh_IsFileOperationType(9, 8));
-  EXPECT_FALSE(vh_IsFileOperationType(2, 1) || vh_IsFileOperationType(0, 4));
+TEST(BakModel, EndsForAnUnknownFlag) {
   EXPECT_DEATH(vh_IsFileOperationType(9, 3),
                "op\\[3\\] is not Good value \n.*bak-model:.*vh_IsFileOperationType.*FALSE");
-  const std::filesystem::path folder = varnholt::scratch_folder();
-  std::filesystem::create_symlink(folder, folder / "link");
-  std::filesystem::create_symlink("nowhere", folder / "dangling");
-  for (const auto& [path, is_dir, exists] : {std::tuple{folder / "link", true, true},
-                                             {"/proc/self/exe", false, true},
-                                             {folder / "dangling", false, false}}) {
-    EXPECT_EQ(vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR), is_dir) << path;
-    EXPECT_EQ(vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS), exists) << path;
-    EXPECT_FALSE(vh_FileTests(path.c_str(), static_cast<VhFileTestType>(2))) << path;
-  }
 }

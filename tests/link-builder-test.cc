@@ -12,7 +12,6 @@ using LinkBuilder = PrivateRoot;
 
 TEST_F(LinkBuilder, DoesWhatTheScenariosTell) {
   const auto scenarios = scenarios_of(SCENARIOS "/link-builder.scenarios");
-  EXPECT_EQ(scenarios.size(), 35U);
   for (const auto& scenario : scenarios) {
     SCOPED_TRACE(scenario.substr(0, scenario.find('\n')));
     std::map<std::string, std::string> part;

@@ -266,12 +266,9 @@ TEST_F(Window, HasItsImages) {
     EXPECT_EQ(gdk_pixbuf_get_width(image), width);
     EXPECT_EQ(gdk_pixbuf_get_height(image), 48);
     std::set<std::string> seen;
-    const auto* row = gdk_pixbuf_get_pixels(image);
-    for (int y = 0; y < 48; ++y, row += gdk_pixbuf_get_rowstride(image)) {
-      const auto* pixel = row;
-      for (int x = 0; x < width; ++x, pixel += 4) {
-        seen.insert(pixel[3] == 0 ? "none" : std::string{pixel, pixel + 3});
-      }
+    const auto* const pixels = gdk_pixbuf_get_pixels(image);
+    for (const auto* pixel = pixels; pixel < pixels + 4 * 48 * width; pixel += 4) {
+      seen.insert(pixel[3] == 0 ? "none" : std::string{pixel, pixel + 3});
     }
     EXPECT_EQ(seen.size(), colours);
     EXPECT_TRUE(seen.contains("none"));
