@@ -42,7 +42,7 @@ void check_flag(const std::string& line) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto line = text_of(data, size);
+  const std::string line{reinterpret_cast<const char*>(data), size};
   check_line(line, vh_bak_def_item_lnk_scanf_string, vh_bak_def_item_lnk_to_string);
   check_line(line, vh_bak_def_item_shl_scanf_string, vh_bak_def_item_shl_to_string);
   check_line(line, vh_rut_def_item_scanf_string, vh_rut_def_item_to_string);

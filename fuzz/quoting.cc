@@ -44,7 +44,7 @@ void check_in(const char* shell, bool reads_escapes, const std::string& text) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  auto text = text_of(data, size);
+  std::string text{reinterpret_cast<const char*>(data), size};
   text.resize(text.find('\0') == std::string::npos ? size : text.find('\0'));
   static const bool dash_reads_escapes = varnholt::echo_reads_escapes("/bin/dash");
   static const bool bash_reads_escapes = varnholt::echo_reads_escapes("/bin/bash");

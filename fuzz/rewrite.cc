@@ -18,7 +18,7 @@ bool matches(const char* pattern, const std::string& line) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto profile = text_of(data, size);
+  const std::string profile{reinterpret_cast<const char*>(data), size};
   std::string expected;
   std::size_t definitions = 0;
   for (std::size_t at = 0; at < size + (profile.ends_with('\n') ? 1 : 0);) {

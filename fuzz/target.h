@@ -18,7 +18,3 @@ inline void must_hold(bool holds, const std::string& what) {
 
 /** One input. Declared by libFuzzer, and called by replay.cc with a file of the corpus. */
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
-inline std::string text_of(const std::uint8_t* data, std::size_t size) {
-  return {reinterpret_cast<const char*>(data), size};
-}
