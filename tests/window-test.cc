@@ -227,11 +227,11 @@ class Window : public DisplayTest {
       for (const auto& value : std::span{known->values, known->n_values}) {
         script.say(std::to_string(value.value) + ' ' + value.value_name + ' ' + value.value_nick);
       }
-      g_type_class_unref(known);
     };
     on["start"] = [this](Words critical) {
-      if (!critical.empty())
+      if (!critical.empty()) {
         g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, critical.c_str());
+      }
       start();
     };
     // The toolkit's file chooser leaves its caches behind.
@@ -274,8 +274,9 @@ TEST_F(Window, HasItsImages) {
     EXPECT_EQ(gdk_pixbuf_get_width(image), width);
     EXPECT_EQ(gdk_pixbuf_get_height(image), 48);
     std::set<std::string> seen;
-    const auto* const pixels = gdk_pixbuf_get_pixels(image);
-    for (const auto* pixel = pixels; pixel < pixels + 4 * 48 * width; pixel += 4) {
+    const auto* pixel = gdk_pixbuf_get_pixels(image);
+    for (const auto* const end = pixel + gdk_pixbuf_get_byte_length(image); pixel < end;
+         pixel += 4) {
       seen.insert(pixel[3] == 0 ? "none" : std::string{pixel, pixel + 3});
     }
     EXPECT_EQ(seen.size(), colours);
