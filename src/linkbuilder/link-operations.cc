@@ -105,8 +105,8 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
 void build_fresh_link(const BakDefFields& definition) {
   const char* const to = definition.to.c_str();
   print_progress("source file [%s] is not exists \n", to);
-  // Only the folders above: a run that is cut off must leave nothing at the path itself, or the next
-  // one would move that onto the source.
+  // Only the folders above: a run that is cut off must leave nothing at the path itself, or the
+  // next one would move that onto the source.
   const auto end = definition.to.find_last_not_of('/');
   const auto last_name = definition.to.rfind('/', end);
   if (end != std::string::npos && last_name != std::string::npos) {
