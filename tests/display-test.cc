@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <memory>
 #include <set>
+#include <span>
 #include <sstream>
 
 #include "base/glib-ptr.h"
@@ -97,13 +98,46 @@ std::string cell_text(GtkTreeViewColumn* column) {
   return take_text(text).get();
 }
 
-std::string text_in(GtkWidget* entry) {
-  return pango_layout_get_text(gtk_entry_get_layout(GTK_ENTRY(entry)));
+/** What of a widget, or of its place in the one around it, is not as at first, but for mere state.
+ */
+std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
+  static const std::set<std::string> state{
+      "can-focus",      "composite-child", "events",   "has-focus",        "has-toplevel-focus",
+      "invisible-char", "is-active",       "is-focus", "n-columns",        "n-rows",
+      "name",           "orientation",     "position", "receives-default", "scroll-offset",
+      "storage-type",   "visible"};
+  auto* const list = around == nullptr ? g_object_class_list_properties
+                                       : gtk_container_class_list_child_properties;
+  guint count = 0;
+  const std::unique_ptr<GParamSpec*, FreeWith<g_free>> specs{
+      list(G_OBJECT_GET_CLASS(around == nullptr ? widget : around), &count)};
+  std::string changed;
+  for (auto* spec : std::span{specs.get(), count}) {
+    const bool text = g_value_type_transformable(spec->value_type, G_TYPE_STRING) != 0;
+    if (!text || (spec->flags & G_PARAM_READABLE) == 0 || state.contains(spec->name)) continue;
+    GValue value = G_VALUE_INIT;
+    g_value_init(&value, spec->value_type);
+    if (around == nullptr) {
+      g_object_get_property(G_OBJECT(widget), spec->name, &value);
+    } else {
+      gtk_container_child_get_property(GTK_CONTAINER(around), widget, spec->name, &value);
+    }
+    if (g_param_value_defaults(spec, &value) == 0) {
+      GValue written = G_VALUE_INIT;
+      g_value_transform(&value, g_value_init(&written, G_TYPE_STRING));
+      changed += ' ' + std::string{spec->name} + '=' + g_value_get_string(&written);
+      g_value_unset(&written);
+    }
+    g_value_unset(&value);
+  }
+  return changed;
 }
 
 /** What a widget of a dialog tells its reader; empty when only others tell something. */
 std::string said_by(GtkWidget* widget) {
-  if (GTK_IS_ENTRY(widget)) return '[' + text_in(widget) + ']';
+  if (GTK_IS_ENTRY(widget)) {
+    return '[' + std::string{pango_layout_get_text(gtk_entry_get_layout(GTK_ENTRY(widget)))} + ']';
+  }
   if (GTK_IS_COMBO_BOX_TEXT(widget)) {
     const auto chosen = take_text(gtk_combo_box_text_get_active_text(GTK_COMBO_BOX_TEXT(widget)));
     return '{' + std::string{chosen ? chosen.get() : "-"} + '}';
@@ -195,6 +229,20 @@ void DisplayTest::click(GtkTreeView* view, int row, int column, int times) {
            times);
 }
 
+void DisplayTest::drop(GtkWidget* widget, const std::string& uris) {
+  GtkSelectionData dropped{};
+  dropped.display = gdk_display_get_default();
+  dropped.target = gdk_atom_intern_static_string("text/uri-list");
+  ASSERT_TRUE(gtk_target_list_find(gtk_drag_dest_get_target_list(widget), dropped.target, nullptr));
+  gtk_selection_data_set(&dropped, dropped.target, 8, reinterpret_cast<const guchar*>(uris.data()),
+                         static_cast<int>(uris.size()));
+  const varnholt::TextPtr data{reinterpret_cast<char*>(dropped.data)};
+  const auto drag = varnholt::take_object(gdk_drag_context_new());
+  drag->protocol = GDK_DRAG_PROTO_NONE;
+  drag->source_window = varnholt::make_object(gtk_widget_get_window(widget)).release();
+  g_signal_emit_by_name(widget, "drag-data-received", drag.get(), 0, 0, &dropped, 0U, 0U);
+}
+
 void DisplayTest::press(const std::string& keys) {
   std::istringstream words{keys};
   for (std::string word; words >> word;) {
@@ -212,14 +260,9 @@ void DisplayTest::press(const std::string& keys) {
 }
 
 void DisplayTest::ask_to_close() {
-  XEvent event{};
-  event.xclient.type = ClientMessage;
-  event.xclient.window = GDK_WINDOW_XID(gtk_widget_get_window(window));
-  event.xclient.message_type = XInternAtom(x_display(), "_NET_CLOSE_WINDOW", False);
-  event.xclient.format = 32;
-  XSendEvent(x_display(), DefaultRootWindow(x_display()), False,
-             SubstructureNotifyMask | SubstructureRedirectMask, &event);
-  XFlush(x_display());
+  const std::unique_ptr<GdkEvent, FreeWith<gdk_event_free>> event{gdk_event_new(GDK_DELETE)};
+  event->any.window = varnholt::make_object(gtk_widget_get_window(window)).release();
+  gdk_event_put(event.get());
 }
 
 void DisplayTest::expect_dialog(std::function<void(GtkDialog*)> deal) {
@@ -228,14 +271,6 @@ void DisplayTest::expect_dialog(std::function<void(GtkDialog*)> deal) {
 }
 
 std::string DisplayTest::text_of(GtkDialog* dialog) {
-  std::set<guint> mnemonics;
-  find(GTK_WIDGET(dialog), [&mnemonics](GtkWidget* widget) {
-    if (!GTK_IS_LABEL(widget) || !gtk_widget_get_mapped(widget)) return false;
-    const guint key = gtk_label_get_mnemonic_keyval(GTK_LABEL(widget));
-    const bool distinct = key == GDK_KEY_VoidSymbol || mnemonics.insert(key).second;
-    EXPECT_TRUE(distinct) << "the mnemonic of " << gtk_label_get_text(GTK_LABEL(widget));
-    return false;
-  });
   if (GTK_IS_FILE_CHOOSER(dialog)) return text_of_chooser(GTK_FILE_CHOOSER(dialog));
   struct Piece {
     int middle;
@@ -243,9 +278,13 @@ std::string DisplayTest::text_of(GtkDialog* dialog) {
     std::string text;
   };
   std::vector<Piece> pieces;
-  find(GTK_WIDGET(dialog), [&pieces, dialog](GtkWidget* widget) {
+  std::set<guint> mnemonics;
+  find(GTK_WIDGET(dialog), [&pieces, &mnemonics, dialog](GtkWidget* widget) {
     auto said = said_by(widget);
-    if (!gtk_widget_get_mapped(widget) || said.empty()) return false;
+    if (!gtk_widget_get_mapped(widget)) return false;
+    const guint key = GTK_IS_LABEL(widget) ? gtk_label_get_mnemonic_keyval(GTK_LABEL(widget)) : 0;
+    EXPECT_TRUE(key == GDK_KEY_VoidSymbol || key == 0 || mnemonics.insert(key).second) << said;
+    if (said.empty()) return false;
     if (gtk_window_get_focus(GTK_WINDOW(dialog)) == widget) said.insert(0, ">");
     if (!gtk_widget_is_sensitive(widget)) said.insert(0, "~");
     const auto& place = widget->allocation;
@@ -263,6 +302,28 @@ std::string DisplayTest::text_of(GtkDialog* dialog) {
   std::string text = gtk_window_get_title(GTK_WINDOW(dialog));
   for (const auto& piece : pieces) text += " | " + piece.text;
   return text;
+}
+
+std::vector<std::string> DisplayTest::layout_of(GtkWidget* top) {
+  std::vector<std::string> lines;
+  find(top, [&lines](GtkWidget* widget) {
+    // What a button, a table or a scrolled window is made of is the toolkit's own.
+    auto* const around = gtk_widget_get_parent(widget);
+    const auto inside = [around](GType type) {
+      return around != nullptr && gtk_widget_get_ancestor(around, type) != nullptr;
+    };
+    gboolean own = FALSE;
+    g_object_get(widget, "composite-child", &own, nullptr);
+    if (inside(GTK_TYPE_BUTTON) || inside(GTK_TYPE_COMBO_BOX) || own) return false;
+    auto line = changed_properties(widget, nullptr);
+    if (around != nullptr) line += " :" + changed_properties(widget, around);
+    auto* const named =
+        GTK_IS_LABEL(widget) ? gtk_label_get_mnemonic_widget(GTK_LABEL(widget)) : nullptr;
+    if (named != nullptr) line += std::string{" names a "} + G_OBJECT_TYPE_NAME(named);
+    lines.push_back(G_OBJECT_TYPE_NAME(widget) + line);
+    return false;
+  });
+  return lines;
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as the widgets are

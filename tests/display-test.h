@@ -29,13 +29,16 @@ class DisplayTest : public testing::Test {
   static void click(GtkWidget* widget);
   static void click(GtkTreeView* view, int row, int column, int times = 1);
 
+  /** Hands a widget what is dropped on it: files, or what else has an address. */
+  static void drop(GtkWidget* widget, const std::string& uris);
+
   /**
    * Presses and releases keys by their X names, for example "Tab Shift_L+Tab Return"; a word behind
    * "=" is typed.
    */
   static void press(const std::string& keys);
 
-  /** Has the window manager close the window, as its button in the title does. */
+  /** Closes the window as the window manager's button does. */
   void ask_to_close();
 
   /** Has the next dialog dealt with so. It fails the test when another one comes, or none. */
@@ -46,6 +49,12 @@ class DisplayTest : public testing::Test {
    * ">" before what has the keyboard and "~" before what cannot be used.
    */
   static std::string text_of(GtkDialog* dialog);
+
+  /**
+   * Each widget in another, itself included, a line each: its type, what of it is not as the
+   * toolkit makes it, and behind ":" the same for its place in the widget around it.
+   */
+  static std::vector<std::string> layout_of(GtkWidget* top);
 
   /** The first widget in another, itself included, for which it holds; null when there is none. */
   static GtkWidget* find(GtkWidget* top, const std::function<bool(GtkWidget*)>& holds);

@@ -2,11 +2,8 @@
 // The link builder as a whole: the installed program on real trees.
 #include <map>
 
-#include "base/glib-ptr.h"
-#include "linkbuilder/link-operations.h"
 #include "private-root.h"
 #include "scenarios.h"
-#include "scratch/scratch-paths.h"
 
 using LinkBuilder = PrivateRoot;
 
@@ -30,16 +27,4 @@ TEST_F(LinkBuilder, DoesWhatTheScenariosTell) {
     EXPECT_EQ(tree(), part["after"]);
     EXPECT_EQ(read(profile), part[part.contains("kept") ? "kept" : "profile"]);
   }
-}
-
-TEST(LinkOperations, TakeItems) {
-  const auto& folder = varnholt::scratch_folder();
-  const auto link = folder + "/new";
-  const auto item = varnholt::take_object(vh_bak_def_item_new("/s", link.c_str(), 12, 0));
-  main_build_symlink(item.get());
-  EXPECT_FALSE(std::filesystem::is_symlink(link));
-  item->op = VH_FILE_OPERATION_TYPE_FOT_Symbolic;
-  main_build_symlink(item.get());
-  EXPECT_EQ(std::filesystem::read_symlink(link), "/s");
-  EXPECT_EQ(main_build_symlink_imp(item.get()), -1);
 }

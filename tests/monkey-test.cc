@@ -21,24 +21,10 @@ guint number_from(const char* variable, guint otherwise) {
   return text == nullptr ? otherwise : static_cast<guint>(std::stoul(text));
 }
 
-constexpr std::array<std::string_view, 17> texts{
-    "",     "/",     "/a",        "/a/",      "/b c ", "/é",       "-rf",      "\xE2\x80\x8F/א",
-    "/x,y", "/a\nb", "`$x`\"\\'", "\x01\x1B", "a=b",   "10.0.0.0", "10.0.0.1", "255.0.0.0",
-    "eth0"};
-constexpr std::size_t longest_path = 4096;
-
 std::string value_of(GtkTreeModel* model, GtkTreeIter* row, int column) {
   char* text = nullptr;
   gtk_tree_model_get(model, row, column, &text, -1);
   return take_text(text).get();
-}
-
-/** The texts of an item as its row shows them. */
-std::string seen(const VhBakDefItem* item) {
-  return varnholt::shown_shortened(item->from) + '|' + varnholt::shown_shortened(item->to);
-}
-std::string seen(const VhRutDefItem* item) {
-  return varnholt::shown_shortened(item->name) + '|' + varnholt::shown_shortened(item->addr);
 }
 
 }  // namespace
@@ -72,10 +58,7 @@ class Monkey : public DisplayTest {
       if (GTK_IS_COMBO_BOX(widget)) {
         gtk_combo_box_set_active(GTK_COMBO_BOX(widget), static_cast<int>(roll(2)));
       } else if (GTK_IS_ENTRY(widget) && roll(3) != 0) {
-        const auto chosen = roll(texts.size() + 1);
-        const std::string text{chosen == texts.size() ? std::string(longest_path, 'x')
-                                                      : std::string{texts.at(chosen)}};
-        gtk_entry_set_text(GTK_ENTRY(widget), text.c_str());
+        gtk_entry_set_text(GTK_ENTRY(widget), texts.at(roll(texts.size())).c_str());
       } else if (GTK_IS_CHECK_BUTTON(widget) && roll(2) == 0) {
         gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(widget), TRUE);
       }
@@ -98,11 +81,10 @@ class Monkey : public DisplayTest {
     auto* const column = gtk_tree_view_get_column(table->tree_view.get(), box_column);
     const std::unique_ptr<GList, varnholt::FreeWith<g_list_free>> cells{
         gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(column))};
-    const auto how = roll(8);
+    const auto how = roll(7);
     if (how < 5) g_signal_emit_by_name(cells->data, "toggled", row.c_str());
     if (how == 5) gtk_tree_view_set_cursor(table->tree_view.get(), path.get(), nullptr, FALSE);
-    if (how == 6) gtk_tree_selection_unselect_all(table->selection);
-    if (how == 7) table->clear_selection();
+    if (how == 6) table->clear_selection();
   }
 
   void act() {
@@ -121,11 +103,12 @@ class Monkey : public DisplayTest {
     if (what > 11) touch(main->lnk_table.get(), 0);
   }
 
-  /** Checks that a table shows its list, row for row, and that each row leads to its item. */
+  /** Checks that a table shows its list, two fields of each item, and that rows lead to items. */
   template <typename List>
   static void check_rows(auto* table, auto* (*nth)(List*, guint),
                          auto* (*find)(List*, const GtkTreeIter*, int*),
-                         auto* (*first_ticked)(List*, int*), guint (*ticked)(List*)) {
+                         auto* (*first_ticked)(List*, int*), guint (*ticked)(List*), auto one,
+                         auto other) {
     auto* const model = GTK_TREE_MODEL(table->store.get());
     auto* const list = table->items.get();
     std::vector<int> ticks;
@@ -138,7 +121,8 @@ class Monkey : public DisplayTest {
       ASSERT_TRUE(item && take_object(find(list, &row, &found)) == item) << index;
       ASSERT_EQ(found, index);
       ASSERT_EQ(varnholt::value_of<bool>(model, &row, 0), item->is_selected) << index;
-      ASSERT_EQ(value_of(model, &row, 1) + '|' + value_of(model, &row, 2), seen(item.get()));
+      ASSERT_EQ(value_of(model, &row, 1), varnholt::shown_shortened((*item).*one));
+      ASSERT_EQ(value_of(model, &row, 2), varnholt::shown_shortened((*item).*other));
       if (item->is_selected) ticks.push_back(index);
     }
     ASSERT_EQ(nth(list, static_cast<guint>(index)), nullptr);
@@ -151,7 +135,7 @@ class Monkey : public DisplayTest {
   static void check_definitions(VhBakDefWidget* table) {
     check_rows(table, vh_bak_def_item_list_nth_data, vh_bak_def_item_list_find_in_iter,
                vh_bak_def_item_list_get_first_selected_item,
-               vh_bak_def_item_list_total_selected_number);
+               vh_bak_def_item_list_total_selected_number, &VhBakDefItem::from, &VhBakDefItem::to);
     bool links_begin = false;
     for (auto* item : *table->items) {
       const bool link = vh_IsFileOperationType(item->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic);
@@ -190,6 +174,15 @@ class Monkey : public DisplayTest {
                          main->shl_table->items->length() + 1);
   }
 
+  const std::vector<std::string> texts{"",          "/",
+                                       "/a",        "/a/",
+                                       "/b c ",     "/é",
+                                       "-rf",       "\xE2\x80\x8F/א",
+                                       "/x,y",      "/a\nb",
+                                       "`$x`\"\\'", "\x01\x1B",
+                                       "a=b",       "10.0.0.0",
+                                       "10.0.0.1",  "255.0.0.0",
+                                       "eth0",      std::string(4096, 'x')};
   const guint seed = number_from("VARNHOLT_SEED", std::random_device{}());
   std::mt19937 dice{seed};
   guint dealer = 0;
@@ -207,7 +200,8 @@ TEST_F(Monkey, LeavesListsRowsAndTextInStep) {
     check_definitions(main->shl_table.get());
     check_rows(main->rut_table.get(), vh_rut_def_item_list_nth_data,
                vh_rut_def_item_list_find_in_iter, vh_rut_def_item_list_get_first_selected_item,
-               vh_rut_def_item_list_total_selected_number);
+               vh_rut_def_item_list_total_selected_number, &VhRutDefItem::name,
+               &VhRutDefItem::addr);
     check_text();
     ASSERT_FALSE(HasFailure());
   }

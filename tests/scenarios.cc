@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "base/glib-ptr.h"
@@ -24,15 +25,12 @@ std::vector<std::string> scenarios_of(const std::string& file) {
   std::stringstream text;
   text << std::ifstream{file}.rdbuf();
   auto scenarios = pieces(text.str(), "\n\n=== ");
-  EXPECT_FALSE(scenarios.empty()) << file;
-  if (!scenarios.empty()) scenarios.back().pop_back();
+  scenarios.at(scenarios.size() - 1).pop_back();
   return scenarios;
 }
 
 void Transcript::say(std::string text) {
-  while (!left_out.empty() && text.find(left_out) != std::string::npos) {
-    text.erase(text.find(left_out), left_out.size());
-  }
+  text = std::regex_replace(text, std::regex{left_out}, "");
   // Only what a line of a text file cannot show is escaped.
   const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
   std::string letters;
@@ -55,10 +53,7 @@ void Transcript::check(const std::string& scenario) {
     const auto command = commands.find(line.substr(0, space));
     ASSERT_NE(command, commands.end()) << line;
     auto arguments = space == std::string::npos ? "" : line.substr(space + 1);
-    for (auto at = arguments.find('@'); at != std::string::npos; at = arguments.find('@', at)) {
-      arguments.replace(at, 1, left_out);
-      at += left_out.size();
-    }
+    arguments = std::regex_replace(arguments, std::regex{"@"}, left_out);
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     command->second(take_text(g_strcompress(arguments.c_str())).get());

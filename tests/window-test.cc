@@ -7,7 +7,6 @@
 #include <fstream>
 #include <functional>
 #include <map>
-#include <set>
 #include <span>
 #include <sstream>
 
@@ -163,6 +162,23 @@ class Window : public DisplayTest {
         press(answer.substr(last));
       });
     };
+    on["layout"] = [this](Words what) {
+      const auto say_layout = [this](gpointer top) {
+        for (Words line : layout_of(GTK_WIDGET(top))) script.say(line);
+      };
+      if (what == "window") return say_layout(window);
+      expect_dialog([say_layout](GtkDialog* dialog) {
+        say_layout(dialog);
+        press("Escape");
+      });
+    };
+    on["drop"] = [this](Words uris) {
+      expect_dialog([this, uris](GtkDialog* dialog) {
+        drop(GTK_WIDGET(main->lnk_dlg->from_entry.get()), uris);
+        script.say(text_of(dialog));
+        press("Escape");
+      });
+    };
     on["alter"] = [this](Words text) {
       script.say(std::to_string(main_alter(text.c_str(), GTK_BUTTONS_YES_NO)));
     };
@@ -222,11 +238,16 @@ class Window : public DisplayTest {
       varnholt::run_command("cd \"$VARNHOLT_SCRATCH\"; " + command);
     };
     on["type"] = [this](Words name) {
-      auto* const known =
-          static_cast<GEnumClass*>(g_type_class_ref(g_type_from_name(name.c_str())));
-      for (const auto& value : std::span{known->values, known->n_values}) {
-        script.say(std::to_string(value.value) + ' ' + value.value_name + ' ' + value.value_nick);
-      }
+      const auto type = g_type_from_name(name.c_str());
+      script.say(g_type_name(g_type_parent(type)));
+      const auto say_values = [this](const auto* known) {
+        for (const auto& value : std::span{known->values, known->n_values}) {
+          script.say(std::to_string(value.value) + ' ' + value.value_name + ' ' + value.value_nick);
+        }
+      };
+      auto* const known = G_TYPE_IS_OBJECT(type) ? nullptr : g_type_class_ref(type);
+      if (G_TYPE_IS_ENUM(type)) say_values(static_cast<GEnumClass*>(known));
+      if (G_TYPE_IS_FLAGS(type)) say_values(static_cast<GFlagsClass*>(known));
     };
     on["start"] = [this](Words critical) {
       if (!critical.empty()) {
@@ -266,35 +287,4 @@ TEST_F(Window, DoesWhatTheScenariosTell) {
     SetUp();
     ASSERT_NO_FATAL_FAILURE(script.check(scenario));
   }
-}
-
-TEST_F(Window, HasItsImages) {
-  for (const auto& [image, width, colours] :
-       {std::tuple{main->icon_pixbuf.get(), 48, 632U}, {main->ribbon_pixbuf.get(), 200, 611U}}) {
-    EXPECT_EQ(gdk_pixbuf_get_width(image), width);
-    EXPECT_EQ(gdk_pixbuf_get_height(image), 48);
-    std::set<std::string> seen;
-    const auto* pixel = gdk_pixbuf_get_pixels(image);
-    for (const auto* const end = pixel + gdk_pixbuf_get_byte_length(image); pixel < end;
-         pixel += 4) {
-      seen.insert(pixel[3] == 0 ? "none" : std::string{pixel, pixel + 3});
-    }
-    EXPECT_EQ(seen.size(), colours);
-  }
-}
-
-TEST_F(Window, OutlivesItsView) {
-  const auto item = read_file("/a,/b,update");
-  auto* const files = main->lnk_table.get();
-  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*'old_item->iter'*");
-  EXPECT_FALSE(vh_bak_def_widget_edit_item(files, item.get(), item.get()));
-  char* result = nullptr;
-  g_test_expect_message("varnholt", G_LOG_LEVEL_CRITICAL, "*main_inputdlg*'msg != NULL'*");
-  EXPECT_FALSE(main_inputdlg(&result, nullptr, "title"));
-  EXPECT_EQ(result, nullptr);
-  const auto kept = varnholt::make_object(GTK_WIDGET(files));
-  vh_bak_def_widget_add_item(files, item.get());
-  gtk_widget_destroy(kept.get());
-  EXPECT_EQ(vh_bak_def_widget_get_select_item(files), nullptr);
-  EXPECT_EQ(take_object(vh_bak_def_widget_get_items(files))->length(), 1U);
 }

@@ -10,6 +10,7 @@
 #include "base/object-type.h"
 #include "base/signal.h"
 #include "base/text.h"
+#include "ui/accessible.h"
 #include "ui/form.h"
 #include "ui/prompts.h"
 #include "ui/window-ptr.h"
@@ -173,10 +174,14 @@ void arrange_widgets(VhDefDlg* self) {
   gtk_box_pack_start(box, GTK_WIDGET(self->append_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_start(box, GTK_WIDGET(self->overwrite_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_end(box, GTK_WIDGET(self->select_file_cb.get()), FALSE, FALSE, 0);
-  varnholt::attach_row(table, 0, self->from_label.get(), self->from_entry.get());
-  varnholt::attach_small(table, GTK_WIDGET(self->from_btn.get()), 2, 0);
-  varnholt::attach_row(table, 1, self->to_label.get(), self->to_entry.get());
-  varnholt::attach_small(table, GTK_WIDGET(self->to_btn.get()), 2, 1);
+  const auto attach_path = [table](guint row, GtkLabel* caption, GtkEntry* entry, GtkButton* btn) {
+    varnholt::attach_row(table, row, caption, entry);
+    varnholt::attach_small(table, GTK_WIDGET(btn), 2, row);
+    varnholt::take_dropped_paths(entry);
+    varnholt::name_by(btn, caption);
+  };
+  attach_path(0, self->from_label.get(), self->from_entry.get(), self->from_btn.get());
+  attach_path(1, self->to_label.get(), self->to_entry.get(), self->to_btn.get());
   varnholt::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
 
   GtkWidget* const content = gtk_dialog_get_content_area(self);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "base/glib-ptr.h"
+#include "base/signal.h"
 #include "base/text.h"
 
 namespace varnholt {
@@ -12,11 +14,21 @@ namespace {
 
 constexpr auto* original_key = "varnholt-original";
 
+using UriList = std::unique_ptr<char*, FreeWith<g_strfreev>>;
+using TargetList = std::unique_ptr<GtkTargetList, FreeWith<gtk_target_list_unref>>;
+
 /** A text that an entry cannot show, and what it shows instead. */
 struct Original {
   std::string text;
   std::string seen;
 };
+
+/** The path of the first file that was dropped; none when it was no file. */
+TextPtr dropped_path(GtkSelectionData* dropped) {
+  const UriList uris{gtk_selection_data_get_uris(dropped)};
+  if (!uris || *uris == nullptr) return {};
+  return take_text(g_filename_from_uri(*uris, nullptr, nullptr));
+}
 
 }  // namespace
 
@@ -72,6 +84,23 @@ std::string entry_text(GtkEntry* entry) {
       static_cast<const Original*>(g_object_get_data(G_OBJECT(entry), original_key));
   const bool untouched = original != nullptr && original->seen == seen;
   return std::string{trimmed(untouched ? original->text : seen)};
+}
+
+void take_dropped_paths(GtkEntry* entry) {
+  // A file manager offers its files as a text too; the entry takes the first kind that both name.
+  const TargetList kinds{gtk_target_list_new(nullptr, 0)};
+  gtk_target_list_add_uri_targets(kinds.get(), 0);
+  gtk_target_list_add_text_targets(kinds.get(), 0);
+  gtk_drag_dest_set_target_list(GTK_WIDGET(entry), kinds.get());
+  connect(entry, "drag-data-received", entry,
+          [](GtkEntry* hit, GdkDragContext* drag, int /*x*/, int /*y*/, GtkSelectionData* dropped,
+             guint /*info*/, guint time) {
+            const auto path = dropped_path(dropped);
+            if (!path) return;
+            set_entry_text(hit, path.get());
+            gtk_drag_finish(drag, TRUE, FALSE, time);
+            g_signal_stop_emission_by_name(hit, "drag-data-received");
+          });
 }
 
 int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,

@@ -35,6 +35,12 @@ void set_entry_text(GtkEntry* entry, std::string_view text);
 std::string entry_text(GtkEntry* entry);
 
 /**
+ * Has an entry take the path of a file or folder that is dropped on it, of several the first, in
+ * place of its text. A dropped text goes into the text as ever.
+ */
+void take_dropped_paths(GtkEntry* entry);
+
+/**
  * Runs a dialog from the first entry on whose value is empty, or from the first of all; returns the
  * response.
  */

@@ -10,6 +10,7 @@
 #include "app-ribbon.xpm"
 #include "base/object-type.h"
 #include "base/signal.h"
+#include "ui/accessible.h"
 #include "varnholt.h"
 
 namespace {
@@ -65,6 +66,14 @@ void make_pages(Main* self) {
     gtk_widget_set_no_show_all(page.get(), TRUE);
     gtk_widget_set_visible(page.get(), page == self->pages.front());
   }
+}
+
+/** Has the button of each page name its table. */
+void name_tables(Main* self) {
+  const auto* const bar = self->control_bar.get();
+  varnholt::name_by(self->lnk_table->tree_view.get(), bar->btn_link.get());
+  varnholt::name_by(self->rut_table->tree_view.get(), bar->btn_route.get());
+  varnholt::name_by(self->shl_table->tree_view.get(), bar->btn_shell.get());
 }
 
 void arrange_window(Main* self) {
@@ -144,6 +153,7 @@ Main* main_construct(GType object_type) {
   make_ribbon(self);
   self->control_bar = sink_object<VhControlWidget>(vh_control_widget_new());
   make_pages(self);
+  name_tables(self);
   arrange_window(self);
   attach_signals(self);
   gtk_widget_show_all(GTK_WIDGET(self->window.get()));
