@@ -3,13 +3,15 @@
 # project by bash.
 
 build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev libxtst-dev)
-# What scripts/with-display needs, and a font for the texts of the windows.
-display_packages=(xvfb openbox fonts-wqy-microhei)
+# What scripts/with-display needs, a font for the texts of the windows, and a look at their icon.
+display_packages=(xvfb openbox fonts-wqy-microhei x11-utils)
 # What scripts/operators-day and tests/journey need besides.
 day_packages=(xdotool imagemagick)
 journey_packages=(sudo iproute2 passwd)
 # What trials/kill-and-fill needs besides.
 trial_packages=(libseccomp-dev stow systemd)
+# What ./package needs besides.
+package_packages=(dpkg-dev file lintian desktop-file-utils appstream mandoc)
 
 # install_missing PACKAGE...: installs those that are not there, or says what to install.
 install_missing() {

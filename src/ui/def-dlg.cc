@@ -183,6 +183,7 @@ void arrange_widgets(VhDefDlg* self) {
   attach_path(0, self->from_label.get(), self->from_entry.get(), self->from_btn.get());
   attach_path(1, self->to_label.get(), self->to_entry.get(), self->to_btn.get());
   varnholt::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
+  varnholt::name_group(box, self->action_label.get());
 
   GtkWidget* const content = gtk_dialog_get_content_area(self);
   gtk_box_pack_start(GTK_BOX(content), GTK_WIDGET(self->jnt_cb.get()), TRUE, TRUE, 0);

@@ -2,6 +2,7 @@
 // The main window: what stands in it, and what happens when it is closed.
 #include <gdk/gdkkeysyms.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <utility>
@@ -28,19 +29,19 @@ void main_init_dlgs(Main* self) {
   self->rut_dlg = own_window<VhRutDlg>(vh_rut_dlg_new(nullptr, window));
 }
 
+constexpr int usual_width = 600;
+constexpr int usual_height = 450;
+
 void make_window(Main* self) {
+  // A window that stands does not get it any more.
+  self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
+  gtk_window_set_default_icon(self->icon_pixbuf.get());
   self->window = own_window<GtkWindow>(gtk_window_new(GTK_WINDOW_TOPLEVEL));
   auto* const window = self->window.get();
   gtk_window_set_position(window, GTK_WIN_POS_CENTER);
   gtk_widget_set_size_request(GTK_WIDGET(window), 400, 300);
-  gtk_window_set_default_size(window, 600, 450);
+  gtk_window_set_default_size(window, usual_width, usual_height);
   gtk_window_set_title(window, "备份文件");
-}
-
-/** Makes the icon of every window, also of those that stand. */
-void make_icon(Main* self) {
-  self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
-  gtk_window_set_default_icon(self->icon_pixbuf.get());
 }
 
 void make_ribbon(Main* self) {
@@ -89,6 +90,15 @@ void arrange_window(Main* self) {
   pack(gtk_hseparator_new(), 2);
   gtk_box_pack_end(box, GTK_WIDGET(self->page_box.get()), TRUE, TRUE, 0);
   gtk_container_add(GTK_CONTAINER(self->window.get()), GTK_WIDGET(box));
+}
+
+/** Makes room for the whole control bar when the fonts are large. */
+void widen_window(Main* self) {
+  gtk_widget_show_all(GTK_WIDGET(self->main_box.get()));
+  GtkRequisition wanted{};
+  gtk_widget_size_request(GTK_WIDGET(self->main_box.get()), &wanted);
+  gtk_window_set_default_size(self->window.get(), std::max(usual_width, wanted.width),
+                              usual_height);
 }
 
 bool has_check_box(GtkTreeViewColumn* column) {
@@ -156,10 +166,10 @@ Main* main_construct(GType object_type) {
   name_tables(self);
   arrange_window(self);
   attach_signals(self);
-  gtk_widget_show_all(GTK_WIDGET(self->window.get()));
+  widen_window(self);
+  gtk_widget_show(GTK_WIDGET(self->window.get()));
   // The window comes up while the rest is made.
   gdk_display_flush(gtk_widget_get_display(GTK_WIDGET(self->window.get())));
-  make_icon(self);
   main_init_dlgs(self);
   main_read(self);
   main_show_stack_page(self, 0);
