@@ -25,6 +25,7 @@ TEST(BakModel, ReadsAndWritesTexts) {
   const auto learn = [&script](const char* kind, auto read, auto written) {
     script.commands[kind] = [=, &script](const std::string& line) {
       const auto item = take_object(read(line.c_str()));
+      EXPECT_FALSE(item && item->is_selected);
       script.say(item ? owned(written(item.get())) : "(none)");
     };
   };

@@ -102,10 +102,9 @@ std::string cell_text(GtkTreeViewColumn* column) {
  */
 std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
   static const std::set<std::string> state{
-      "can-focus",      "composite-child", "events",   "has-focus",        "has-toplevel-focus",
-      "invisible-char", "is-active",       "is-focus", "n-columns",        "n-rows",
-      "name",           "orientation",     "position", "receives-default", "scroll-offset",
-      "storage-type",   "visible"};
+      "can-focus",      "composite-child",  "events",        "has-focus",    "has-toplevel-focus",
+      "invisible-char", "is-active",        "is-focus",      "name",         "orientation",
+      "position",       "receives-default", "scroll-offset", "storage-type", "visible"};
   auto* const list = around == nullptr ? g_object_class_list_properties
                                        : gtk_container_class_list_child_properties;
   guint count = 0;
@@ -167,7 +166,6 @@ std::string text_of_chooser(GtkFileChooser* chooser) {
   };
   wait_until(find_path, "the chooser's path");
   EXPECT_TRUE(gtk_file_chooser_get_show_hidden(chooser));
-  EXPECT_TRUE(gtk_file_chooser_get_local_only(chooser));
   return std::string{gtk_window_get_title(GTK_WINDOW(chooser))} +
          (folders ? " | a folder: " : " | a file: ") + path.get();
 }
@@ -319,6 +317,9 @@ std::vector<std::string> DisplayTest::layout_of(GtkWidget* top) {
     if (around != nullptr) line += " :" + changed_properties(widget, around);
     auto* const named =
         GTK_IS_LABEL(widget) ? gtk_label_get_mnemonic_widget(GTK_LABEL(widget)) : nullptr;
+    const auto relations =
+        varnholt::take_object(atk_object_ref_relation_set(gtk_widget_get_accessible(widget)));
+    if (atk_relation_set_get_n_relations(relations.get()) > 0) line += " is named";
     if (named != nullptr) line += std::string{" names a "} + G_OBJECT_TYPE_NAME(named);
     lines.push_back(G_OBJECT_TYPE_NAME(widget) + line);
     return false;

@@ -95,8 +95,7 @@ class Monkey : public DisplayTest {
     if (what == 4 && roll(4) == 0) gtk_button_clicked(bar->btn_del.get());
     if (what == 5) gtk_button_clicked(GTK_BUTTON(bar->page_btns.at(roll(3)).get()));
     if (what == 6) gtk_button_clicked(GTK_BUTTON(main->rut_table->del_rut_cb.get()));
-    if (what == 7) vh_bak_def_widget_update_items_last_oper_time(main->lnk_table.get());
-    if (what == 8) settle();
+    if (what == 7 || what == 8) settle();
     if (what == 9) touch(main->lnk_table.get(), VH_BAK_DEF_WIDGET_COL_IDX_FORCE_OVERWRITE);
     if (what == 10) touch(main->rut_table.get(), 0);
     if (what == 11) touch(main->shl_table.get(), 0);

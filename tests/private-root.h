@@ -12,7 +12,10 @@
 /** Runs a command and returns what it printed to standard output. */
 std::string output_of(std::vector<const char*> words);
 
-/** Makes an ordinary user root of a user namespace; false where the machine allows none. */
+/**
+ * Gives this process a network of its own, and makes an ordinary user root of a user namespace;
+ * false where the machine allows none.
+ */
 bool become_root();
 
 /** Gives each test an empty machine of its own below `root`. */

@@ -46,7 +46,7 @@ class Window : public DisplayTest {
   void SetUp() override {
     DisplayTest::SetUp();
     static const bool root = become_root();
-    if (!root) GTEST_SKIP() << "no user namespace here, and an ordinary user saves with a password";
+    if (!root) GTEST_SKIP() << "no namespaces of one's own here";
     g_setenv("VARNHOLT_SCRATCH", varnholt::scratch_folder().c_str(), TRUE);
     main_s_exe_path = take_text(g_strdup(VARNHOLT_SCRATCH_PROGRAM));
     g_unsetenv("show_date");
@@ -184,8 +184,10 @@ class Window : public DisplayTest {
     };
     on["ask"] = [this](Words text) {
       char* result = nullptr;
-      const bool confirmed = main_inputdlg(&result, text.c_str(), "title: ");
-      script.say((confirmed ? "yes: " : "no: ") + std::string{SecretPtr{result}.get()} + '.');
+      char** const taken = text.empty() ? nullptr : &result;
+      const bool confirmed = main_inputdlg(taken, text.c_str(), "title: ");
+      const std::string typed = text.empty() ? "" : SecretPtr{result}.get();
+      script.say((confirmed ? "yes: " : "no: ") + typed + '.');
     };
     on["focus"] = [this](Words /*none*/) {
       auto* const focus = gtk_window_get_focus(GTK_WINDOW(window));
