@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The class Main, which ties the parts of the program together: the window, the commands of its
 // buttons, and the profile that it loads and saves. What belongs to the class as a whole and needs
-// none of that is declared beside it: its link operations in linkbuilder/, its prompts in
+// no object of it is declared beside it: its link operations in linkbuilder/, its prompts in
 // ui/prompts.h.
 #pragma once
 

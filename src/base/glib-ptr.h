@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Owning pointers for what GLib and the toolkit hand out. A raw pointer is always a borrowed one.
+// Owning pointers for what GLib and the toolkit hand out. A raw pointer is a borrowed one
+// everywhere else.
 #pragma once
 
 #include <memory>

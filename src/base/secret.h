@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Texts that hold a password: their memory is overwritten before it is free for others, a core file
-// among them.
+// Texts that hold a password: their memory is overwritten before it is given back, so that nobody
+// finds them there, in a core file for example.
 #pragma once
 
 #include <cstring>

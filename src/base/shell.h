@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shell command lines: the one place where a text becomes a word of a command, and where a command
-// is run.
+// Shell command lines: how a path or a program becomes a word of one, and how one is run. How the
+// password becomes one is told in store/root-rights.h.
 #pragma once
 
 #include <string>

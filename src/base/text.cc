@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cutting of profile text: fields of a line, lines of a file.
+// Cutting of profile text: fields of a line, lines of a file; and what of a text can be shown.
 #include "base/text.h"
 
 #include <algorithm>

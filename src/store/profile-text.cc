@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The profile as a text: what the tables hold, and the version of what is stored.
+// The profile as a text: what the tables hold, the version of what is stored, and where a character
+// stands.
 #include <array>
 #include <cstdlib>
 #include <string>

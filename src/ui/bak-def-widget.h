@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The table of file definitions or of boot scripts, and the only way in which its list is changed.
+// The table of file definitions or of boot scripts, whose functions keep rows and list in step.
 #pragma once
 
 #include <ctime>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The row of buttons below the ribbon: three page buttons, one of which is pressed, and three
-// action buttons. It reports clicks and does nothing else.
+// action buttons. It reports clicks; what they do is not its matter.
 #pragma once
 
 #include <array>

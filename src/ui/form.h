@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the two dialogs for a definition share: their frame, a grid of captions and inputs, entries
-// that keep what they cannot show, and the way from one entry to the next.
+// that keep what they cannot show and take dropped files, and which entry has the keyboard first.
 #pragma once
 
 #include <gtk/gtk.h>

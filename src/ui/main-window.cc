@@ -33,7 +33,7 @@ constexpr int usual_width = 600;
 constexpr int usual_height = 450;
 
 void make_window(Main* self) {
-  // A window that stands does not get it any more.
+  // A window that was made before would not get it.
   self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
   gtk_window_set_default_icon(self->icon_pixbuf.get());
   self->window = own_window<GtkWindow>(gtk_window_new(GTK_WINDOW_TOPLEVEL));
