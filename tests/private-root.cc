@@ -13,7 +13,6 @@
 #include <sstream>
 
 #include "base/glib-ptr.h"
-#include "base/shell.h"
 #include "scratch/scratch-paths.h"
 
 namespace fs = std::filesystem;
@@ -64,14 +63,11 @@ void PrivateRoot::SetUp() {
   root = varnholt::scratch_folder() + "/root";
   fs::create_directory(root);
   ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, nullptr), 0);
-  using varnholt::path_argument;
-  const std::string furnish = "set -e; cd " + path_argument(root.native()) +
-                              "; mkdir usr proc dev; ln -s usr/bin usr/lib usr/lib64 ."
-                              "; touch dev/null dev/varnholt; mount --rbind /proc proc"
-                              "; mount --bind -o ro /usr usr; mount --bind /dev/null dev/null"
-                              "; mount --bind -o ro " +
-                              path_argument(VARNHOLT_PROGRAM) + " dev/varnholt; echo furnished";
-  ASSERT_EQ(output_of({"sh", "-c", furnish.c_str()}), "furnished\n");
+  constexpr auto* furnish =
+      "set -e; cd \"$1\"; mkdir usr proc dev; ln -s usr/bin usr/lib usr/lib64 ."
+      "; touch dev/null dev/varnholt; mount --rbind /proc proc; mount --bind -o ro /usr usr"
+      "; mount --bind /dev/null dev/null; mount --bind -o ro \"$2\" dev/varnholt; echo furnished";
+  ASSERT_EQ(output_of({"sh", "-c", furnish, "sh", root.c_str(), VARNHOLT_PROGRAM}), "furnished\n");
 }
 
 void PrivateRoot::TearDown() {
@@ -90,9 +86,7 @@ void PrivateRoot::write(const std::string& path, const std::string& text) const 
 }
 
 std::string PrivateRoot::read(const std::string& path) const {
-  std::stringstream text;
-  text << std::ifstream{root.native() + '/' + path}.rdbuf();
-  return text.str();
+  return shell("cat " + path + " 2>/dev/null || :");
 }
 
 void PrivateRoot::plant(const std::string& listing) const {

@@ -121,6 +121,8 @@ class Window : public DisplayTest {
       const auto values = read(fields);
       if (!edit(widget, values.get(), edited)) return script.say("refused");
       EXPECT_TRUE(vh_cmp_iter(&before, &*edited->iter) && vh_cmp_iter(&before, &*values->iter));
+      values->iter->user_data = nullptr;
+      EXPECT_FALSE(vh_cmp_iter(&before, &*values->iter));
     };
     using Verb = std::function<void(int row, Words last_word)>;
     const std::map<std::string, Verb> verbs{
