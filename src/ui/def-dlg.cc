@@ -118,8 +118,7 @@ WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folders) {
   gtk_file_chooser_set_select_multiple(chooser, FALSE);
   // Its button and the entry for a path would share a mnemonic.
   gtk_file_chooser_set_create_folders(chooser, FALSE);
-  gtk_file_chooser_set_show_hidden(chooser, TRUE);
-  // When it comes up the chooser goes back to what it was set to last time.
+  // Set before it comes up, the chooser would go back to what it was set to last time.
   varnholt::connect(chooser, "map", chooser,
                     [](GtkFileChooser* mapped) { gtk_file_chooser_set_show_hidden(mapped, TRUE); });
   point_at(chooser, start, folders);
