@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The link builder as a whole: the installed program on real trees.
 #include <map>
+#include <regex>
 
 #include "private-root.h"
 #include "scenarios.h"
@@ -23,7 +24,9 @@ TEST_F(LinkBuilder, DoesWhatTheScenariosTell) {
     if (part.contains("profile")) write(profile, part["profile"]);
     // A line waits on the input, as a password may.
     const auto run = part.insert({"run", "echo secret | dev/varnholt --save_symlink"}).first;
-    EXPECT_EQ(shell(run->second), part["says"]);
+    // Newer commands give their name without the folder.
+    EXPECT_EQ(std::regex_replace(shell(run->second), std::regex{"/bin/(mv|rm|cp): "}, "$1: "),
+              part["says"]);
     EXPECT_EQ(tree(), part["after"]);
     EXPECT_EQ(read(profile), part[part.contains("kept") ? "kept" : "profile"]);
   }

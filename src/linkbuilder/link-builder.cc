@@ -29,6 +29,7 @@ using varnholt::print_progress;
 namespace paths = varnholt::paths;
 
 constexpr mode_t profile_mode = 0644;
+constexpr mode_t all_modes = 07777;
 
 /** The pipe at standard input may still hold a password line, which no command may read. */
 void take_no_input() {
@@ -75,6 +76,12 @@ void write_profile(const std::string& text) {
   if (!g_file_set_contents_full(paths::profile, text.data(), static_cast<gssize>(text.size()),
                                 on_disk, profile_mode, out(error))) {
     print_failure("open file [%s] failed : %s \n", paths::profile, error->message);
+    return;
+  }
+  // Newer versions of GLib keep the mode of the file that was there.
+  struct stat written {};
+  if (stat(paths::profile, &written) == 0 && (written.st_mode & all_modes) != profile_mode) {
+    chmod(paths::profile, profile_mode);
   }
 }
 
