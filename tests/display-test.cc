@@ -98,8 +98,7 @@ std::string cell_text(GtkTreeViewColumn* column) {
   return take_text(text).get();
 }
 
-/** What of a widget, or of its place in the one around it, is not as at first, but for mere state.
- */
+/** What of a widget, or of its place in the one around it, is not as at first, but mere state. */
 std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
   static const std::set<std::string> state{
       "can-focus",      "composite-child",  "events",        "has-focus",    "has-toplevel-focus",
@@ -108,23 +107,23 @@ std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
   auto* const list = around == nullptr ? g_object_class_list_properties
                                        : gtk_container_class_list_child_properties;
   guint count = 0;
-  const std::unique_ptr<GParamSpec*, FreeWith<g_free>> specs{
+  const std::unique_ptr<GParamSpec*, FreeWith<g_free>> all{
       list(G_OBJECT_GET_CLASS(around == nullptr ? widget : around), &count)};
   std::string changed;
-  for (auto* spec : std::span{specs.get(), count}) {
-    const bool text = g_value_type_transformable(spec->value_type, G_TYPE_STRING) != 0;
-    if (!text || (spec->flags & G_PARAM_READABLE) == 0 || state.contains(spec->name)) continue;
+  for (auto* each : std::span{all.get(), count}) {
+    const bool text = g_value_type_transformable(each->value_type, G_TYPE_STRING) != 0;
+    if (!text || (each->flags & G_PARAM_READABLE) == 0 || state.contains(each->name)) continue;
     GValue value = G_VALUE_INIT;
-    g_value_init(&value, spec->value_type);
+    g_value_init(&value, each->value_type);
     if (around == nullptr) {
-      g_object_get_property(G_OBJECT(widget), spec->name, &value);
+      g_object_get_property(G_OBJECT(widget), each->name, &value);
     } else {
-      gtk_container_child_get_property(GTK_CONTAINER(around), widget, spec->name, &value);
+      gtk_container_child_get_property(GTK_CONTAINER(around), widget, each->name, &value);
     }
-    if (g_param_value_defaults(spec, &value) == 0) {
+    if (g_param_value_defaults(each, &value) == 0) {
       GValue written = G_VALUE_INIT;
       g_value_transform(&value, g_value_init(&written, G_TYPE_STRING));
-      changed += ' ' + std::string{spec->name} + '=' + g_value_get_string(&written);
+      changed += ' ' + std::string{each->name} + '=' + g_value_get_string(&written);
       g_value_unset(&written);
     }
     g_value_unset(&value);
