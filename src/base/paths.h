@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The fixed paths of the system. paths.cc holds the real ones; tests of the window, the demonstration and
-// the benchmark link another definition, which points into a scratch folder.
+// The fixed paths of the system. paths.cc holds the real ones; tests of the window, the
+// demonstration and the benchmark link another definition, which points into a scratch folder.
 #pragma once
 
 namespace varnholt::paths {

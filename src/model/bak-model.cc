@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// File definitions and boot scripts: operation flags, file tests, one definition, the list of a table.
+// File definitions and boot scripts: flags, file tests, one definition, the list of a table.
 #include "model/bak-model.h"
 
 #include <sys/stat.h>

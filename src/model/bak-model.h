@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// File definitions and boot scripts: what a definition can ask for, one definition with its two line
-// forms, and the definitions of a table in their order. All text is UTF-8 but kept byte for byte; a
-// text that is returned belongs to the caller, who releases it with g_free(). A missing pointer
-// argument logs a critical warning, and the operation gives its zero result.
+// File definitions and boot scripts: what a definition can ask for, one definition with its two
+// line forms, and the definitions of a table in their order. All text is UTF-8 but kept byte for
+// byte; a text that is returned belongs to the caller, who releases it with g_free(). A missing
+// pointer argument logs a critical warning, and the operation gives its zero result.
 #pragma once
 
 #include <ctime>
