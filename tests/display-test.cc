@@ -165,6 +165,7 @@ std::string text_of_chooser(GtkFileChooser* chooser) {
   };
   wait_until(find_path, "the chooser's path");
   EXPECT_TRUE(gtk_file_chooser_get_show_hidden(chooser));
+  EXPECT_TRUE(gtk_file_chooser_get_local_only(chooser));
   return std::string{gtk_window_get_title(GTK_WINDOW(chooser))} +
          (folders ? " | a folder: " : " | a file: ") + path.get();
 }

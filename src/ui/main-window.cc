@@ -29,9 +29,6 @@ void main_init_dlgs(Main* self) {
   self->rut_dlg = own_window<VhRutDlg>(vh_rut_dlg_new(nullptr, window));
 }
 
-constexpr int usual_width = 600;
-constexpr int usual_height = 450;
-
 void make_window(Main* self) {
   // A window that was made before would not get it.
   self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
@@ -40,7 +37,6 @@ void make_window(Main* self) {
   auto* const window = self->window.get();
   gtk_window_set_position(window, GTK_WIN_POS_CENTER);
   gtk_widget_set_size_request(GTK_WIDGET(window), 400, 300);
-  gtk_window_set_default_size(window, usual_width, usual_height);
   gtk_window_set_title(window, "备份文件");
 }
 
@@ -92,8 +88,10 @@ void arrange_window(Main* self) {
   gtk_container_add(GTK_CONTAINER(self->window.get()), GTK_WIDGET(box));
 }
 
-/** Makes room for the whole control bar when the fonts are large. */
-void widen_window(Main* self) {
+/** Gives the window its size at the start: the usual one, or wider for a bar in large fonts. */
+void size_window(Main* self) {
+  constexpr int usual_width = 600;
+  constexpr int usual_height = 450;
   gtk_widget_show_all(GTK_WIDGET(self->main_box.get()));
   GtkRequisition wanted{};
   gtk_widget_size_request(GTK_WIDGET(self->main_box.get()), &wanted);
@@ -166,7 +164,7 @@ Main* main_construct(GType object_type) {
   name_tables(self);
   arrange_window(self);
   attach_signals(self);
-  widen_window(self);
+  size_window(self);
   gtk_widget_show(GTK_WIDGET(self->window.get()));
   // The window comes up while the rest is made.
   gdk_display_flush(gtk_widget_get_display(GTK_WIDGET(self->window.get())));
