@@ -71,17 +71,20 @@ bool is_link_with_slash(const std::string& path) {
   return kind_of(path.substr(0, 1 + path.find_last_not_of('/')).c_str()) == PathKind::symbolic_link;
 }
 
-/** symlink(2), told. */
-int make_link(const BakDefFields& definition) {
+/** Tells what became of a call of symlink(2), and returns its result. */
+int tell_link(const BakDefFields& definition, int result) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
-  const int result = symlink(from, to);
   if (result == 0) {
     print_progress("symlink %s ok  , source dir is %s  target dir is %s .\n", to, from, to);
   } else {
     print_failure("symlink %s failed , the return code is %d .\n", to, result);
   }
   return result;
+}
+
+int make_link(const BakDefFields& definition) {
+  return tell_link(definition, symlink(definition.from.c_str(), definition.to.c_str()));
 }
 
 /** Replaces the link at `to`, which holds `content`, unless it is the wanted one already. */
@@ -101,18 +104,28 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
   print_failure("remove %s failed , the return code is %d .\n", to, result);
 }
 
-/** Makes a link where nothing stands, with the folders above it. */
+/**
+ * Makes the folders above `path`. Only those: a run that is cut off must leave nothing at the path
+ * itself, or the next one would move that onto the source.
+ */
+void make_folders_above(const std::string& path) {
+  const auto end = path.find_last_not_of('/');
+  const auto last_name = path.rfind('/', end);
+  if (end == std::string::npos || last_name == std::string::npos) return;
+  g_mkdir_with_parents(path.substr(0, last_name + 1).c_str(), new_folder_mode);
+}
+
+/** Makes a link where nothing stands, with the folders above it when they are missing. */
 void build_fresh_link(const BakDefFields& definition) {
+  const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
   print_progress("source file [%s] is not exists \n", to);
-  // Only the folders above: a run that is cut off must leave nothing at the path itself, or the
-  // next one would move that onto the source.
-  const auto end = definition.to.find_last_not_of('/');
-  const auto last_name = definition.to.rfind('/', end);
-  if (end != std::string::npos && last_name != std::string::npos) {
-    g_mkdir_with_parents(definition.to.substr(0, last_name + 1).c_str(), new_folder_mode);
+  int result = symlink(from, to);
+  if (result != 0 && errno == ENOENT) {
+    make_folders_above(definition.to);
+    result = symlink(from, to);
   }
-  make_link(definition);
+  tell_link(definition, result);
 }
 
 /** Moves the folder or file at `to` onto the source and makes the link in its place. */
