@@ -30,14 +30,18 @@ void main_init_dlgs(Main* self) {
 }
 
 void make_window(Main* self) {
-  // A window that was made before would not get it.
-  self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
-  gtk_window_set_default_icon(self->icon_pixbuf.get());
   self->window = own_window<GtkWindow>(gtk_window_new(GTK_WINDOW_TOPLEVEL));
   auto* const window = self->window.get();
   gtk_window_set_position(window, GTK_WIN_POS_CENTER);
   gtk_widget_set_size_request(GTK_WIDGET(window), 400, 300);
   gtk_window_set_title(window, "备份文件");
+}
+
+/** Gives the icon to this window and to all that are made later. */
+void make_icon(Main* self) {
+  self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
+  gtk_window_set_default_icon(self->icon_pixbuf.get());
+  gtk_window_set_icon(self->window.get(), self->icon_pixbuf.get());
 }
 
 void make_ribbon(Main* self) {
@@ -48,21 +52,28 @@ void make_ribbon(Main* self) {
                      FALSE, 5);
 }
 
-void make_pages(Main* self) {
+/** Adds a page, hidden. A page is measured and laid out when it is shown, not with the window. */
+void add_page(Main* self, std::size_t number, gpointer table) {
+  auto* const page = GTK_WIDGET(table);
+  self->pages.at(number) = make_object(page);
+  gtk_box_pack_start(GTK_BOX(self->page_box.get()), page, TRUE, TRUE, 0);
+  gtk_widget_show_all(page);
+  gtk_widget_hide(page);
+  gtk_widget_set_no_show_all(page, TRUE);
+}
+
+void make_first_page(Main* self) {
   self->page_box = sink_object<GtkHBox>(gtk_hbox_new(FALSE, 0));
   self->lnk_table = sink_object<VhBakDefWidget>(vh_bak_def_widget_new(0));
+  add_page(self, 0, self->lnk_table.get());
+  gtk_widget_show(self->pages.front().get());
+}
+
+void make_other_pages(Main* self) {
   self->rut_table = sink_object<VhRutDefWidget>(vh_rut_def_widget_new());
   self->shl_table = sink_object<VhBakDefWidget>(vh_bak_def_widget_new(1));
-  self->pages = {make_object(GTK_WIDGET(self->lnk_table.get())),
-                 make_object(GTK_WIDGET(self->rut_table.get())),
-                 make_object(GTK_WIDGET(self->shl_table.get()))};
-  for (const auto& page : self->pages) {
-    gtk_box_pack_start(GTK_BOX(self->page_box.get()), page.get(), TRUE, TRUE, 0);
-    // A page is measured and laid out when it is shown, not with the window.
-    gtk_widget_show_all(page.get());
-    gtk_widget_set_no_show_all(page.get(), TRUE);
-    gtk_widget_set_visible(page.get(), page == self->pages.front());
-  }
+  add_page(self, 1, self->rut_table.get());
+  add_page(self, 2, self->shl_table.get());
 }
 
 /** Has the button of each page name its table. */
@@ -160,14 +171,16 @@ Main* main_construct(GType object_type) {
   make_window(self);
   make_ribbon(self);
   self->control_bar = sink_object<VhControlWidget>(vh_control_widget_new());
-  make_pages(self);
-  name_tables(self);
+  make_first_page(self);
   arrange_window(self);
-  attach_signals(self);
   size_window(self);
   gtk_widget_show(GTK_WIDGET(self->window.get()));
   // The window comes up while the rest is made.
   gdk_display_flush(gtk_widget_get_display(GTK_WIDGET(self->window.get())));
+  make_icon(self);
+  make_other_pages(self);
+  name_tables(self);
+  attach_signals(self);
   main_init_dlgs(self);
   main_read(self);
   main_show_stack_page(self, 0);
