@@ -55,14 +55,14 @@ void fill_standard_streams() {
 void run_window_mode(int argc, char** argv) {
   // Ignored, it would hide how a command ended.
   std::signal(SIGCHLD, SIG_DFL);
-  // A reader of the messages that goes away must not take the user's work with it. A handler,
-  // unlike being ignored, is not handed on to the commands.
-  std::signal(SIGPIPE, [](int /*signal*/) {});
   std::setlocale(LC_ALL, "");
   if (!gtk_init_check(&argc, &argv)) {
     print_failure("varnholt: the window needs a display, and none can be opened\n");
     return;
   }
+  // A reader of the messages that goes away must not take the user's work with it. The toolkit has
+  // the signal ignored, which would be handed on to the commands; a handler is not.
+  std::signal(SIGPIPE, [](int /*signal*/) {});
   main_run_window();
 }
 
