@@ -66,6 +66,8 @@ void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input) 
 void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkEntry* entry) {
   attach_row(grid, row, caption, GTK_WIDGET(entry));
   gtk_entry_set_activates_default(entry, TRUE);
+  // In characters, as the toolkit's usual width in pixels has no room for an address in large fonts.
+  gtk_entry_set_width_chars(entry, 18);
 }
 
 void set_entry_text(GtkEntry* entry, std::string_view text) {
