@@ -36,9 +36,12 @@ TEST(BakModel, ReadsAndWritesTexts) {
     script.say(owned(vh_FileOperationType_tostr(std::stoi(op))));
   };
   script.commands["index"] = [&script](const std::string& words) {
-    const auto colon = words.find(':');
-    script.say(std::to_string(
-        vh_string_index_of(words.substr(colon + 1).c_str(), words.substr(0, colon).c_str())));
+    const auto needle = words.substr(0, words.find(':'));
+    const auto text = words.substr(needle.size() + 1);
+    const int index = vh_string_index_of(text.c_str(), needle.c_str());
+    script.say(std::to_string(index));
+    if (g_utf8_strlen(needle.c_str(), -1) != 1) return;
+    EXPECT_EQ(main_string_index_of(text.c_str(), g_utf8_get_char(needle.c_str())), index);
   };
   script.commands["flag"] = [&script](const std::string& line) {
     const auto list = take_object(vh_rut_def_item_list_new());

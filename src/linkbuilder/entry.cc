@@ -60,15 +60,17 @@ void run_window_mode(int argc, char** argv) {
     print_failure("varnholt: the window needs a display, and none can be opened\n");
     return;
   }
-  // A reader of the messages that goes away must not take the user's work with it. The toolkit has
-  // the signal ignored, which would be handed on to the commands; a handler is not.
-  std::signal(SIGPIPE, [](int /*signal*/) {});
+  // Neither a reader of the messages that goes away nor a limit may take the user's work with it.
+  // The toolkit has the first signal ignored, which would be handed on to the commands; a handler
+  // is not.
+  for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, [](int /*signal*/) {});
   main_run_window();
 }
 
 }  // namespace
 
 int main_main(char** argv, int argc) {
+  g_return_val_if_fail(argv != NULL, 0);
   fill_standard_streams();
   // The link builder speaks English and compares bytes in every locale.
   gtk_disable_setlocale();

@@ -39,7 +39,7 @@ void take_no_input() {
     return;
   }
   dup2(null, STDIN_FILENO);
-  close(null);
+  if (null != STDIN_FILENO) close(null);
 }
 
 /** Sets right what the caller of the process may have left in a way that would do harm. */

@@ -29,6 +29,12 @@ bool begins_character(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
 
+/** Who has an item or a list finds the enumerations by name too. */
+void register_enumerations() {
+  vh_file_test_type_get_type();
+  vh_file_operation_type_get_type();
+}
+
 VhBakDefItem* make_item(GType object_type, BakDefFields fields) {
   auto* const self = static_cast<VhBakDefItem*>(g_object_new(object_type, nullptr));
   BakDefFields& own = *self;
@@ -170,8 +176,7 @@ GType vh_bak_def_item_get_type() {
   static const GType type =
       ItemType::register_type(G_TYPE_OBJECT, "VhBakDefItem", [](VhBakDefItemClass* klass) {
         klass->lnk_to_string = vh_bak_def_item_real_lnk_to_string;
-        vh_file_test_type_get_type();
-        vh_file_operation_type_get_type();
+        register_enumerations();
       });
   return type;
 }
@@ -274,12 +279,11 @@ VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line) {
 GType vh_bak_def_item_list_get_type() {
   using ListType = varnholt::ObjectType<VhBakDefItemList, VhBakDefItemListClass,
                                         varnholt::RowList<VhBakDefItem>>;
-  // Who has a list finds what stands in it by name too, before there is an item.
+  // What stands in a list is found by name before there is an item.
   static const GType type = ListType::register_type(G_TYPE_OBJECT, "VhBakDefItemList",
                                                     [](VhBakDefItemListClass* /*klass*/) {
                                                       vh_bak_def_item_get_type();
-                                                      vh_file_test_type_get_type();
-                                                      vh_file_operation_type_get_type();
+                                                      register_enumerations();
                                                     });
   return type;
 }

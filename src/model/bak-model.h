@@ -149,8 +149,8 @@ VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line);
 
 /**
  * The definitions of one table, in the order of its rows. Holds a reference on each; who gets an
- * item from it gets a reference too and releases it. Several items with one row, or several ticked
- * ones: the first counts.
+ * item from it gets a reference too and releases it. Of several ticked items the first counts, and
+ * so it does of several with one row, if each had it when it was put in.
  */
 struct VhBakDefItemList : GObject, varnholt::RowList<VhBakDefItem> {
   VhBakDefItemList() = delete;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The list behind a table: items in the order of the rows, each found by its row. Inserting,
-// removing, and finding by row or by index cost O(log n).
+// removing, and finding by index or by a row that an item has cost O(log n).
 #pragma once
 
 #include <functional>

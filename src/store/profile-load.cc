@@ -49,8 +49,10 @@ void main_read(Main* self) {
   const auto profile = varnholt::read_file(paths::profile);
   if (!profile.error) {
     for (const auto line : varnholt::split(profile.text(), '\n')) load_line(self, line);
-  } else if (varnholt::is_file_error(*profile.error)) {
-    self->unread = profile.error->code;
+    return;
+  }
+  self->unread = profile.error->code;
+  if (varnholt::is_file_error(*profile.error)) {
     varnholt::print_failure("open file [%s] failed : %d \n", paths::profile, profile.error->code);
   } else {
     varnholt::log_uncaught(*profile.error, "varnholt", __LINE__);

@@ -54,6 +54,7 @@ int main_get_cur_version(std::string* cont) {
 
 int main_string_index_of(const char* text, gunichar character) {
   g_return_val_if_fail(text != NULL, 0);
+  if (character == 0) return -1;
   constexpr std::size_t longest = 6;
   std::array<char, longest + 1> needle{};
   g_unichar_to_utf8(character, needle.data());
