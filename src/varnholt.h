@@ -49,7 +49,7 @@ struct MainState {
   /** Why the stored profile could not be read at the start, as a GFileError value; it then stays.
    */
   std::optional<int> unread;
-  /** Whether the window is being closed: what the user did meanwhile comes too late. */
+  /** Whether the save runs: what the user does meanwhile comes too late. */
   bool closing = false;
 };
 

@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "base/paths.h"
+#include "base/secret.h"
 #include "base/shell.h"
 #include "base/signal.h"
 #include "display-test.h"
@@ -160,6 +161,7 @@ class Window : public DisplayTest {
         settle();
         const auto last = answer.rfind(' ') + 1;
         press(answer.substr(0, last));
+        EXPECT_LT(GTK_WIDGET(dialog)->allocation.width, gdk_screen_width());
         script.say(text_of(dialog));
         press(answer.substr(last));
       });

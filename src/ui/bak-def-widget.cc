@@ -195,7 +195,7 @@ bool vh_bak_def_widget_edit_item(VhBakDefWidget* self, VhBakDefItem* new_item,
 
 void vh_bak_def_widget_del_selected_items(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
-  self->del_selected_items();
+  self->del_selected_items([](const VhBakDefItem& /*deleted*/) {});
 }
 
 void vh_bak_def_widget_mark_del_selected_items(VhBakDefWidget* self) {

@@ -41,7 +41,7 @@ class Value {
   explicit Value(bool flag) { g_value_set_boolean(g_value_init(&m_value, G_TYPE_BOOLEAN), flag); }
   explicit Value(int number) { g_value_set_int(g_value_init(&m_value, G_TYPE_INT), number); }
   explicit Value(gint64 number) { g_value_set_int64(g_value_init(&m_value, G_TYPE_INT64), number); }
-  /** A text is written as it can be shown: the toolkit has no windows wider than 32767 pixels. */
+  /** A text is written as it can be shown: a row must not be wider than a window can be. */
   explicit Value(const std::string& text) {
     g_value_set_string(g_value_init(&m_value, G_TYPE_STRING), shown_shortened(text).c_str());
   }
@@ -242,11 +242,12 @@ struct CheckedRows {
     }
   }
 
-  /** Takes every ticked item out of list and store. */
-  void del_selected_items() {
-    take_ticked([this](Item& ticked) {
+  /** Takes every ticked item out of list and store, and has each forgotten by who else knows it. */
+  void del_selected_items(const std::function<void(const Item& deleted)>& forget) {
+    take_ticked([this, &forget](Item& ticked) {
       GtkTreeIter row = *ticked.iter;
       if (!items->remove(row)) return false;
+      forget(ticked);
       ticked.iter.reset();
       gtk_list_store_remove(store.get(), &row);
       return true;

@@ -313,6 +313,7 @@ void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(btn != NULL);
   const bool source = btn == self->from_btn.get();
+  if (!source && btn != self->to_btn.get()) return;
   auto path = ask_for_path(self, source ? self->from_entry.get() : self->to_entry.get());
   const char* const objection = path ? varnholt::objection_to_field(path.get()) : nullptr;
   if (objection != nullptr) {
@@ -320,7 +321,7 @@ void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
     path.reset();
   }
   // The chooser stood over the main window and left the keyboard there.
-  gtk_window_present(GTK_WINDOW(self));
+  if (gtk_widget_get_visible(GTK_WIDGET(self)) != 0) gtk_window_present(GTK_WINDOW(self));
   if (!path) return;
   if (!source) {
     vh_def_dlg_set_to_location(self, path.get());

@@ -3,7 +3,7 @@
 #include <gdk/gdkkeysyms.h>
 
 #include <algorithm>
-#include <array>
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -121,7 +121,8 @@ void edit_on_activation(Main* self, GtkTreeView* table) {
   const auto press = [self] { gtk_button_clicked(self->control_bar->btn_edt.get()); };
   connect(table, "key-press-event", self, [press](GtkTreeView* /*table*/, GdkEventKey* event) {
     // The toolkit would toggle a check box that has the keyboard, for which there is the space bar.
-    const bool enter = event->keyval == GDK_KEY_Return || event->keyval == GDK_KEY_KP_Enter;
+    const bool enter = event->keyval == GDK_KEY_Return || event->keyval == GDK_KEY_KP_Enter ||
+                       event->keyval == GDK_KEY_ISO_Enter;
     if (enter) press();
     return gboolean{enter};
   });
@@ -130,7 +131,7 @@ void edit_on_activation(Main* self, GtkTreeView* table) {
             const std::unique_ptr<GdkEvent, varnholt::FreeWith<gdk_event_free>> event{
                 gtk_get_current_event()};
             const bool by_key = event && event->type == GDK_KEY_PRESS;
-            if (!by_key && !has_check_box(column)) press();
+            if (!by_key && column != nullptr && !has_check_box(column)) press();
           });
 }
 
@@ -140,6 +141,7 @@ gboolean on_delete_event(Main* self) {
   if (std::exchange(self->closing, true)) return TRUE;
   vh_bak_def_widget_update_items_last_oper_time(self->lnk_table.get());
   main_save(self);
+  self->closing = false;
   return FALSE;
 }
 

@@ -51,6 +51,13 @@ int varnholt::show_message(GtkMessageType type, const char* msg, GtkButtonsType 
   const auto parent = take_object(main_get_main_window());
   const auto box = own_window<GtkDialog>(gtk_message_dialog_new(
       parent.get(), GTK_DIALOG_MODAL, type, buttons, "%s", shown(msg).c_str()));
+  // A path is one word and may be wider than the screen.
+  gtk_container_foreach(
+      GTK_CONTAINER(gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(box.get()))),
+      [](GtkWidget* text, gpointer /*data*/) {
+        gtk_label_set_line_wrap_mode(GTK_LABEL(text), PANGO_WRAP_WORD_CHAR);
+      },
+      nullptr);
   return gtk_dialog_run(box.get());
 }
 

@@ -6,7 +6,6 @@
 #include <gtk/gtk.h>
 
 #include "base/glib-ptr.h"
-#include "base/secret.h"
 
 /** The window of window mode once it stands, the parent of every prompt; else none. */
 inline varnholt::ObjectPtr<GtkWindow> main_s_main_window;

@@ -2,11 +2,13 @@
 // The page of the static routes.
 #include "ui/rut-def-widget.h"
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <string>
 
 #include "base/object-type.h"
+#include "base/text.h"
 
 namespace {
 
@@ -49,9 +51,19 @@ std::array<std::size_t, 2> hashes_of(const VhRutDefItem* item) {
   return {hash(item->name), hash(item->addr + ',' + item->mask + ',' + item->gw)};
 }
 
-void remember(VhRutDefWidget* self, VhRutDefItem* item) {
-  for (const auto key : hashes_of(item)) {
+/** Keeps a route of the table to be found by `contents`, which it has or is about to take over. */
+void remember(VhRutDefWidget* self, VhRutDefItem* item, const VhRutDefItem* contents) {
+  for (const auto key : hashes_of(contents)) {
     self->by_contents.emplace(key, varnholt::make_object(item));
+  }
+}
+
+void forget(VhRutDefWidget* self, const VhRutDefItem* item) {
+  for (const auto key : hashes_of(item)) {
+    const auto [from, to] = self->by_contents.equal_range(key);
+    const auto kept =
+        std::find_if(from, to, [item](const auto& entry) { return entry.second.get() == item; });
+    if (kept != to) self->by_contents.erase(kept);
   }
 }
 
@@ -67,7 +79,7 @@ const VhRutDefItem* rival_of(const VhRutDefWidget* self, const VhRutDefItem* ite
     const auto [from, to] = self->by_contents.equal_range(key);
     for (auto kept = from; kept != to; ++kept) {
       const auto* const other = kept->second.get();
-      if (other == except || !other->iter) continue;
+      if (other == except) continue;
       if (item->name != other->name && !same_contents(item, other)) continue;
       const auto found = self->items->find(*other->iter);
       if (found.item == other && (first.item == nullptr || found.index < first.index)) {
@@ -84,7 +96,7 @@ std::string objection_to(const VhRutDefWidget* self, const VhRutDefItem* item,
   const auto* const rival = rival_of(self, item, except);
   if (rival == nullptr) return {};
   if (item->name == rival->name) return "路由名称已经存在";
-  return "路由主要内容和已有路由[" + rival->name + "]相同";
+  return "路由主要内容和已有路由[" + varnholt::shown_shortened(rival->name) + "]相同";
 }
 
 void attach_signals(VhRutDefWidget* self) {
@@ -169,8 +181,8 @@ bool vh_rut_def_widget_add_item(VhRutDefWidget* self, VhRutDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, item, nullptr)) return false;
+  remember(self, item, item);
   self->insert(item, false, values_of(item, false));
-  remember(self, item);
   return true;
 }
 
@@ -181,14 +193,15 @@ bool vh_rut_def_widget_edit_item(VhRutDefWidget* self, VhRutDefItem* new_item,
   g_return_val_if_fail(old_item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, new_item, old_item)) return false;
   g_return_val_if_fail(old_item->iter, false);
+  forget(self, old_item);
+  remember(self, old_item, new_item);
   self->replace(old_item, new_item, values_of(new_item, true), vh_rut_def_item_fill_by_other);
-  remember(self, old_item);
   return true;
 }
 
 void vh_rut_def_widget_del_selected_items(VhRutDefWidget* self) {
   g_return_if_fail(self != NULL);
-  self->del_selected_items();
+  self->del_selected_items([self](const VhRutDefItem& deleted) { forget(self, &deleted); });
 }
 
 void vh_rut_def_widget_set_del_def_cb_active(VhRutDefWidget* self, bool active) {

@@ -35,10 +35,7 @@ struct RutDefWidgetState : CheckedRows<VhRutDefWidget, VhRutDefItemList, VhRutDe
   ObjectPtr<GtkCheckButton> del_rut_cb;
   /** 1 while the program itself sets the check box. */
   int cb_updating = 0;
-  /**
-   * The routes by hashes of what no two may share. A route that was changed or deleted stays, so
-   * what is found is compared.
-   */
+  /** The routes by hashes of what no two may share. */
   std::unordered_multimap<std::size_t, ObjectPtr<VhRutDefItem>> by_contents;
 };
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "base/diagnostics.h"
 #include "base/file.h"
@@ -18,7 +19,6 @@ namespace {
 
 using varnholt::entry_text;
 using varnholt::give_text;
-using varnholt::ObjectPtr;
 using varnholt::set_entry_text;
 using varnholt::sink_object;
 
