@@ -65,6 +65,12 @@ class RowList {
   /** The first item with this row. */
   Place find(const GtkTreeIter& row) const { return place(position_of(row)); }
 
+  /** The same item, or null, for who does not ask where it stands. */
+  Item* item_of(const GtkTreeIter& row) const {
+    auto* const at = position_of(row);
+    return g_sequence_iter_is_end(at) ? nullptr : item_at(at);
+  }
+
   /** Takes the first item with this row out of the list; false when there is none. */
   bool remove(const GtkTreeIter& row) {
     auto* const at = position_of(row);

@@ -11,7 +11,6 @@
 
 namespace {
 
-using varnholt::comparable;
 using varnholt::take_text;
 using varnholt::Value;
 using varnholt::value_of;
@@ -50,13 +49,24 @@ std::string date_of(gint64 time) {
   return take_text(g_time_to_string(&utc)).get();
 }
 
+/**
+ * The same row by an iterator whose other words are zero, as items keep it: a list store sets only
+ * these two.
+ */
+GtkTreeIter comparable(const GtkTreeIter& row) {
+  GtkTreeIter same{};
+  same.stamp = row.stamp;
+  same.user_data = row.user_data;
+  return same;
+}
+
 void datetime_cell_data_func(GtkTreeViewColumn* column, GtkCellRenderer* cell, GtkTreeModel* model,
                              GtkTreeIter* iter, gpointer self) noexcept {
   g_return_if_fail(column != NULL);
   g_return_if_fail(cell != NULL);
   g_return_if_fail(model != NULL);
   const auto& items = static_cast<VhBakDefWidget*>(self)->items;
-  const auto* const item = items->find(comparable(model, iter)).item;
+  const auto* const item = items->item_of(comparable(*iter));
   const auto text = date_of(item == nullptr ? 0 : item->last_oper_time);
   g_object_set(cell, "text", text.c_str(), nullptr);
 }

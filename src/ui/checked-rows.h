@@ -5,7 +5,6 @@
 
 #include <array>
 #include <functional>
-#include <memory>
 #include <numeric>
 #include <string>
 #include <type_traits>
@@ -25,15 +24,6 @@ struct ColumnWidth {
   bool resizable;
   bool expands;
 };
-
-/** The same row by an iterator whose unused words are zero, as items keep it. */
-inline GtkTreeIter comparable(GtkTreeModel* model, GtkTreeIter* row) {
-  const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
-      gtk_tree_model_get_path(model, row)};
-  GtkTreeIter same{};
-  gtk_tree_model_get_iter(model, &same, path.get());
-  return same;
-}
 
 /** One value of a row, of the type of its column. */
 class Value {

@@ -66,7 +66,7 @@ void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input) 
 void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkEntry* entry) {
   attach_row(grid, row, caption, GTK_WIDGET(entry));
   gtk_entry_set_activates_default(entry, TRUE);
-  // In characters, as the toolkit's usual width in pixels has no room for an address in large fonts.
+  // In characters: the toolkit's usual width in pixels is too little for large fonts.
   gtk_entry_set_width_chars(entry, 18);
 }
 
