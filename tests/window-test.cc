@@ -90,18 +90,19 @@ class Window : public DisplayTest {
       learn_table(name, table, read_file, vh_bak_def_item_lnk_to_string, vh_bak_def_widget_add_item,
                   vh_bak_def_widget_edit_item, vh_bak_def_widget_del_selected_items,
                   vh_bak_def_widget_clear_selection, vh_bak_def_widget_get_total_selections,
-                  vh_bak_def_widget_get_select_item);
+                  vh_bak_def_widget_get_select_item, vh_bak_def_widget_emit_selection_changed);
     }
     learn_table("routes", main->rut_table.get(), read_route, vh_rut_def_item_to_string,
                 vh_rut_def_widget_add_item, vh_rut_def_widget_edit_item,
                 vh_rut_def_widget_del_selected_items, vh_rut_def_widget_clear_selection,
-                vh_rut_def_widget_get_total_selections, vh_rut_def_widget_get_select_item);
+                vh_rut_def_widget_get_total_selections, vh_rut_def_widget_get_select_item,
+                vh_rut_def_widget_emit_selection_changed);
     await_window();
   }
 
   /** Makes `name` a command whose first word says what is done with the table. */
   void learn_table(Words name, auto* widget, auto read, auto written, auto add, auto edit,
-                   auto remove, auto clear, auto total, auto highlighted) {
+                   auto remove, auto clear, auto total, auto highlighted, auto emit) {
     connect(widget, "sig-selection-changed", widget, [=, this](GtkWidget*, int at, guint count) {
       script.say(name + ' ' + std::to_string(at) + '/' + std::to_string(count));
     });
@@ -136,6 +137,7 @@ class Window : public DisplayTest {
         {"double-click",
          [=](int row, Words at) { click(widget->tree_view.get(), row, std::stoi(at), 2); }},
         {"delete", [=](int, Words) { remove(widget); }},
+        {"emit", [=](int row, Words) { emit(widget, row); }},
         {"clear", [=](int, Words) { clear(widget); }},
         {"show", [=](int, Words) { show_all(); }}};
     script.commands[name] = [verbs](Words arguments) {
