@@ -10,18 +10,18 @@
 #include <string>
 #include <vector>
 
+#include "app/varnholt.h"
 #include "base/glib-ptr.h"
 #include "base/paths.h"
 #include "measure.h"
 #include "scratch/scratch-paths.h"
-#include "varnholt.h"
+#include "store/next-version.h"
 
 extern "C" {
 #include "bare-table.h"
 }
 
 using varnholt::take_object;
-using varnholt::take_text;
 namespace paths = varnholt::paths;
 
 namespace {
@@ -105,16 +105,8 @@ class OurWindow {
     vh_bak_def_widget_update_items_last_oper_time(table());
     std::string text;
     main_save_imp(m_main.get(), &text);
-    char* contents = nullptr;
-    gsize size = 0;
-    if (!g_file_get_contents(paths::profile, &contents, &size, nullptr)) give_up("no profile");
-    std::string stored{take_text(contents).get(), size};
-    const int version = main_get_cur_version(&stored);
-    if (stored == text) give_up("nothing is to be saved");
-    text.insert(0, "version," + std::to_string(version + 1) + '\n');
-    if (!g_file_set_contents(paths::temporary_profile, text.data(),
-                             static_cast<gssize>(text.size()), nullptr)) {
-      give_up("the profile cannot be written");
+    if (varnholt::write_next_version(text, {}) != varnholt::NextVersion::written) {
+      give_up("the profile is not written");
     }
   }
 

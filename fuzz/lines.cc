@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A line read is read the same each time, and what its writer makes of it is read back as the same.
 #include "model/bak-model.h"
-#include "model/rut-model.h"
 #include "target.h"
 
 namespace {

@@ -173,8 +173,15 @@ std::string text_of_chooser(GtkFileChooser* chooser) {
 }  // namespace
 
 DisplayTest::DisplayTest() {
-  if (gtk_init_check(nullptr, nullptr)) return;
-  std::fputs("No display: run the tests with ./test.\n", stderr);
+  const char* missing = nullptr;
+  if (!gtk_init_check(nullptr, nullptr)) {
+    missing = "display";
+  } else if (gdk_x11_screen_get_window_manager_name(gdk_screen_get_default()) ==
+             std::string_view{"unknown"}) {
+    missing = "window manager";
+  }
+  if (missing == nullptr) return;
+  std::fprintf(stderr, "The tests of windows need a %s: ./test starts one.\n", missing);
   std::exit(EXIT_FAILURE);
 }
 
@@ -246,6 +253,14 @@ void DisplayTest::press(const std::string& keys) {
   for (std::string word; words >> word;) {
     if (word.starts_with('=')) {
       type(word.substr(1));
+      continue;
+    }
+    if (word.starts_with('^')) {
+      const auto shows = [&word] {
+        auto* const dialog = gtk_widget_get_toplevel(gtk_grab_get_current());
+        return text_of(GTK_DIALOG(dialog)).ends_with(word.substr(1));
+      };
+      wait_until(shows, word.c_str());
       continue;
     }
     std::istringstream names{word};

@@ -33,8 +33,8 @@ class DisplayTest : public testing::Test {
   static void drop(GtkWidget* widget, const std::string& uris);
 
   /**
-   * Presses and releases keys by their X names, for example "Tab Shift_L+Tab Return"; a word behind
-   * "=" is typed.
+   * Presses and releases keys by their X names, for example "Tab Shift_L+Tab Return". A word behind
+   * "=" is typed, and one behind "^" is waited for as the end of what the dialog reads.
    */
   static void press(const std::string& keys);
 

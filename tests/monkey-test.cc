@@ -6,10 +6,10 @@
 #include <random>
 #include <sstream>
 
+#include "app/varnholt.h"
 #include "base/text.h"
 #include "display-test.h"
 #include "scratch/scratch-paths.h"
-#include "varnholt.h"
 
 using varnholt::take_object;
 using varnholt::take_text;
@@ -136,7 +136,7 @@ class Monkey : public DisplayTest {
                vh_bak_def_item_list_get_first_selected_item,
                vh_bak_def_item_list_total_selected_number, &VhBakDefItem::from, &VhBakDefItem::to);
     bool links_begin = false;
-    for (auto* item : *table->items) {
+    for (const auto& item : *table->items) {
       const bool link = vh_IsFileOperationType(item->op, VH_FILE_OPERATION_TYPE_FOT_Symbolic);
       ASSERT_TRUE(link || !links_begin) << item->from;
       links_begin = link;

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that are data: reading and running them.
+// Tests that are data: reading, running and renewing them.
 #include "scenarios.h"
 
-#include <gtest/gtest.h>
+#include <sys/file.h>
 
+#include <cctype>
+#include <cstdio>
+#include <cstring>
 #include <fstream>
+#include <memory>
 #include <regex>
 #include <sstream>
 
@@ -12,21 +16,70 @@
 
 using varnholt::take_text;
 
-std::vector<std::string> pieces(std::string text, const std::string& mark) {
-  std::vector<std::string> found;
-  for (auto at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
-    text.erase(0, at + mark.size());
-    found.push_back(text.substr(0, text.find(mark)));
-  }
-  return found;
-}
+namespace {
 
-std::vector<std::string> scenarios_of(const std::string& file) {
+constexpr auto* title_mark = "=== ";
+
+std::string content_of(const std::string& file) {
   std::stringstream text;
   text << std::ifstream{file}.rdbuf();
-  auto scenarios = pieces(text.str(), "\n\n=== ");
-  scenarios.at(scenarios.size() - 1).pop_back();
+  return text.str();
+}
+
+/** Writes `now` in the place of `before`. Several tests may do so at once. */
+void renew(const std::string& file, const std::string& before, const std::string& now) {
+  const std::unique_ptr<std::FILE, decltype(&std::fclose)> lock{std::fopen(file.c_str(), "a"),
+                                                                std::fclose};
+  ASSERT_TRUE(lock && flock(fileno(lock.get()), LOCK_EX) == 0) << file;
+  auto text = content_of(file);
+  const auto at = text.find(before);
+  ASSERT_NE(at, std::string::npos) << file;
+  ASSERT_TRUE(std::ofstream{file} << text.replace(at, before.size(), now)) << file;
+}
+
+}  // namespace
+
+std::string Scenario::name() const {
+  std::string name = title;
+  for (char& letter : name) {
+    if (std::isalnum(static_cast<unsigned char>(letter)) == 0) letter = '_';
+  }
+  return name;
+}
+
+void Scenario::expect(const std::string& came_out) const {
+  if (came_out == text) return;
+  if (g_getenv("VARNHOLT_RENEW") == nullptr) {
+    EXPECT_EQ(text, came_out) << file << ':' << line;
+    return;
+  }
+  const auto front = title_mark + title + '\n';
+  renew(file, front + text, front + came_out);
+}
+
+std::vector<Scenario> scenarios_of(const std::string& file) {
+  const auto path = SCENARIOS "/" + file;
+  std::istringstream lines{content_of(path)};
+  std::vector<Scenario> scenarios;
+  int number = 0;
+  bool between = true;
+  for (std::string line; std::getline(lines, line);) {
+    ++number;
+    if (between && line.starts_with(title_mark)) {
+      scenarios.push_back({path, number, line.substr(std::strlen(title_mark)), ""});
+    } else if (!scenarios.empty()) {
+      scenarios.back().text += line + '\n';
+    }
+    between = line.empty();
+  }
+  for (std::size_t index = 0; index + 1 < scenarios.size(); ++index) {
+    scenarios[index].text.pop_back();
+  }
   return scenarios;
+}
+
+void Transcript::add_line(const std::string& line) {
+  m_text += line + '\n';
 }
 
 void Transcript::say(std::string text) {
@@ -35,7 +88,7 @@ void Transcript::say(std::string text) {
   const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
   std::string letters;
   for (int byte = 0x80; valid && byte <= 0xFF; ++byte) letters += static_cast<char>(byte);
-  m_text += std::string{"\n  "} + take_text(g_strescape(text.c_str(), letters.c_str())).get();
+  add_line(std::string{"  "} + take_text(g_strescape(text.c_str(), letters.c_str())).get());
 }
 
 void Transcript::say_lines(const std::string& mark, const std::string& printed) {
@@ -43,12 +96,11 @@ void Transcript::say_lines(const std::string& mark, const std::string& printed) 
   for (std::string line; std::getline(lines, line);) say(mark + line);
 }
 
-void Transcript::check(const std::string& scenario) {
-  std::istringstream lines{scenario};
-  std::getline(lines, m_text);
+void Transcript::check(const Scenario& scenario) {
+  std::istringstream lines{scenario.text};
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with("  ")) continue;
-    m_text += '\n' + line;
+    add_line(line);
     const auto space = line.find(' ');
     const auto command = commands.find(line.substr(0, space));
     ASSERT_NE(command, commands.end()) << line;
@@ -60,5 +112,5 @@ void Transcript::check(const std::string& scenario) {
     say_lines("> ", testing::internal::GetCapturedStdout());
     say_lines("! ", testing::internal::GetCapturedStderr());
   }
-  EXPECT_TRUE(m_text == scenario) << "It came out so:\n" << m_text;
+  scenario.expect(m_text);
 }

@@ -1,18 +1,47 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that are data: files of scenarios, each with a title. A file may begin with a text for
-// readers.
+// Tests that are data: files of scenarios, each a test with a name of its own. A file may begin
+// with a text for readers.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
-/** What stands behind each `mark`. */
-std::vector<std::string> pieces(std::string text, const std::string& mark);
+/** One scenario of a file: a title, and what is to come of what is done. */
+struct Scenario {
+  /** The title as the name of a test. */
+  std::string name() const;
 
-/** The scenarios of a file, each from its title to the empty line before the next. */
-std::vector<std::string> scenarios_of(const std::string& file);
+  /**
+   * Fails with a diff unless `came_out` is the text. With VARNHOLT_RENEW in the environment it
+   * takes the place of the text in the file instead.
+   */
+  void expect(const std::string& came_out) const;
+
+  std::string file;
+  int line = 0;
+  std::string title;
+  /** All lines between the title and the empty line before the next one. */
+  std::string text;
+};
+
+/** The scenarios of a file in the folder of the tests. */
+std::vector<Scenario> scenarios_of(const std::string& file);
+
+/** Makes a test of `suite` of each scenario of a file. Its Fixture is constructed with a scenario.
+ */
+template <typename Fixture>
+bool register_scenarios(const char* suite, const std::string& file) {
+  for (const auto& scenario : scenarios_of(file)) {
+    testing::RegisterTest(suite, scenario.name().c_str(), nullptr, nullptr, scenario.file.c_str(),
+                          scenario.line, [scenario] { return new Fixture(scenario); });
+  }
+  return true;
+}
 
 /**
  * A scenario that is a list of commands, each followed, indented, by what is to come of it: what
@@ -24,16 +53,18 @@ class Transcript {
   /** Does the rest of the command's line and says what came of it. */
   using Command = std::function<void(const std::string& arguments)>;
   std::map<std::string, Command> commands;
-  /** A text that differs from run to run, such as a folder's name; in commands "@" stands for it.
+  /**
+   * A text that differs from run to run, such as a folder's name; in commands "@" stands for it.
    */
   std::string left_out;
 
   void say(std::string text);
 
   /** Runs a scenario's commands and compares what came of them. */
-  void check(const std::string& scenario);
+  void check(const Scenario& scenario);
 
  private:
+  void add_line(const std::string& line);
   void say_lines(const std::string& mark, const std::string& printed);
 
   std::string m_text;

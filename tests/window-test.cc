@@ -10,6 +10,7 @@
 #include <span>
 #include <sstream>
 
+#include "app/varnholt.h"
 #include "base/paths.h"
 #include "base/secret.h"
 #include "base/shell.h"
@@ -18,7 +19,6 @@
 #include "private-root.h"
 #include "scenarios.h"
 #include "scratch/scratch-paths.h"
-#include "varnholt.h"
 
 using varnholt::connect;
 using varnholt::ObjectPtr;
@@ -43,8 +43,14 @@ ObjectPtr<VhRutDefItem> read_route(Words fields) {
 }  // namespace
 
 class Window : public DisplayTest {
+ public:
+  explicit Window(Scenario scenario) : m_scenario(std::move(scenario)) {}
+
+  void TestBody() override { script.check(m_scenario); }
+
  protected:
   void SetUp() override {
+    g_setenv("TZ", "local-8", TRUE);
     DisplayTest::SetUp();
     static const bool root = become_root();
     if (!root) GTEST_SKIP() << "no namespaces of one's own here";
@@ -110,9 +116,9 @@ class Window : public DisplayTest {
       for (Words line : table(widget->tree_view.get())) script.say(line);
       std::string ticks;
       const auto chosen = take_object(highlighted(widget));
-      for (auto* item : *widget->items) {
-        script.say(take_text(written(item)).get());
-        ticks += item == chosen.get() ? " >" : " ";
+      for (const auto& item : *widget->items) {
+        script.say(take_text(written(item.get())).get());
+        ticks += item == chosen ? " >" : " ";
         ticks += item->is_selected ? 'x' : '-';
       }
       script.say(std::to_string(total(widget)) + " ticked:" + ticks);
@@ -286,13 +292,9 @@ class Window : public DisplayTest {
 
   Transcript script;
   ObjectPtr<Main> main;
+
+ private:
+  Scenario m_scenario;
 };
 
-TEST_F(Window, DoesWhatTheScenariosTell) {
-  g_setenv("TZ", "local-8", TRUE);
-  for (const auto& scenario : scenarios_of(SCENARIOS "/window.scenarios")) {
-    TearDown();
-    SetUp();
-    ASSERT_NO_FATAL_FAILURE(script.check(scenario));
-  }
-}
+static const bool registered = register_scenarios<Window>("Window", "window.scenarios");

@@ -16,12 +16,17 @@ namespace varnholt {
 template <typename Instance, typename Class, typename State>
 class ObjectType {
  public:
-  /** Registers the type; `class_init` sets the class's own virtual functions and its signals. */
-  static GType register_type(
+  /**
+   * The type, registered at the first call; `class_init` sets the class's own virtual functions and
+   * its signals.
+   */
+  static GType get(
       GType parent, const char* name, void (*class_init)(Class*) = [](Class*) {}) noexcept {
     s_class_init = class_init;
-    return g_type_register_static_simple(parent, g_intern_string(name), sizeof(Class), init_class,
-                                         sizeof(Instance), init_instance, GTypeFlags{});
+    static const GType type =
+        g_type_register_static_simple(parent, g_intern_string(name), sizeof(Class), init_class,
+                                      sizeof(Instance), init_instance, GTypeFlags{});
+    return type;
   }
 
  private:

@@ -11,19 +11,13 @@
 
 namespace varnholt {
 
-std::string escaped_for_double_quotes(std::string_view text) {
-  std::string escaped;
-  escaped.reserve(text.size());
-  for (const char byte : text) {
-    if (byte == '"' || byte == '`' || byte == '$' || byte == '\\') escaped += '\\';
-    escaped += byte;
-  }
-  return escaped;
-}
-
 std::string path_argument(std::string_view path) {
-  const char* const front = path.starts_with('-') ? "\"./" : "\"";
-  return front + escaped_for_double_quotes(path) + '"';
+  std::string argument = path.starts_with('-') ? "\"./" : "\"";
+  for (const char byte : path) {
+    if (byte == '"' || byte == '`' || byte == '$' || byte == '\\') argument += '\\';
+    argument += byte;
+  }
+  return argument + '"';
 }
 
 std::string command_word(std::string_view path) {
@@ -43,10 +37,10 @@ std::string command_word(std::string_view path) {
   return take_text(g_shell_quote(word.c_str())).get();
 }
 
-int run_command(const char* command_line) {
+int run_command(const std::string& command_line) {
   flush_progress();
   // NOLINTNEXTLINE(cert-env33-c): command lines are what the system is made of
-  return std::system(command_line);
+  return std::system(command_line.c_str());
 }
 
 }  // namespace varnholt

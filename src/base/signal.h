@@ -1,34 +1,64 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Connecting C++ functions to the signals of objects, with their types kept.
+// Connecting C++ functions to the signals of objects.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <memory>
+#include <span>
+#include <type_traits>
 #include <utility>
 
 #include <glib-object.h>
 
 namespace varnholt {
 
+/** Whether a handler's argument or result of type T can be a value of a type of signals. */
+template <typename T>
+bool stands_for(GType type) {
+  const GType kind = G_TYPE_FUNDAMENTAL(type);
+  if (std::is_void_v<T>) return kind == G_TYPE_NONE;
+  if (std::is_same_v<T, int>) return kind == G_TYPE_INT || kind == G_TYPE_BOOLEAN;
+  if (std::is_same_v<T, guint>) return kind == G_TYPE_UINT;
+  if (std::is_enum_v<T>) return kind == G_TYPE_ENUM;
+  if (std::is_same_v<T, const char*>) return kind == G_TYPE_STRING;
+  return std::is_pointer_v<T> &&
+         (kind == G_TYPE_OBJECT || kind == G_TYPE_BOXED || kind == G_TYPE_PARAM);
+}
+
 /** Finds the arguments of a handler, and calls it as the object system wants to. */
 template <typename Call>
 struct SignalCall;
 
-template <typename Handler, typename Result, typename... Arguments>
-struct SignalCall<Result (Handler::*)(Arguments...) const> {
+template <typename Handler, typename Result, typename Sender, typename... Arguments>
+struct SignalCall<Result (Handler::*)(Sender*, Arguments...) const> {
   // An exception would unwind through the toolkit and leave its references wrong.
-  static Result call(Arguments... arguments, gpointer handler) noexcept {
-    return (*static_cast<const Handler*>(handler))(arguments...);
+  static Result call(Sender* sender, Arguments... arguments, gpointer handler) noexcept {
+    return (*static_cast<const Handler*>(handler))(sender, arguments...);
+  }
+
+  static bool fits(const GSignalQuery& signal) {
+    const std::span types{signal.param_types, signal.n_params};
+    const std::array<bool (*)(GType), sizeof...(Arguments)> checks{stands_for<Arguments>...};
+    return stands_for<Result>(signal.return_type) &&
+           std::ranges::equal(checks, types, [](auto* check, GType type) {
+             return check(type & ~G_SIGNAL_TYPE_STATIC_SCOPE);
+           });
   }
 };
 
 /**
  * Calls `handler`, a lambda that names the sender and the signal's arguments, whenever `sender`
  * emits `signal`, for as long as `owner` lives; `owner` stays alive during a call. The lambda goes
- * with the connection.
+ * with the connection. A handler whose arguments or result are not those of the signal, in number
+ * or kind, ends the program.
  */
 template <typename Handler>
 void connect(gpointer sender, const char* signal, gpointer owner, Handler handler) {
   using Call = SignalCall<decltype(&Handler::operator())>;
+  GSignalQuery query{};
+  g_signal_query(g_signal_lookup(signal, G_OBJECT_TYPE(sender)), &query);
+  if (!Call::fits(query)) g_error("wrong arguments for \"%s\"", signal);
   auto lambda = std::make_unique<Handler>(std::move(handler));
   GClosure* const closure =
       g_cclosure_new(reinterpret_cast<GCallback>(&Call::call), lambda.release(),

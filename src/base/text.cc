@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cutting of profile text: fields of a line, lines of a file; and what of a text can be shown.
+// Cutting of profile text into lines and fields, and what of a text can be shown.
 #include "base/text.h"
 
 #include <algorithm>
@@ -7,22 +7,6 @@
 #include "base/glib-ptr.h"
 
 namespace varnholt {
-namespace {
-
-/** Calls `take` with each piece of a text that is not empty. */
-template <typename Take>
-void for_each_piece(std::string_view text, char separator, Take take) {
-  if (text.empty()) return;
-  while (true) {
-    const auto end = text.find(separator);
-    take(text.substr(0, end));
-    if (end == std::string_view::npos) return;
-    text.remove_prefix(end + 1);
-  }
-}
-
-}  // namespace
-
 std::string_view trimmed(std::string_view text) {
   // The vertical tab is no white space of the profile.
   constexpr std::string_view white_space = " \t\n\f\r";
@@ -32,20 +16,29 @@ std::string_view trimmed(std::string_view text) {
 }
 
 std::vector<std::string_view> split(std::string_view text, char separator) {
+  if (text.empty()) return {};
   std::vector<std::string_view> pieces;
-  pieces.reserve(1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), separator)));
-  for_each_piece(text, separator, [&pieces](std::string_view piece) { pieces.push_back(piece); });
+  for (auto end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {
+    pieces.push_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  pieces.push_back(text);
   return pieces;
 }
 
 std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind) {
   constexpr auto most_separators = 7;
-  if (!line.starts_with(kind) || std::count(line.begin(), line.end(), ',') > most_separators) {
+  if (!line.starts_with(kind) || line.find('\0') != std::string_view::npos ||
+      std::count(line.begin(), line.end(), ',') > most_separators) {
     return {};
   }
   auto fields = split(line, ',');
   for (auto& field : fields) field = trimmed(field);
   return fields;
+}
+
+bool fits_field(std::string_view text) {
+  return text.find_first_of(",\n") == std::string_view::npos && trimmed(text) == text;
 }
 
 std::string shown(std::string_view text) {
@@ -71,11 +64,11 @@ std::string shown_shortened(std::string_view text) {
 std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep) {
   std::string kept;
   kept.reserve(text.size());
-  for_each_piece(text, '\n', [&](std::string_view line) {
-    if (!keep(line)) return;
+  for (const auto line : split(text, '\n')) {
+    if (!keep(line)) continue;
     if (!kept.empty()) kept += '\n';
     kept += line;
-  });
+  }
   return kept;
 }
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cutting of profile text: fields of a line, lines of a file, what of it can be shown.
-// Works on bytes.
+// Cutting of profile text into lines and fields, and what of a text can be shown. Works on bytes.
 #pragma once
 
 #include <functional>
@@ -17,11 +16,14 @@ std::string_view trimmed(std::string_view text);
 std::vector<std::string_view> split(std::string_view text, char separator);
 
 /**
- * The trimmed fields of a line that begins with `kind`, between its commas; none when it does not,
- * or has more than the 8 fields of a route.
- * Only the beginning is looked at, so the first field may go on behind `kind`.
+ * The trimmed fields of a line that begins with `kind`, between its commas. None when the line
+ * begins in another way, has more than the 8 fields of a route, or holds a NUL byte, behind which
+ * nobody would see the rest of a path. The first field may go on behind `kind`.
  */
 std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind);
+
+/** Whether fields_of() would give `text` back if it stood as a field in a line. */
+bool fits_field(std::string_view text);
 
 /** `text` with a replacement character for each byte that is no UTF-8: what a widget may show. */
 std::string shown(std::string_view text);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -10,20 +11,26 @@
 
 namespace varnholt {
 
+using Lines = std::set<std::string, std::less<>>;
+
 /**
- * Hands each definition of a profile to `apply`, in file order, and returns the profile without the
- * lines of those marked deleted; all other lines stay byte for byte.
+ * Calls `apply` with each definition of a profile, in file order. Returns the lines of those that
+ * are marked deleted: nothing is left for them to do.
  */
-std::string applied_profile(std::string_view profile,
-                            const std::function<void(const BakDefFields&)>& apply);
+Lines apply_definitions(std::string_view profile,
+                        const std::function<void(const BakDefFields&)>& apply);
+
+/** A profile without these lines. All others stay byte for byte. */
+std::string without_lines(std::string_view profile, const Lines& lines);
 
 }  // namespace varnholt
 
 /**
- * Applies every symbolic definition of the profile to the file system, in file order, and writes
- * the profile back, whole and synced to the disk, without the definitions marked deleted; all other
- * lines stay byte for byte. A failed definition is told and does not stop the run. Needs no
- * display. From here on the process reads its standard input from the null device, runs commands in
- * the locale C, ignores SIGPIPE and SIGXFSZ and takes SIGCHLD as usual; it ends with the umask 022.
+ * Applies every symbolic definition of the profile to the file system, in file order. Then replaces
+ * the profile, as a whole and synced to the disk, by what stands there by then without the lines of
+ * definitions marked deleted that were applied; all other lines stay byte for byte. A failed
+ * definition is told and does not stop the run. Needs no display. From here on the process reads
+ * its standard input from the null device, runs commands in the locale C, ignores SIGPIPE and
+ * SIGXFSZ and takes SIGCHLD as usual.
  */
 void main_save_symbolic_dir();

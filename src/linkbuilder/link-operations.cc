@@ -2,33 +2,32 @@
 // What one symbolic definition does to the file system.
 #include "linkbuilder/link-operations.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "base/diagnostics.h"
 #include "base/glib-ptr.h"
 #include "base/shell.h"
 #include "linkbuilder/places.h"
 
+namespace fs = std::filesystem;
+
 namespace {
 
 using varnholt::BakDefFields;
-using varnholt::ErrorPtr;
-using varnholt::out;
 using varnholt::path_argument;
 using varnholt::print_failure;
 using varnholt::print_progress;
 using varnholt::run_command;
-using varnholt::take_text;
-using varnholt::TextPtr;
 
 constexpr int backup_names = 1000;
 constexpr mode_t new_folder_mode = 0775;
@@ -46,14 +45,10 @@ LinkContent link_content(const char* path) {
   return {std::string{content.data(), static_cast<std::size_t>(length)}, 0};
 }
 
-enum class PathKind { absent, symbolic_link, folder_or_file, other };
-
-PathKind kind_of(const char* path) {
-  struct stat status {};
-  if (lstat(path, &status) != 0) return PathKind::absent;
-  if (S_ISLNK(status.st_mode)) return PathKind::symbolic_link;
-  return S_ISDIR(status.st_mode) || S_ISREG(status.st_mode) ? PathKind::folder_or_file
-                                                            : PathKind::other;
+/** What stands at a path itself; a link is not followed. */
+fs::file_status status_of(const std::string& path) {
+  std::error_code ignored;
+  return fs::symlink_status(path, ignored);
 }
 
 bool exists(const char* path) {
@@ -67,8 +62,8 @@ std::string without_final_slash(std::string_view path) {
 
 /** Whether a link is spelled as the folder behind it: rm would empty that one and keep the link. */
 bool is_link_with_slash(const std::string& path) {
-  if (!path.ends_with('/')) return false;
-  return kind_of(path.substr(0, 1 + path.find_last_not_of('/')).c_str()) == PathKind::symbolic_link;
+  return path.ends_with('/') &&
+         fs::is_symlink(status_of(path.substr(0, 1 + path.find_last_not_of('/'))));
 }
 
 /** Tells what became of a call of symlink(2), and returns its result. */
@@ -132,7 +127,7 @@ void build_fresh_link(const BakDefFields& definition) {
 void adopt_and_link(const BakDefFields& definition) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
-  const std::string backup = take_text(main_backup_file(to)).get();
+  const std::string backup = varnholt::take_text(main_backup_file(to)).get();
   // Without a backup the call for the link fails, and its message is the report.
   const bool moved = !backup.empty();
   if (moved) {
@@ -150,8 +145,8 @@ void adopt_and_link(const BakDefFields& definition) {
 }  // namespace
 
 void varnholt::build_symlink(const BakDefFields& definition) {
-  if (!vh_IsFileOperationType(definition.op, VH_FILE_OPERATION_TYPE_FOT_Symbolic) ||
-      vh_IsFileOperationType(definition.op, VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
+  if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) ||
+      definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
     return;
   }
   // Nearly every run finds nearly every link as it should be, and one call tells that.
@@ -161,20 +156,16 @@ void varnholt::build_symlink(const BakDefFields& definition) {
     renew_link(definition, *content.text);
     return;
   }
-  switch (content.error == ENOENT ? PathKind::absent : kind_of(to)) {
-    case PathKind::symbolic_link:
-      print_failure("read_link failed , the error code  %d \n",
-                    g_file_error_from_errno(content.error));
-      break;
-    case PathKind::absent:
-      build_fresh_link(definition);
-      break;
-    case PathKind::folder_or_file:
-      adopt_and_link(definition);
-      break;
-    case PathKind::other:
-      print_failure("unknow file type,cat not  build symlink \n");
-      break;
+  const auto status = content.error == ENOENT ? fs::file_status{} : status_of(definition.to);
+  if (fs::is_symlink(status)) {
+    print_failure("read_link failed , the error code  %d \n",
+                  g_file_error_from_errno(content.error));
+  } else if (!fs::exists(status)) {
+    build_fresh_link(definition);
+  } else if (fs::is_directory(status) || fs::is_regular_file(status)) {
+    adopt_and_link(definition);
+  } else {
+    print_failure("unknow file type,cat not  build symlink \n");
   }
 }
 
@@ -192,7 +183,7 @@ char* main_backup_file(const char* filename) {
   g_return_val_if_fail(filename != NULL, nullptr);
   for (int number = 0; number < backup_names; ++number) {
     const std::string name = std::string{filename} + ".bak_" + std::to_string(number);
-    if (exists(name.c_str())) continue;
+    if (fs::exists(status_of(name))) continue;
     const int status =
         run_command("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
     if (status == 0) return g_strdup(name.c_str());
@@ -232,12 +223,13 @@ void main_restore_del_symlink(const char* link) {
     print_failure("symlink %s is not exist \n", link);
     return;
   }
-  if (kind_of(link) != PathKind::symbolic_link) {
+  if (!fs::is_symlink(status_of(link))) {
     print_failure("file %s is not symlink \n", link);
     return;
   }
-  ErrorPtr error;
-  const TextPtr content = take_text(g_file_read_link(link, out(error)));
+  varnholt::ErrorPtr error;
+  const varnholt::TextPtr content =
+      varnholt::take_text(g_file_read_link(link, varnholt::out(error)));
   if (!content) {
     print_failure("restore_del_symlink:read link failed ,message %s\n", error->message);
     return;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What one symbolic definition does to the file system: its link is made, or undone when the
-// definition is marked deleted. Paths are used exactly as the definition spells them. Progress is
-// told on standard output and failures on standard error; nothing is raised to the caller. A
-// missing argument logs a critical warning, and the operation gives its zero result.
+// definition is marked deleted. Paths are used exactly as the definition spells them. The
+// operations tell progress on standard output and failures on standard error, and raise nothing to
+// the caller. A missing argument logs a critical warning, and the operation gives its zero result.
 #pragma once
 
 #include "model/bak-model.h"
@@ -17,7 +17,7 @@ void main_build_symlink(VhBakDefItem* v);
 
 namespace varnholt {
 
-/** The same for a definition that is no item. */
+/** The same for a definition as a plain value. */
 void build_symlink(const BakDefFields& definition);
 
 }  // namespace varnholt
@@ -29,17 +29,17 @@ void build_symlink(const BakDefFields& definition);
 int main_build_symlink_imp(VhBakDefItem* v);
 
 /**
- * Renames `filename` to the first of FILENAME.bak_0 to FILENAME.bak_999 that does not exist and to
- * which it can be renamed; a dangling link does not exist. Returns the new name, or "" when all
+ * Renames `filename` to the first of FILENAME.bak_0 to FILENAME.bak_999 at which nothing stands,
+ * not even a dangling link, and to which it can be renamed. Returns the new name, or "" when all
  * were tried in vain; the caller releases it with g_free().
  */
 char* main_backup_file(const char* filename);
 
 /**
- * Moves `from_fn` to `to_fn`, deleting first what stands there. One "/" at the end of either path
- * does not count. Nothing is deleted or moved when the deletion would take away what is to be
- * moved, however the two paths are spelled. Returns whether `to_fn` now holds what was at
- * `from_fn`.
+ * Moves `from_fn` to `to_fn` and first deletes what stands there. One "/" at the end of either path
+ * does not count, and a path that names a link stands for the link itself. Nothing is deleted or
+ * moved when the deletion would take away what is to be moved, however the two paths are spelled.
+ * Returns whether `to_fn` now holds what was at `from_fn`.
  */
 bool main_move_file_force(const char* from_fn, const char* to_fn);
 

@@ -6,11 +6,9 @@
 #include <libmount.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -27,8 +25,8 @@ constexpr int most_links = 40;
 
 /**
  * The entries that the kernel passes on its way along `path`, links and what they lead to alike, as
- * paths without any link above their last name. The last one is where the path ends. None when
- * there is no such way.
+ * paths without any link above their last name. The last one is where the path ends, which may be a
+ * link. None when there is no such way.
  */
 std::vector<fs::path> way_along(const fs::path& path) {
   std::error_code error;
@@ -47,7 +45,8 @@ std::vector<fs::path> way_along(const fs::path& path) {
     way.push_back(entry);
     const auto status = fs::symlink_status(entry, error);
     if (!fs::exists(status)) return {};
-    if (!fs::is_symlink(status)) {
+    // With a slash behind it, which gives an empty name, a link stands for what it leads to.
+    if (!fs::is_symlink(status) || names.empty()) {
       at = entry;
       continue;
     }
@@ -73,10 +72,12 @@ bool holds(const Place& outer, const Place& inner) {
 }
 
 bool any_holds(const std::vector<Place>& outer, const std::vector<Place>& inner) {
-  return std::ranges::any_of(outer, [&inner](const Place& folder) {
-    return std::ranges::any_of(inner,
-                               [&folder](const Place& place) { return holds(folder, place); });
-  });
+  for (const auto& folder : outer) {
+    for (const auto& place : inner) {
+      if (holds(folder, place)) return true;
+    }
+  }
+  return false;
 }
 
 /** `path` without a final slash, so that the root is the empty path. */
@@ -133,26 +134,13 @@ class Mounts {
   std::vector<Mount> m_mounts;
 };
 
-/** The mounts as they are now, read again only after a change: reading them takes its time. */
-const Mounts& current_mounts() {
-  static const std::unique_ptr<libmnt_monitor, FreeWith<mnt_unref_monitor>> monitor{
-      mnt_new_monitor()};
-  static const int watched = mnt_monitor_enable_kernel(monitor.get(), 1);
-  static std::optional<Mounts> mounts;
-  const bool unchanged = watched == 0 && mnt_monitor_wait(monitor.get(), 0) == 0;
-  if (mounts && unchanged) return *mounts;
-  // The event is taken before the table is read, so that no later change is missed.
-  mnt_monitor_event_cleanup(monitor.get());
-  return mounts.emplace();
-}
-
 }  // namespace
 
 bool deletion_takes_away(const fs::path& doomed, const fs::path& path) {
   const auto doomed_way = way_along(doomed);
   const auto way = way_along(path);
   if (doomed_way.empty() || way.empty()) return true;
-  const Mounts& mounts = current_mounts();
+  const Mounts mounts;
   const auto gone = mounts.places_from(doomed_way.back());
   std::vector<Place> passed;
   passed.reserve(way.size());

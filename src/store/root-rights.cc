@@ -2,72 +2,52 @@
 // Commands that need root rights.
 #include "store/root-rights.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <array>
 #include <cstring>
-#include <string>
-#include <utility>
 
-#include "base/glib-ptr.h"
+#include "base/descriptor.h"
 #include "base/shell.h"
 
 namespace varnholt {
 namespace {
 
-/** What system(3) runs. */
-constexpr auto* system_shell = "/bin/sh";
-constexpr std::string_view not_plain = "\"$`\\";
+/** Puts a pipe that holds one line in the place of the standard input for as long as it lives. */
+class LineAsInput {
+ public:
+  explicit LineAsInput(const char* line) {
+    std::array<int, 2> ends{-1, -1};
+    if (!m_usual || pipe2(ends.data(), O_CLOEXEC) != 0) return;
+    const Descriptor read_end{ends[0]};
+    const Descriptor write_end{ends[1]};
+    // Nobody reads yet, so a line for which the pipe has no room must not be waited for.
+    fcntl(write_end.number(), F_SETFL, O_NONBLOCK);
+    const auto length = static_cast<ssize_t>(std::strlen(line));
+    m_holds = write(write_end.number(), line, static_cast<std::size_t>(length)) == length &&
+              write(write_end.number(), "\n", 1) == 1 &&
+              dup2(read_end.number(), STDIN_FILENO) == STDIN_FILENO;
+  }
+  LineAsInput(const LineAsInput&) = delete;
+  LineAsInput& operator=(const LineAsInput&) = delete;
+  ~LineAsInput() {
+    if (m_holds) dup2(m_usual.number(), STDIN_FILENO);
+  }
 
-bool is_echo_option(std::string_view word) {
-  return word.size() > 1 && word.starts_with('-') &&
-         word.find_first_not_of("neE", 1) == std::string_view::npos;
-}
+  explicit operator bool() const { return m_holds; }
+
+ private:
+  Descriptor m_usual{fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)};
+  bool m_holds = false;
+};
 
 }  // namespace
 
-bool echo_reads_escapes(const char* shell) {
-  // NOLINTBEGIN(cppcoreguidelines-pro-type-const-cast): the words are not written to
-  std::array<char*, 4> words{const_cast<char*>(shell), const_cast<char*>("-c"),
-                             const_cast<char*>(R"(echo '\\')"), nullptr};
-  // NOLINTEND(cppcoreguidelines-pro-type-const-cast)
-  TextPtr printed;
-  g_spawn_sync(nullptr, words.data(), nullptr, GSpawnFlags{}, nullptr, nullptr, out(printed),
-               nullptr, nullptr, nullptr);
-  return printed && std::string_view{printed.get()} == "\\\n";
-}
-
-SecretText sudo_command(std::string_view password, std::string_view command, bool reads_escapes) {
-  constexpr std::size_t longest_escape = 6;
-  constexpr std::size_t frame = 40;
-  SecretText line;
-  // Growing would leave copies behind.
-  line.reserve(frame + longest_escape * password.size() + command.size());
-  line = "echo \"";
-  for (const char byte : password) {
-    if (not_plain.find(byte) == std::string_view::npos) {
-      line += byte;
-      continue;
-    }
-    // A backslash before the character would not do: in some charsets a shell takes it for the
-    // second half of the character in front of it.
-    line += "\"'";
-    line += byte;
-    if (byte == '\\' && reads_escapes) line += byte;
-    line += "'\"";
-  }
-  if (is_echo_option(password)) line += '\n';
-  line += "\" |  sudo -S ";
-  line += command;
-  return line;
-}
-
-RootRights::RootRights(SecretPtr password)
-    : m_password(std::move(password)),
-      m_reads_escapes(std::strchr(m_password.get(), '\\') != nullptr &&
-                      echo_reads_escapes(system_shell)) {}
-
 int RootRights::run(const std::string& command) const {
   if (!m_password) return run_command(command);
-  return run_command(sudo_command(m_password.get(), command, m_reads_escapes).c_str());
+  const LineAsInput password{m_password.get()};
+  return password ? run_command("sudo -S " + command) : -1;
 }
 
 }  // namespace varnholt

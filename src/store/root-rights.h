@@ -3,38 +3,29 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include "base/secret.h"
 
 namespace varnholt {
 
-/**
- * Whether the echo of the shell at a path reads "\\" as one backslash, as that of dash does. That
- * of bash reads it as two.
- */
-bool echo_reads_escapes(const char* shell);
-
-/**
- * The command line that hands `password` to sudo, byte for byte and as a line, and has it run
- * `command`. A line feed follows a password that echo would take for an option.
- */
-SecretText sudo_command(std::string_view password, std::string_view command, bool reads_escapes);
-
 /** The right to run commands as root, for as long as it is held. */
 class RootRights {
  public:
-  /** Those of this process, which runs as root. */
+  /** The rights of this process, which runs as root. */
   RootRights() = default;
-  /** Those that sudo gives the user for a password. */
-  explicit RootRights(SecretPtr password);
+  /** The rights that sudo gives the user for a password. */
+  explicit RootRights(SecretPtr password) : m_password(std::move(password)) {}
 
-  /** Runs a command line and returns its wait status, as run_command() does. */
+  /**
+   * Runs a command line and returns its wait status, as run_command() does. sudo reads the password
+   * as a line from a pipe, so it stands in no argument list, where every user could see it; the
+   * pipe is also the command's standard input.
+   */
   int run(const std::string& command) const;
 
  private:
   SecretPtr m_password;
-  bool m_reads_escapes = false;
 };
 
 }  // namespace varnholt

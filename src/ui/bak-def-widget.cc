@@ -3,7 +3,6 @@
 #include "ui/bak-def-widget.h"
 
 #include <array>
-#include <ctime>
 #include <string>
 
 #include "base/diagnostics.h"
@@ -11,13 +10,8 @@
 
 namespace {
 
-using varnholt::take_text;
 using varnholt::Value;
 using varnholt::value_of;
-
-bool has(const VhBakDefItem* item, VhFileOperationType flag) {
-  return vh_IsFileOperationType(item->op, flag);
-}
 
 void on_sel_toggled(VhBakDefWidget* self, const char* path) {
   g_return_if_fail(path != NULL);
@@ -32,13 +26,10 @@ void on_force_overwrite_toggled(VhBakDefWidget* self, const char* path) {
   if (found.item != nullptr) found.item->force_overwrite = force;
 }
 
-void op_cell_data_func(GtkTreeViewColumn* column, GtkCellRenderer* cell, GtkTreeModel* model,
-                       GtkTreeIter* iter, gpointer /*self*/) noexcept {
-  g_return_if_fail(column != NULL);
-  g_return_if_fail(cell != NULL);
-  g_return_if_fail(model != NULL);
+void op_cell_data_func(VhBakDefWidget* /*self*/, GtkCellRenderer* cell, GtkTreeModel* model,
+                       GtkTreeIter* iter) {
   const int op = value_of<int>(model, iter, VH_BAK_DEF_WIDGET_COL_IDX_UP);
-  g_object_set(cell, "text", take_text(vh_FileOperationType_tostr(op)).get(), nullptr);
+  g_object_set(cell, "text", varnholt::take_text(vh_FileOperationType_tostr(op)).get(), nullptr);
 }
 
 /** A time in UTC; empty for 0 and for a time that no calendar holds. */
@@ -46,48 +37,40 @@ std::string date_of(gint64 time) {
   const time_t seconds = time;
   struct tm utc {};
   if (time == 0 || gmtime_r(&seconds, &utc) == nullptr) return {};
-  return take_text(g_time_to_string(&utc)).get();
+  return varnholt::take_text(g_time_to_string(&utc)).get();
 }
 
-/**
- * The same row by an iterator whose other words are zero, as items keep it: a list store sets only
- * these two.
- */
-GtkTreeIter comparable(const GtkTreeIter& row) {
-  GtkTreeIter same{};
-  same.stamp = row.stamp;
-  same.user_data = row.user_data;
-  return same;
-}
-
-void datetime_cell_data_func(GtkTreeViewColumn* column, GtkCellRenderer* cell, GtkTreeModel* model,
-                             GtkTreeIter* iter, gpointer self) noexcept {
-  g_return_if_fail(column != NULL);
-  g_return_if_fail(cell != NULL);
-  g_return_if_fail(model != NULL);
-  const auto& items = static_cast<VhBakDefWidget*>(self)->items;
-  const auto* const item = items->item_of(comparable(*iter));
+void datetime_cell_data_func(VhBakDefWidget* self, GtkCellRenderer* cell, GtkTreeModel* /*model*/,
+                             GtkTreeIter* iter) {
+  const auto* const item = self->find(*iter).item;
   const auto text = date_of(item == nullptr ? 0 : item->last_oper_time);
   g_object_set(cell, "text", text.c_str(), nullptr);
 }
 
-void force_overwrite_cell_data_func(GtkTreeViewColumn* column, GtkCellRenderer* cell,
-                                    GtkTreeModel* model, GtkTreeIter* iter,
-                                    gpointer /*self*/) noexcept {
-  g_return_if_fail(column != NULL);
-  g_return_if_fail(cell != NULL);
-  g_return_if_fail(model != NULL);
+void force_overwrite_cell_data_func(VhBakDefWidget* /*self*/, GtkCellRenderer* cell,
+                                    GtkTreeModel* model, GtkTreeIter* iter) {
   const int op = value_of<int>(model, iter, VH_BAK_DEF_WIDGET_COL_IDX_UP);
   const bool force = value_of<bool>(model, iter, VH_BAK_DEF_WIDGET_COL_IDX_FORCE_OVERWRITE);
   g_object_set(cell, "visible", op == VH_FILE_OPERATION_TYPE_FOT_OverWrite, "active", force,
                nullptr);
 }
 
+/** Appends a column for whose cells `show` is called, with the table, before each is drawn. */
+template <auto show>
 GtkTreeViewColumn* append_computed_column(VhBakDefWidget* self, const char* title,
-                                          GtkCellRenderer* renderer, GtkTreeCellDataFunc show) {
-  auto* const column = self->append_column(title, renderer, {false, false});
-  gtk_tree_view_column_set_cell_data_func(column, renderer, show, self, nullptr);
-  return column;
+                                          GtkCellRenderer* renderer) {
+  auto* const made = self->append_column(title, renderer, {false, false});
+  gtk_tree_view_column_set_cell_data_func(
+      made, renderer,
+      [](GtkTreeViewColumn* column, GtkCellRenderer* cell, GtkTreeModel* model, GtkTreeIter* iter,
+         gpointer table) noexcept {
+        g_return_if_fail(column != NULL);
+        g_return_if_fail(cell != NULL);
+        g_return_if_fail(model != NULL);
+        show(static_cast<VhBakDefWidget*>(table), cell, model, iter);
+      },
+      self, nullptr);
+  return made;
 }
 
 void append_columns(VhBakDefWidget* self) {
@@ -97,12 +80,12 @@ void append_columns(VhBakDefWidget* self) {
   self->append_column(self->is_shell != 0 ? "目标文件(夹)" : "目标文件(夹)|链接",
                       gtk_cell_renderer_text_new(), {true, true}, "text",
                       VH_BAK_DEF_WIDGET_COL_IDX_TO);
-  append_computed_column(self, "操作", gtk_cell_renderer_text_new(), op_cell_data_func);
-  auto* const date = append_computed_column(self, "上次更新时间", gtk_cell_renderer_text_new(),
-                                            datetime_cell_data_func);
+  append_computed_column<op_cell_data_func>(self, "操作", gtk_cell_renderer_text_new());
+  auto* const date = append_computed_column<datetime_cell_data_func>(self, "上次更新时间",
+                                                                     gtk_cell_renderer_text_new());
   gtk_tree_view_column_set_visible(date, g_getenv("show_date") != nullptr);
-  append_computed_column(self, "是否覆盖", self->new_toggle(on_force_overwrite_toggled),
-                         force_overwrite_cell_data_func);
+  append_computed_column<force_overwrite_cell_data_func>(
+      self, "是否覆盖", self->new_toggle(on_force_overwrite_toggled));
 }
 
 std::array<Value, 6> values_of(const VhBakDefItem* item, bool ticked, bool force) {
@@ -112,8 +95,8 @@ std::array<Value, 6> values_of(const VhBakDefItem* item, bool ticked, bool force
 
 /** Which overwrite flag an item has after it was changed into `new_item`. */
 bool force_after_edit(const VhBakDefItem* new_item, const VhBakDefItem* old_item) {
-  if (!has(new_item, VH_FILE_OPERATION_TYPE_FOT_OverWrite)) return new_item->force_overwrite;
-  if (!has(old_item, VH_FILE_OPERATION_TYPE_FOT_OverWrite)) return true;
+  if (!new_item->has(VH_FILE_OPERATION_TYPE_FOT_OverWrite)) return new_item->force_overwrite;
+  if (!old_item->has(VH_FILE_OPERATION_TYPE_FOT_OverWrite)) return true;
   return old_item->force_overwrite;
 }
 
@@ -134,14 +117,11 @@ GType vh_bak_def_widget_col_idx_get_type() {
 }
 
 GType vh_bak_def_widget_get_type() {
-  using TableType =
-      varnholt::ObjectType<VhBakDefWidget, VhBakDefWidgetClass, varnholt::BakDefWidgetState>;
-  static const GType type = TableType::register_type(
-      gtk_scrolled_window_get_type(), "VhBakDefWidget", [](VhBakDefWidgetClass* klass) {
+  return varnholt::ObjectType<VhBakDefWidget, VhBakDefWidgetClass, varnholt::BakDefWidgetState>::
+      get(gtk_scrolled_window_get_type(), "VhBakDefWidget", [](VhBakDefWidgetClass* klass) {
         VhBakDefWidget::add_signal(klass);
         vh_bak_def_widget_col_idx_get_type();
       });
-  return type;
 }
 
 VhBakDefWidget* vh_bak_def_widget_new(int is_shell) {
@@ -170,7 +150,7 @@ VhBakDefItemList* vh_bak_def_widget_get_items(VhBakDefWidget* self) {
 
 guint vh_bak_def_widget_get_total_selections(VhBakDefWidget* self) {
   g_return_val_if_fail(self != NULL, 0);
-  return self->get_total_selections();
+  return self->items->selected_number();
 }
 
 VhBakDefItem* vh_bak_def_widget_get_select_item(VhBakDefWidget* self) {
@@ -182,8 +162,7 @@ bool vh_bak_def_widget_add_item(VhBakDefWidget* self, VhBakDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
   if (!vh_bak_def_widget_vaild_item(self, item)) return false;
-  const bool symbolic = has(item, VH_FILE_OPERATION_TYPE_FOT_Symbolic);
-  self->insert(item, !symbolic, values_of(item, false, item->force_overwrite));
+  self->insert(item, varnholt::comes_first(*item), values_of(item, false, item->force_overwrite));
   return true;
 }
 
@@ -197,7 +176,7 @@ bool vh_bak_def_widget_edit_item(VhBakDefWidget* self, VhBakDefItem* new_item,
   new_item->force_overwrite = force_after_edit(new_item, old_item);
   new_item->last_oper_time = old_item->last_oper_time;
   const bool force =
-      has(new_item, VH_FILE_OPERATION_TYPE_FOT_OverWrite) && new_item->force_overwrite;
+      new_item->has(VH_FILE_OPERATION_TYPE_FOT_OverWrite) && new_item->force_overwrite;
   self->replace(old_item, new_item, values_of(new_item, true, force),
                 vh_bak_def_item_fill_by_other);
   return true;
@@ -205,27 +184,24 @@ bool vh_bak_def_widget_edit_item(VhBakDefWidget* self, VhBakDefItem* new_item,
 
 void vh_bak_def_widget_del_selected_items(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
-  self->del_selected_items([](const VhBakDefItem& /*deleted*/) {});
+  self->del_selected_items();
 }
 
 void vh_bak_def_widget_mark_del_selected_items(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
-  self->take_ticked([self](VhBakDefItem& ticked) {
-    GtkTreeIter row = *ticked.iter;
-    if (!vh_bak_def_item_list_hide_in_iter(self->items.get(), &row)) return false;
+  self->take_ticked([self](const VhBakDefItemList::Place& ticked) {
+    GtkTreeIter row = *ticked.item->iter;
+    if (!varnholt::hide(ticked)) return false;
     gtk_list_store_set(self->store.get(), &row, VH_BAK_DEF_WIDGET_COL_IDX_SEL, FALSE,
-                       VH_BAK_DEF_WIDGET_COL_IDX_UP, ticked.op, -1);
+                       VH_BAK_DEF_WIDGET_COL_IDX_UP, ticked.item->op, -1);
     return true;
   });
 }
 
 void vh_bak_def_widget_update_items_last_oper_time(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
-  for (VhBakDefItem* item : *self->items) {
-    const bool overwrites =
-        has(item, VH_FILE_OPERATION_TYPE_FOT_OverWrite) && item->force_overwrite;
-    if (!overwrites && !has(item, VH_FILE_OPERATION_TYPE_FOT_Update)) continue;
-    item->last_oper_time = std::time(nullptr);
+  for (const auto& item : *self->items) {
+    if (varnholt::is_stamped(*item)) item->last_oper_time = std::time(nullptr);
   }
 }
 
@@ -237,11 +213,11 @@ void vh_bak_def_widget_clear_selection(VhBakDefWidget* self) {
 bool vh_bak_def_widget_vaild_item(VhBakDefWidget* self, VhBakDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
-  if (item->from == item->to) {
+  if (varnholt::is_own_source(*item)) {
     main_alter("原文件和目标文件相同", GTK_BUTTONS_CLOSE);
     return false;
   }
-  if (!has(item, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
+  if (!item->has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
   return main_alter(
              "链接的原文件(夹)必须包含在之前定义的非链接的文件夹下,才能备份.\n否则仅建立软链接."
              "\n是否继续",

@@ -5,9 +5,10 @@
 
 #include <array>
 #include <functional>
-#include <numeric>
+#include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <gtk/gtk.h>
@@ -132,21 +133,21 @@ struct CheckedRows {
             [this](GtkTreeView* /*view*/) { selection = nullptr; });
   }
 
-  /** A flag after it was toggled, and the item of its row; none when there is none. */
-  struct Toggled {
-    typename List::Place found;
-    bool on = false;
-  };
-
-  /** Toggles the flag in a column of the row at a path such as "3". */
-  Toggled toggle(const char* path, int column) {
+  /** Toggles the flag in a column of the row at a path such as "3"; tells its item and the flag. */
+  std::pair<typename List::Place, bool> toggle(const char* path, int column) {
     auto* const model = GTK_TREE_MODEL(store.get());
-    // A list store leaves words of an iterator as they were; rows are compared by all of them.
     GtkTreeIter row{};
     if (!gtk_tree_model_get_iter_from_string(model, &row, path)) return {};
     const bool on = !value_of<bool>(model, &row, column);
     gtk_list_store_set(store.get(), &row, column, gboolean{on}, -1);
-    return {items->find(row), on};
+    return {find(row), on};
+  }
+
+  /** The item of a row of the store. It stands in the list where the row stands in the store. */
+  typename List::Place find(GtkTreeIter row) const {
+    const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
+        gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
+    return items->find(row, *gtk_tree_path_get_indices(path.get()));
   }
 
   void on_sel_toggled(const char* path) {
@@ -173,7 +174,7 @@ struct CheckedRows {
 
   /** Unticks every item that has a row. */
   void clear_selection() {
-    for (Item* item : *items) {
+    for (const auto& item : *items) {
       if (!item->iter) continue;
       item->is_selected = false;
       set_check_box(*item->iter, false);
@@ -183,8 +184,6 @@ struct CheckedRows {
   /** The item of the highlighted row as a new reference; none when no row is highlighted. */
   Item* get_select_item() { return highlighted().hand_out(nullptr); }
 
-  guint get_total_selections() { return items->selected_number(); }
-
   /**
    * Adds an item, unticked, as first or last to list and store, with a value for each column of its
    * row. The list takes its own reference.
@@ -192,11 +191,11 @@ struct CheckedRows {
   template <std::size_t N>
   void insert(Item* item, bool first, std::array<Value, N> values) {
     GtkTreeIter row{};
-    gtk_list_store_insert_with_valuesv(store.get(), &row, first ? 0 : G_MAXINT,
-                                       column_numbers<N>().data(), data_of(values), N);
+    gtk_list_store_insert_with_valuesv(store.get(), &row, first ? 0 : G_MAXINT, s_columns.data(),
+                                       data_of(values), N);
     item->is_selected = false;
     item->iter = row;
-    first ? items->prepend(item) : items->append(item);
+    items->insert(item, first);
     emit_selection_changed(static_cast<int>(items->length()) - 1);
   }
 
@@ -208,23 +207,29 @@ struct CheckedRows {
   void replace(Item* old_item, Item* new_item, std::array<Value, N> values,
                void (*fill_by_other)(Item* self, Item* item)) {
     GtkTreeIter row = *old_item->iter;
-    gtk_list_store_set_valuesv(store.get(), &row, column_numbers<N>().data(), data_of(values), N);
+    gtk_list_store_set_valuesv(store.get(), &row, s_columns.data(), data_of(values), N);
     new_item->iter = row;
     new_item->is_selected = true;
     fill_by_other(old_item, new_item);
-    emit_selection_changed(items->find(row).index);
+    emit_selection_changed(find(row).index);
   }
 
   /**
    * Has each ticked item taken out of the ticked ones, first to last. When `take` fails, when it
-   * does not help, or when an item has no row, says so and leaves the rest.
+   * does not help, or when an item has no row, tells the user and leaves the rest.
    */
-  void take_ticked(const std::function<bool(Item& ticked)>& take) {
+  void take_ticked(const std::function<bool(const typename List::Place& ticked)>& take) {
     ObjectPtr<Item> taken;
-    while (Item* ticked = items->first_selected().item) {
-      const bool again = ticked == taken.get();
-      taken = make_object(ticked);
-      if (again || !ticked->iter || !take(*ticked)) {
+    guint from = 0;
+    while (true) {
+      auto ticked = items->first_selected(from);
+      // Whoever hears of the changes may have ticked an item in front.
+      if (ticked.item == nullptr) ticked = items->first_selected();
+      if (ticked.item == nullptr) return;
+      from = static_cast<guint>(ticked.index);
+      const bool again = ticked.item == taken.get();
+      taken = make_object(ticked.item);
+      if (again || !taken->iter || !take(ticked)) {
         main_alter("删除失败", GTK_BUTTONS_CLOSE);
         return;
       }
@@ -232,26 +237,18 @@ struct CheckedRows {
     }
   }
 
-  /** Takes every ticked item out of list and store, and has each forgotten by who else knows it. */
-  void del_selected_items(const std::function<void(const Item& deleted)>& forget) {
-    take_ticked([this, &forget](Item& ticked) {
-      GtkTreeIter row = *ticked.iter;
-      if (!items->remove(row)) return false;
-      forget(ticked);
-      ticked.iter.reset();
+  /** Takes every ticked item out of list and store. */
+  void del_selected_items() {
+    take_ticked([this](const typename List::Place& ticked) {
+      GtkTreeIter row = *ticked.item->iter;
+      ticked.item->iter.reset();
+      items->remove(ticked);
       gtk_list_store_remove(store.get(), &row);
       return true;
     });
   }
 
  private:
-  template <std::size_t N>
-  static std::array<int, N> column_numbers() {
-    std::array<int, N> numbers{};
-    std::iota(numbers.begin(), numbers.end(), 0);
-    return numbers;
-  }
-
   template <std::size_t N>
   static GValue* data_of(std::array<Value, N>& values) {
     static_assert(sizeof(Value) == sizeof(GValue));
@@ -264,7 +261,7 @@ struct CheckedRows {
     GtkTreeIter row{};
     const bool any =
         selection != nullptr && gtk_tree_selection_get_selected(selection, nullptr, &row) != 0;
-    return any ? items->find(row) : typename List::Place{};
+    return any ? find(row) : typename List::Place{};
   }
 
   /** Writes only what changes: the toolkit measures a row anew whenever it is written. */
@@ -274,6 +271,7 @@ struct CheckedRows {
   }
 
   static inline guint s_selection_changed = 0;
+  static inline std::array s_columns{0, 1, 2, 3, 4, 5, 6};
 };
 
 }  // namespace varnholt

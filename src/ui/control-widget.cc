@@ -2,7 +2,7 @@
 // The row of page and action buttons.
 #include "ui/control-widget.h"
 
-#include <array>
+#include <algorithm>
 
 #include "base/object-type.h"
 #include "base/signal.h"
@@ -10,34 +10,33 @@
 namespace {
 
 using varnholt::make_object;
-using varnholt::sink_object;
 
 guint sig_btn_clicked = 0;
 
-void vh_control_widget_togle_btns(VhControlWidget* self, int page) {
+void togle_btns(VhControlWidget* self, int page) {
   for (int index = 0; const auto& button : self->page_btns) {
     gtk_toggle_button_set_active(button.get(), index++ == page);
   }
 }
 
-VhControlWidgetBtnType type_of(const VhControlWidget* self, const GtkButton* btn) {
-  const auto same = [btn](auto* button) { return static_cast<const void*>(button) == btn; };
-  if (same(self->btn_link.get())) return VH_CONTROL_WIDGET_BTN_TYPE_Link;
-  if (same(self->btn_route.get())) return VH_CONTROL_WIDGET_BTN_TYPE_Route;
-  if (same(self->btn_shell.get())) return VH_CONTROL_WIDGET_BTN_TYPE_Shell;
-  if (same(self->btn_edt.get())) return VH_CONTROL_WIDGET_BTN_TYPE_Edt;
-  if (same(self->btn_del.get())) return VH_CONTROL_WIDGET_BTN_TYPE_Del;
-  if (same(self->btn_add.get())) return VH_CONTROL_WIDGET_BTN_TYPE_Add;
-  return VH_CONTROL_WIDGET_BTN_TYPE_BTNULL;
+/** The buttons in the order of their types. */
+std::array<gpointer, VH_CONTROL_WIDGET_BTN_TYPE_BTNULL> buttons_of(const VhControlWidget* self) {
+  return {self->btn_link.get(), self->btn_route.get(), self->btn_shell.get(),
+          self->btn_edt.get(),  self->btn_del.get(),   self->btn_add.get()};
 }
 
-void vh_control_widget_on_btn_clicked(VhControlWidget* self, const GtkButton* btn) {
+VhControlWidgetBtnType type_of(const VhControlWidget* self, const GtkButton* btn) {
+  const auto buttons = buttons_of(self);
+  return static_cast<VhControlWidgetBtnType>(std::ranges::find(buttons, btn) - buttons.begin());
+}
+
+void on_btn_clicked(VhControlWidget* self, const GtkButton* btn) {
   if (self->in_toggle != 0) return;
   const auto type = type_of(self, btn);
   const bool page = type <= VH_CONTROL_WIDGET_BTN_TYPE_Shell;
   if (page) {
     self->in_toggle = 1;
-    vh_control_widget_togle_btns(self, type);
+    togle_btns(self, type);
     self->in_toggle = 0;
     if (self->last_page_btn == type) return;
   }
@@ -45,13 +44,10 @@ void vh_control_widget_on_btn_clicked(VhControlWidget* self, const GtkButton* bt
   if (page) self->last_page_btn = type;
 }
 
-void vh_control_widget_attach_signals(VhControlWidget* self) {
-  for (gpointer btn :
-       std::array<gpointer, 6>{self->btn_link.get(), self->btn_route.get(), self->btn_shell.get(),
-                               self->btn_edt.get(), self->btn_del.get(), self->btn_add.get()}) {
-    varnholt::connect(btn, "clicked", self, [self](GtkButton* clicked) {
-      vh_control_widget_on_btn_clicked(self, clicked);
-    });
+void attach_signals(VhControlWidget* self) {
+  for (auto* btn : buttons_of(self)) {
+    varnholt::connect(btn, "clicked", self,
+                      [self](GtkButton* clicked) { on_btn_clicked(self, clicked); });
   }
 }
 
@@ -72,15 +68,12 @@ GType vh_control_widget_btn_type_get_type() {
 }
 
 GType vh_control_widget_get_type() {
-  using BarType =
-      varnholt::ObjectType<VhControlWidget, VhControlWidgetClass, varnholt::ControlWidgetState>;
-  static const GType type = BarType::register_type(
-      gtk_hbox_get_type(), "VhControlWidget", [](VhControlWidgetClass* klass) {
+  return varnholt::ObjectType<VhControlWidget, VhControlWidgetClass, varnholt::ControlWidgetState>::
+      get(gtk_hbox_get_type(), "VhControlWidget", [](VhControlWidgetClass* klass) {
         sig_btn_clicked =
             g_signal_new("sig_btn_clicked", G_TYPE_FROM_CLASS(klass), G_SIGNAL_RUN_LAST, 0, nullptr,
                          nullptr, nullptr, G_TYPE_NONE, 1, vh_control_widget_btn_type_get_type());
       });
-  return type;
 }
 
 VhControlWidget* vh_control_widget_new() {
@@ -90,10 +83,10 @@ VhControlWidget* vh_control_widget_new() {
 VhControlWidget* vh_control_widget_construct(GType object_type) {
   auto* const self = static_cast<VhControlWidget*>(g_object_new(object_type, nullptr));
   const auto new_page_button = [](const char* label) {
-    return sink_object<GtkToggleButton>(gtk_toggle_button_new_with_label(label));
+    return varnholt::sink_object<GtkToggleButton>(gtk_toggle_button_new_with_label(label));
   };
   const auto new_button = [](const char* label) {
-    return sink_object<GtkButton>(gtk_button_new_with_label(label));
+    return varnholt::sink_object<GtkButton>(gtk_button_new_with_label(label));
   };
   self->btn_link = new_page_button("下发文件");
   self->btn_route = new_page_button("路由设置");
@@ -111,8 +104,8 @@ VhControlWidget* vh_control_widget_construct(GType object_type) {
   for (auto* button : {self->btn_add.get(), self->btn_del.get(), self->btn_edt.get()}) {
     gtk_box_pack_end(box, GTK_WIDGET(button), FALSE, FALSE, 0);
   }
-  vh_control_widget_togle_btns(self, VH_CONTROL_WIDGET_BTN_TYPE_Link);
-  vh_control_widget_attach_signals(self);
+  togle_btns(self, VH_CONTROL_WIDGET_BTN_TYPE_Link);
+  attach_signals(self);
   gtk_widget_show_all(GTK_WIDGET(self));
   return self;
 }

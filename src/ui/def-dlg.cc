@@ -6,34 +6,21 @@
 #include <string>
 #include <string_view>
 
-#include "base/diagnostics.h"
 #include "base/object-type.h"
 #include "base/signal.h"
 #include "base/text.h"
 #include "ui/accessible.h"
 #include "ui/form.h"
+#include "ui/path-chooser.h"
 #include "ui/prompts.h"
-#include "ui/window-ptr.h"
 
 namespace {
 
-using varnholt::give_text;
-using varnholt::ObjectPtr;
-using varnholt::print_progress;
+using varnholt::BakDefFields;
 using varnholt::sink_object;
-using varnholt::take_object;
-using varnholt::take_text;
-using varnholt::TextPtr;
-using varnholt::WindowPtr;
 
 /** Below it the backup keeps what it copies. */
 constexpr std::string_view backup_folder = "/data_bak";
-
-struct Values {
-  std::string from;
-  std::string to;
-  VhFileOperationType op;
-};
 
 bool is_ticked(const auto& box) {
   return gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(box.get())) != 0;
@@ -58,23 +45,18 @@ std::string location_in(GtkEntry* entry) {
   return path;
 }
 
-Values values_of(VhDefDlg* self) {
-  return {location_in(self->from_entry.get()), location_in(self->to_entry.get()),
-          vh_def_dlg_get_file_operation_type(self)};
-}
-
 /** What to tell the user about values that cannot be a definition; none when they can. */
-const char* objection_to(const Values& values) {
+const char* objection_to(const BakDefFields& values) {
   if (values.from.empty()) return "原文件(夹)不能为空";
   if (values.to.empty()) return "目标文件(夹)不能为空";
-  if (values.from == values.to) return "目标文件(夹)和原文件(夹)不能相同";
+  if (varnholt::is_own_source(values)) return "目标文件(夹)和原文件(夹)不能相同";
   if (const auto* objection = varnholt::objection_to_field(values.from)) return objection;
   return varnholt::objection_to_field(values.to);
 }
 
 /** Whether the user wants a definition to be the symbolic one that it is. */
-bool is_meant(const Values& values) {
-  if (!vh_IsFileOperationType(values.op, VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
+bool is_meant(const BakDefFields& values) {
+  if (!values.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
   using varnholt::shown_shortened;
   const auto question = "是否添加软连接" + shown_shortened(values.from) + " (链接到" +
                         shown_shortened(values.to) + ")";
@@ -82,82 +64,40 @@ bool is_meant(const Values& values) {
          GTK_RESPONSE_YES;
 }
 
-bool is_acceptable(const Values& values) {
+bool is_acceptable(const BakDefFields& values) {
   const char* const objection = objection_to(values);
   if (objection == nullptr) return is_meant(values);
   main_alter(objection, GTK_BUTTONS_CLOSE);
   return false;
 }
 
-bool is_folder(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
-}
-
-/** Starts a chooser at what a path names, or at the nearest folder above that is there. */
-void point_at(GtkFileChooser* chooser, std::string path, bool folders) {
-  if (!path.starts_with('/')) path = "/";
-  if (!folders && !is_folder(path) && vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS)) {
-    gtk_file_chooser_set_filename(chooser, path.c_str());
-    return;
-  }
-  while (!is_folder(path) && path != "/") path = take_text(g_path_get_dirname(path.c_str())).get();
-  gtk_file_chooser_set_current_folder(chooser, path.c_str());
-}
-
-WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folders) {
-  // The toolkit keeps a list of recent files there, and warns when it cannot.
-  g_mkdir_with_parents(g_get_user_data_dir(), 0700);
-  const auto parent = take_object(main_get_main_window());
-  auto dialog = varnholt::own_window<GtkDialog>(gtk_file_chooser_dialog_new(
-      "选择文件夹", parent.get(),
-      folders ? GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER : GTK_FILE_CHOOSER_ACTION_OPEN, "取消",
-      GTK_RESPONSE_CANCEL, "确定", GTK_RESPONSE_ACCEPT, nullptr));
-  gtk_dialog_set_default_response(dialog.get(), GTK_RESPONSE_ACCEPT);
-  auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
-  gtk_file_chooser_set_local_only(chooser, TRUE);
-  gtk_file_chooser_set_select_multiple(chooser, FALSE);
-  // Its button and the entry for a path would share a mnemonic.
-  gtk_file_chooser_set_create_folders(chooser, FALSE);
-  // Set before it comes up, the chooser would go back to what it was set to last time.
-  varnholt::connect(chooser, "map", chooser,
-                    [](GtkFileChooser* mapped) { gtk_file_chooser_set_show_hidden(mapped, TRUE); });
-  point_at(chooser, start, folders);
-  return dialog;
-}
-
 /** Has the user choose a path instead of that in an entry; none when he does not. */
-TextPtr ask_for_path(const VhDefDlg* self, GtkEntry* entry) {
-  const bool files_offered = self->select_file_shown != 0 && is_ticked(self->select_file_cb);
-  const bool folders = self->is_shell == 0 && !files_offered;
-  if (folders) print_progress("select folder \n");
-  const auto dialog = new_chooser(location_in(entry), folders);
-  if (gtk_dialog_run(dialog.get()) != GTK_RESPONSE_ACCEPT) return {};
-  auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
-  // It has no current folder while it shows what was used of late.
-  if (folders) return take_text(gtk_file_chooser_get_current_folder(chooser));
-  print_progress("enter  file \n");
-  return take_text(gtk_file_chooser_get_filename(chooser));
+varnholt::TextPtr ask_for_path(const VhDefDlg* self, GtkEntry* entry) {
+  const bool files = self->select_file_shown != 0 && is_ticked(self->select_file_cb);
+  return varnholt::choose_path(location_in(entry), self->is_shell == 0 && !files);
 }
 
-ObjectPtr<GtkLabel> new_path_label() {
-  auto label = sink_object<GtkLabel>(gtk_label_new(nullptr));
-  gtk_label_set_max_width_chars(label.get(), 10);
-  return label;
+/** Makes a row of the grid: a caption, the entry of a path, and the button that opens the chooser.
+ */
+void make_path_row(GtkTable* table, guint row, auto& caption, auto& entry, auto& btn) {
+  caption = sink_object<GtkLabel>(gtk_label_new(nullptr));
+  gtk_label_set_max_width_chars(caption.get(), 10);
+  entry = sink_object<GtkEntry>(gtk_entry_new());
+  btn = sink_object<GtkButton>(gtk_button_new_with_label("..."));
+  varnholt::attach_row(table, row, caption.get(), entry.get());
+  varnholt::attach_small(table, GTK_WIDGET(btn.get()), 2, row);
+  varnholt::take_dropped_paths(entry.get());
+  varnholt::name_by(btn.get(), caption.get());
 }
 
 void make_widgets(VhDefDlg* self) {
-  const auto new_entry = [] { return sink_object<GtkEntry>(gtk_entry_new()); };
-  const auto new_button = [] { return sink_object<GtkButton>(gtk_button_new_with_label("...")); };
   const auto new_check = [](const char* label) {
     return sink_object<GtkCheckButton>(gtk_check_button_new_with_label(label));
   };
   self->table = sink_object<GtkTable>(varnholt::new_grid(3, 3));
-  self->from_label = new_path_label();
-  self->to_label = new_path_label();
-  self->from_entry = new_entry();
-  self->to_entry = new_entry();
-  self->from_btn = new_button();
-  self->to_btn = new_button();
+  auto* const table = self->table.get();
+  make_path_row(table, 0, self->from_label, self->from_entry, self->from_btn);
+  make_path_row(table, 1, self->to_label, self->to_entry, self->to_btn);
   self->action_label = sink_object<GtkLabel>(gtk_label_new("动作"));
   self->append_rb = sink_object<GtkRadioButton>(gtk_radio_button_new_with_label(nullptr, "追加"));
   self->overwrite_rb = sink_object<GtkRadioButton>(
@@ -173,14 +113,6 @@ void arrange_widgets(VhDefDlg* self) {
   gtk_box_pack_start(box, GTK_WIDGET(self->append_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_start(box, GTK_WIDGET(self->overwrite_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_end(box, GTK_WIDGET(self->select_file_cb.get()), FALSE, FALSE, 0);
-  const auto attach_path = [table](guint row, GtkLabel* caption, GtkEntry* entry, GtkButton* btn) {
-    varnholt::attach_row(table, row, caption, entry);
-    varnholt::attach_small(table, GTK_WIDGET(btn), 2, row);
-    varnholt::take_dropped_paths(entry);
-    varnholt::name_by(btn, caption);
-  };
-  attach_path(0, self->from_label.get(), self->from_entry.get(), self->from_btn.get());
-  attach_path(1, self->to_label.get(), self->to_entry.get(), self->to_btn.get());
   varnholt::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
   varnholt::name_group(box, self->action_label.get());
 
@@ -192,9 +124,8 @@ void arrange_widgets(VhDefDlg* self) {
 }  // namespace
 
 GType vh_def_dlg_get_type() {
-  using DialogType = varnholt::ObjectType<VhDefDlg, VhDefDlgClass, varnholt::DefDlgState>;
-  static const GType type = DialogType::register_type(gtk_dialog_get_type(), "VhDefDlg");
-  return type;
+  return varnholt::ObjectType<VhDefDlg, VhDefDlgClass, varnholt::DefDlgState>::get(
+      gtk_dialog_get_type(), "VhDefDlg");
 }
 
 VhDefDlg* vh_def_dlg_new(int is_shell, const char* title, GtkWindow* parent) {
@@ -225,8 +156,17 @@ int vh_def_dlg_run(VhDefDlg* self, int is_edit) {
     if (!is_ticked(self->jnt_cb)) offer_files(self, self->is_shell == 0);
     const int response = varnholt::run_form(
         self, std::array{self->from_entry.get(), self->to_entry.get()}, location_in);
-    if (response != GTK_RESPONSE_ACCEPT || is_acceptable(values_of(self))) return response;
+    if (response != GTK_RESPONSE_ACCEPT || is_acceptable(varnholt::values_of(self)))
+      return response;
   }
+}
+
+varnholt::BakDefFields varnholt::values_of(VhDefDlg* self) {
+  BakDefFields values;
+  values.from = location_in(self->from_entry.get());
+  values.to = location_in(self->to_entry.get());
+  values.op = vh_def_dlg_get_file_operation_type(self);
+  return values;
 }
 
 void vh_def_dlg_get_ndata(VhDefDlg* self, char** from, char** to, VhFileOperationType* op) {
@@ -248,12 +188,12 @@ void vh_def_dlg_set_ndata(VhDefDlg* self, const char* from_loc, const char* to_l
 
 char* vh_def_dlg_get_from_location(VhDefDlg* self) {
   g_return_val_if_fail(self != NULL, nullptr);
-  return give_text(location_in(self->from_entry.get()));
+  return varnholt::give_text(location_in(self->from_entry.get()));
 }
 
 char* vh_def_dlg_get_to_location(VhDefDlg* self) {
   g_return_val_if_fail(self != NULL, nullptr);
-  return give_text(location_in(self->to_entry.get()));
+  return varnholt::give_text(location_in(self->to_entry.get()));
 }
 
 void vh_def_dlg_set_from_location(VhDefDlg* self, const char* val) {

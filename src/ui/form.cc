@@ -52,14 +52,10 @@ void attach_small(GtkTable* grid, GtkWidget* widget, guint column, guint row) {
   gtk_table_attach(grid, widget, column, column + 1, row, row + 1, GTK_SHRINK, GTK_SHRINK, 0, 0);
 }
 
-void attach_input(GtkTable* grid, GtkWidget* input, guint column, guint row) {
-  constexpr auto wide = static_cast<GtkAttachOptions>(GTK_EXPAND | GTK_FILL);
-  gtk_table_attach(grid, input, column, column + 1, row, row + 1, wide, GTK_FILL, 0, 0);
-}
-
 void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input) {
   attach_small(grid, GTK_WIDGET(caption), 0, row);
-  attach_input(grid, input, 1, row);
+  constexpr auto wide = static_cast<GtkAttachOptions>(GTK_EXPAND | GTK_FILL);
+  gtk_table_attach(grid, input, 1, 2, row, row + 1, wide, GTK_FILL, 0, 0);
   gtk_label_set_mnemonic_widget(caption, input);
 }
 
@@ -116,8 +112,7 @@ int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
 }
 
 const char* objection_to_field(std::string_view text) {
-  const bool fits = text.find_first_of(",\n") == std::string_view::npos && trimmed(text) == text;
-  return fits ? nullptr : "内容不能包含逗号或换行,也不能以空格结尾";
+  return fits_field(text) ? nullptr : "内容不能包含逗号或换行,也不能以空格结尾";
 }
 
 }  // namespace varnholt

@@ -17,7 +17,6 @@ void frame_form(GtkDialog* dialog, const char* title, GtkWindow* parent);
 /** A new grid, floating. Captions and buttons keep their size, inputs take the spare width. */
 GtkTable* new_grid(guint rows, guint columns);
 void attach_small(GtkTable* grid, GtkWidget* widget, guint column, guint row);
-void attach_input(GtkTable* grid, GtkWidget* input, guint column, guint row);
 
 /** Attaches a caption and the input it names, also to those who cannot see, as columns 0 and 1. */
 void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input);

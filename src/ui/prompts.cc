@@ -7,14 +7,6 @@
 
 namespace {
 
-using varnholt::give_text;
-using varnholt::make_object;
-using varnholt::own_window;
-using varnholt::shown;
-using varnholt::take_object;
-using varnholt::take_text;
-using varnholt::trimmed;
-
 GtkEntry* new_password_entry() {
   auto* const entry = GTK_ENTRY(gtk_entry_new());
   g_object_set(entry, "invisible-char-set", TRUE, "caps-lock-warning", TRUE, nullptr);
@@ -26,7 +18,7 @@ GtkEntry* new_password_entry() {
 
 /** Puts the caption above the entry, and says that it names the entry to those who cannot see. */
 void fill(GtkDialog* dialog, const char* msg, GtkEntry* entry) {
-  GtkWidget* const caption = gtk_label_new(shown(msg).c_str());
+  GtkWidget* const caption = gtk_label_new(varnholt::shown(msg).c_str());
   gtk_label_set_mnemonic_widget(GTK_LABEL(caption), GTK_WIDGET(entry));
   GtkWidget* const table = gtk_table_new(2, 1, FALSE);
   gtk_table_attach_defaults(GTK_TABLE(table), caption, 0, 1, 0, 1);
@@ -38,7 +30,7 @@ void fill(GtkDialog* dialog, const char* msg, GtkEntry* entry) {
 }  // namespace
 
 GtkWindow* main_get_main_window() {
-  return main_s_main_window ? make_object(main_s_main_window.get()).release() : nullptr;
+  return main_s_main_window ? varnholt::make_object(main_s_main_window.get()).release() : nullptr;
 }
 
 int main_alter(const char* msg, GtkButtonsType buttons) {
@@ -48,9 +40,9 @@ int main_alter(const char* msg, GtkButtonsType buttons) {
 }
 
 int varnholt::show_message(GtkMessageType type, const char* msg, GtkButtonsType buttons) {
-  const auto parent = take_object(main_get_main_window());
-  const auto box = own_window<GtkDialog>(gtk_message_dialog_new(
-      parent.get(), GTK_DIALOG_MODAL, type, buttons, "%s", shown(msg).c_str()));
+  const auto parent = varnholt::take_object(main_get_main_window());
+  const auto box = varnholt::own_window<GtkDialog>(gtk_message_dialog_new(
+      parent.get(), GTK_DIALOG_MODAL, type, buttons, "%s", varnholt::shown(msg).c_str()));
   // A path is one word and may be wider than the screen.
   gtk_container_foreach(
       GTK_CONTAINER(gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(box.get()))),
@@ -64,9 +56,9 @@ int varnholt::show_message(GtkMessageType type, const char* msg, GtkButtonsType 
 bool main_inputdlg(char** result, const char* msg, const char* title) {
   if (result != nullptr) *result = nullptr;
   g_return_val_if_fail(msg != NULL, false);
-  if (result != nullptr) *result = give_text("");
-  const auto parent = take_object(main_get_main_window());
-  const auto dialog = own_window<GtkDialog>(
+  if (result != nullptr) *result = varnholt::give_text("");
+  const auto parent = varnholt::take_object(main_get_main_window());
+  const auto dialog = varnholt::own_window<GtkDialog>(
       gtk_dialog_new_with_buttons(title, parent.get(), GTK_DIALOG_MODAL, "确定",
                                   GTK_RESPONSE_ACCEPT, "取消", GTK_RESPONSE_CANCEL, nullptr));
   gtk_dialog_set_default_response(dialog.get(), GTK_RESPONSE_ACCEPT);
@@ -74,8 +66,8 @@ bool main_inputdlg(char** result, const char* msg, const char* title) {
   fill(dialog.get(), msg, entry);
   const bool confirmed = gtk_dialog_run(dialog.get()) == GTK_RESPONSE_ACCEPT;
   if (confirmed && result != nullptr) {
-    const auto nothing = take_text(*result);
-    *result = give_text(trimmed(gtk_entry_get_text(entry)));
+    const auto nothing = varnholt::take_text(*result);
+    *result = varnholt::give_text(varnholt::trimmed(gtk_entry_get_text(entry)));
   }
   return confirmed;
 }

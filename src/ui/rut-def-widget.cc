@@ -2,9 +2,7 @@
 // The page of the static routes.
 #include "ui/rut-def-widget.h"
 
-#include <algorithm>
 #include <array>
-#include <functional>
 #include <string>
 
 #include "base/object-type.h"
@@ -45,55 +43,10 @@ std::array<Value, 7> values_of(const VhRutDefItem* item, bool ticked) {
           Value{item->gw}, Value{item->jup},  Value{item->nic}};
 }
 
-/** Hashes of the name, and of the main contents. */
-std::array<std::size_t, 2> hashes_of(const VhRutDefItem* item) {
-  const std::hash<std::string> hash;
-  return {hash(item->name), hash(item->addr + ',' + item->mask + ',' + item->gw)};
-}
-
-/** Keeps a route of the table to be found by `contents`, which it has or is about to take over. */
-void remember(VhRutDefWidget* self, VhRutDefItem* item, const VhRutDefItem* contents) {
-  for (const auto key : hashes_of(contents)) {
-    self->by_contents.emplace(key, varnholt::make_object(item));
-  }
-}
-
-void forget(VhRutDefWidget* self, const VhRutDefItem* item) {
-  for (const auto key : hashes_of(item)) {
-    const auto [from, to] = self->by_contents.equal_range(key);
-    const auto kept =
-        std::find_if(from, to, [item](const auto& entry) { return entry.second.get() == item; });
-    if (kept != to) self->by_contents.erase(kept);
-  }
-}
-
-bool same_contents(const VhRutDefItem* a, const VhRutDefItem* b) {
-  return a->addr == b->addr && a->mask == b->mask && a->gw == b->gw;
-}
-
-/** The first route in the table with the name or the main contents of `item`; null for none. */
-const VhRutDefItem* rival_of(const VhRutDefWidget* self, const VhRutDefItem* item,
-                             const VhRutDefItem* except) {
-  VhRutDefItemList::Place first;
-  for (const auto key : hashes_of(item)) {
-    const auto [from, to] = self->by_contents.equal_range(key);
-    for (auto kept = from; kept != to; ++kept) {
-      const auto* const other = kept->second.get();
-      if (other == except) continue;
-      if (item->name != other->name && !same_contents(item, other)) continue;
-      const auto found = self->items->find(*other->iter);
-      if (found.item == other && (first.item == nullptr || found.index < first.index)) {
-        first = found;
-      }
-    }
-  }
-  return first.item;
-}
-
 /** Why `item` cannot join the routes, if `except` is not counted; empty when it can. */
 std::string objection_to(const VhRutDefWidget* self, const VhRutDefItem* item,
                          const VhRutDefItem* except) {
-  const auto* const rival = rival_of(self, item, except);
+  const auto* const rival = self->items->first_rival_of(*item, except);
   if (rival == nullptr) return {};
   if (item->name == rival->name) return "路由名称已经存在";
   return "路由主要内容和已有路由[" + varnholt::shown_shortened(rival->name) + "]相同";
@@ -122,14 +75,11 @@ GType vh_rut_def_widget_col_idx_get_type() {
 }
 
 GType vh_rut_def_widget_get_type() {
-  using PageType =
-      varnholt::ObjectType<VhRutDefWidget, VhRutDefWidgetClass, varnholt::RutDefWidgetState>;
-  static const GType type = PageType::register_type(gtk_vbox_get_type(), "VhRutDefWidget",
-                                                    [](VhRutDefWidgetClass* klass) {
-                                                      VhRutDefWidget::add_signal(klass);
-                                                      vh_rut_def_widget_col_idx_get_type();
-                                                    });
-  return type;
+  return varnholt::ObjectType<VhRutDefWidget, VhRutDefWidgetClass, varnholt::RutDefWidgetState>::
+      get(gtk_vbox_get_type(), "VhRutDefWidget", [](VhRutDefWidgetClass* klass) {
+        VhRutDefWidget::add_signal(klass);
+        vh_rut_def_widget_col_idx_get_type();
+      });
 }
 
 VhRutDefWidget* vh_rut_def_widget_new() {
@@ -169,7 +119,7 @@ VhRutDefItemList* vh_rut_def_widget_get_items(VhRutDefWidget* self) {
 
 guint vh_rut_def_widget_get_total_selections(VhRutDefWidget* self) {
   g_return_val_if_fail(self != NULL, 0);
-  return self->get_total_selections();
+  return self->items->selected_number();
 }
 
 VhRutDefItem* vh_rut_def_widget_get_select_item(VhRutDefWidget* self) {
@@ -181,7 +131,6 @@ bool vh_rut_def_widget_add_item(VhRutDefWidget* self, VhRutDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, item, nullptr)) return false;
-  remember(self, item, item);
   self->insert(item, false, values_of(item, false));
   return true;
 }
@@ -193,15 +142,13 @@ bool vh_rut_def_widget_edit_item(VhRutDefWidget* self, VhRutDefItem* new_item,
   g_return_val_if_fail(old_item != NULL, false);
   if (!vh_rut_def_widget_vaild_item(self, new_item, old_item)) return false;
   g_return_val_if_fail(old_item->iter, false);
-  forget(self, old_item);
-  remember(self, old_item, new_item);
   self->replace(old_item, new_item, values_of(new_item, true), vh_rut_def_item_fill_by_other);
   return true;
 }
 
 void vh_rut_def_widget_del_selected_items(VhRutDefWidget* self) {
   g_return_if_fail(self != NULL);
-  self->del_selected_items([self](const VhRutDefItem& deleted) { forget(self, &deleted); });
+  self->del_selected_items();
 }
 
 void vh_rut_def_widget_set_del_def_cb_active(VhRutDefWidget* self, bool active) {

@@ -2,13 +2,10 @@
 // The page of the static routes: the check box for the default route, and the table of the routes.
 #pragma once
 
-#include <cstddef>
-#include <unordered_map>
-
 #include <gtk/gtk.h>
 
 #include "base/glib-ptr.h"
-#include "model/rut-model.h"
+#include "model/bak-model.h"
 #include "ui/checked-rows.h"
 
 /** The columns of store and view. Registered as an enumeration; nicks "sel" to "nic". */
@@ -35,8 +32,6 @@ struct RutDefWidgetState : CheckedRows<VhRutDefWidget, VhRutDefItemList, VhRutDe
   ObjectPtr<GtkCheckButton> del_rut_cb;
   /** 1 while the program itself sets the check box. */
   int cb_updating = 0;
-  /** The routes by hashes of what no two may share. */
-  std::unordered_multimap<std::size_t, ObjectPtr<VhRutDefItem>> by_contents;
 };
 
 }  // namespace varnholt

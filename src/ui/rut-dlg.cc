@@ -6,7 +6,6 @@
 #include <array>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 #include "base/diagnostics.h"
 #include "base/file.h"
@@ -17,9 +16,6 @@
 
 namespace {
 
-using varnholt::entry_text;
-using varnholt::give_text;
-using varnholt::set_entry_text;
 using varnholt::sink_object;
 
 /** The entries from top to bottom. */
@@ -28,27 +24,14 @@ std::array<GtkEntry*, 5> entries_of(VhRutDlg* self) {
           self->gw_entry.get(), self->jup_entry.get()};
 }
 
-/** The six values in the order of a route's texts. */
-std::array<std::string, 6> values_of(VhRutDlg* self) {
-  std::array<std::string, 6> values;
-  std::ranges::transform(entries_of(self), values.begin(), entry_text);
-  const int active = gtk_combo_box_get_active(self->nic_combo.get());
-  if (active >= 1) {
-    values.back() = self->nics.at(static_cast<std::size_t>(active));
-    varnholt::print_progress("active  nic %s \n", values.back().c_str());
-  }
-  return values;
-}
-
 /** What to tell the user about values that cannot be a route; none when they can. */
-const char* objection_to(const std::array<std::string, 6>& values) {
-  const auto& [name, addr, mask, gw, jup, nic] = values;
-  if (name.empty()) return "名称不能为空";
-  if (addr.empty()) return "网段地址不能为空";
-  if (mask.empty()) return "子网掩码不能为空";
-  if (gw.empty()) return "网关地址不能为空";
-  for (const auto& value : values) {
-    if (const auto* objection = varnholt::objection_to_field(value)) return objection;
+const char* objection_to(const varnholt::RutDefFields& values) {
+  if (values.name.empty()) return "名称不能为空";
+  if (values.addr.empty()) return "网段地址不能为空";
+  if (values.mask.empty()) return "子网掩码不能为空";
+  if (values.gw.empty()) return "网关地址不能为空";
+  for (const auto text : varnholt::route_texts) {
+    if (const auto* objection = varnholt::objection_to_field(values.*text)) return objection;
   }
   return nullptr;
 }
@@ -61,36 +44,27 @@ std::optional<std::string> interface_of(std::string_view line) {
   return std::string{text.substr(0, colon)};
 }
 
-void make_widgets(VhRutDlg* self) {
-  const auto new_label = [](const char* text) {
-    return sink_object<GtkLabel>(gtk_label_new(text));
-  };
-  const auto new_entry = [] { return sink_object<GtkEntry>(gtk_entry_new()); };
-  self->table = sink_object<GtkTable>(varnholt::new_grid(6, 2));
-  self->name_label = new_label("名称*");
-  self->addr_label = new_label("网段地址*");
-  self->mask_label = new_label("子网掩码*");
-  self->gw_label = new_label("网关地址*");
-  self->jup_label = new_label("路由调数");
-  self->nic_label = new_label("选择网卡");
-  self->name_entry = new_entry();
-  self->addr_entry = new_entry();
-  self->mask_entry = new_entry();
-  self->gw_entry = new_entry();
-  self->jup_entry = new_entry();
-  self->nic_combo = sink_object<GtkComboBox>(gtk_combo_box_text_new());
-}
+/** The rows of the grid that have an entry, from top to bottom. */
+constexpr struct {
+  const char* caption;
+  varnholt::ObjectPtr<GtkLabel> varnholt::RutDlgState::*label;
+  varnholt::ObjectPtr<GtkEntry> varnholt::RutDlgState::*entry;
+} entry_rows[] = {{"名称*", &VhRutDlg::name_label, &VhRutDlg::name_entry},
+                  {"网段地址*", &VhRutDlg::addr_label, &VhRutDlg::addr_entry},
+                  {"子网掩码*", &VhRutDlg::mask_label, &VhRutDlg::mask_entry},
+                  {"网关地址*", &VhRutDlg::gw_label, &VhRutDlg::gw_entry},
+                  {"路由调数", &VhRutDlg::jup_label, &VhRutDlg::jup_entry}};
 
-void arrange_widgets(VhRutDlg* self) {
+void fill(VhRutDlg* self) {
+  self->table = sink_object<GtkTable>(varnholt::new_grid(6, 2));
   auto* const table = self->table.get();
-  for (guint row = 0;
-       const auto& [caption, entry] : {std::pair{self->name_label.get(), self->name_entry.get()},
-                                       {self->addr_label.get(), self->addr_entry.get()},
-                                       {self->mask_label.get(), self->mask_entry.get()},
-                                       {self->gw_label.get(), self->gw_entry.get()},
-                                       {self->jup_label.get(), self->jup_entry.get()}}) {
-    varnholt::attach_row(table, row++, caption, entry);
+  for (guint row = 0; const auto& [caption, label, entry] : entry_rows) {
+    self->*label = sink_object<GtkLabel>(gtk_label_new(caption));
+    self->*entry = sink_object<GtkEntry>(gtk_entry_new());
+    varnholt::attach_row(table, row++, (self->*label).get(), (self->*entry).get());
   }
+  self->nic_label = sink_object<GtkLabel>(gtk_label_new("选择网卡"));
+  self->nic_combo = sink_object<GtkComboBox>(gtk_combo_box_text_new());
   varnholt::attach_row(table, 5, self->nic_label.get(), GTK_WIDGET(self->nic_combo.get()));
   GtkWidget* const content = gtk_dialog_get_content_area(self);
   gtk_box_pack_start(GTK_BOX(content), GTK_WIDGET(table), TRUE, TRUE, 0);
@@ -111,9 +85,8 @@ void offer_interfaces(VhRutDlg* self) {
 }  // namespace
 
 GType vh_rut_dlg_get_type() {
-  using DialogType = varnholt::ObjectType<VhRutDlg, VhRutDlgClass, varnholt::RutDlgState>;
-  static const GType type = DialogType::register_type(gtk_dialog_get_type(), "VhRutDlg");
-  return type;
+  return varnholt::ObjectType<VhRutDlg, VhRutDlgClass, varnholt::RutDlgState>::get(
+      gtk_dialog_get_type(), "VhRutDlg");
 }
 
 VhRutDlg* vh_rut_dlg_new(const char* title, GtkWindow* parent) {
@@ -123,17 +96,16 @@ VhRutDlg* vh_rut_dlg_new(const char* title, GtkWindow* parent) {
 VhRutDlg* vh_rut_dlg_construct(GType object_type, const char* title, GtkWindow* parent) {
   auto* const self = static_cast<VhRutDlg*>(g_object_new(object_type, nullptr));
   varnholt::frame_form(self, title, parent);
-  make_widgets(self);
+  fill(self);
   offer_interfaces(self);
-  arrange_widgets(self);
   return self;
 }
 
 int vh_rut_dlg_run(VhRutDlg* self) {
   g_return_val_if_fail(self != NULL, 0);
   while (true) {
-    const int response = varnholt::run_form(self, entries_of(self), entry_text);
-    const auto values = values_of(self);
+    const int response = varnholt::run_form(self, entries_of(self), varnholt::entry_text);
+    const auto values = varnholt::values_of(self);
     if (response != GTK_RESPONSE_ACCEPT) return response;
     const char* const objection = objection_to(values);
     if (objection == nullptr) return response;
@@ -141,13 +113,27 @@ int vh_rut_dlg_run(VhRutDlg* self) {
   }
 }
 
+varnholt::RutDefFields varnholt::values_of(VhRutDlg* self) {
+  varnholt::RutDefFields values;
+  for (const auto* text = route_texts.begin(); auto* entry : entries_of(self)) {
+    values.** text++ = varnholt::entry_text(entry);
+  }
+  const int active = gtk_combo_box_get_active(self->nic_combo.get());
+  if (active >= 1) {
+    values.nic = self->nics.at(static_cast<std::size_t>(active));
+    print_progress("active  nic %s \n", values.nic.c_str());
+  }
+  return values;
+}
+
 void vh_rut_dlg_get_ndata(VhRutDlg* self, char** name, char** addr, char** mask, char** gawy,
                           char** jump, char** nic) {
   g_return_if_fail(self != NULL);
-  const auto values = values_of(self);
-  for (const auto* value = values.begin(); auto* wanted : {name, addr, mask, gawy, jump, nic}) {
-    if (wanted != nullptr) *wanted = give_text(*value);
-    ++value;
+  const auto values = varnholt::values_of(self);
+  for (const auto* text = varnholt::route_texts.begin();
+       auto* wanted : {name, addr, mask, gawy, jump, nic}) {
+    if (wanted != nullptr) *wanted = varnholt::give_text(values.**text);
+    ++text;
   }
 }
 
@@ -162,7 +148,7 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
   g_return_if_fail(nic != NULL);
   const std::array texts{name, addr, mask, gawy, jump};
   for (const auto* text = texts.begin(); auto* entry : entries_of(self)) {
-    set_entry_text(entry, *text++);
+    varnholt::set_entry_text(entry, *text++);
   }
   const auto found = std::ranges::find(self->nics, std::string_view{nic});
   const auto row = found == self->nics.end() ? 0 : found - self->nics.begin();
@@ -171,7 +157,7 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
 
 void vh_rut_dlg_clear_entries(VhRutDlg* self) {
   g_return_if_fail(self != NULL);
-  for (auto* entry : entries_of(self)) set_entry_text(entry, "");
+  for (auto* entry : entries_of(self)) varnholt::set_entry_text(entry, "");
 }
 
 bool vh_rut_dlg_get_nics(std::vector<std::string>* nics) {
@@ -179,8 +165,10 @@ bool vh_rut_dlg_get_nics(std::vector<std::string>* nics) {
   nics->clear();
   const auto devices = varnholt::read_file("/proc/net/dev");
   if (devices.error) {
+    // The number is part of the message, which other programs know.
+    constexpr int told_line = 590;
     if (!varnholt::is_file_error(*devices.error)) {
-      varnholt::log_uncaught(*devices.error, "rut-dlg", 590);
+      varnholt::log_uncaught(*devices.error, "rut-dlg", told_line);
     }
     return false;
   }

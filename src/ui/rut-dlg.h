@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/glib-ptr.h"
+#include "model/route.h"
 
 namespace varnholt {
 
@@ -60,6 +61,13 @@ int vh_rut_dlg_run(VhRutDlg* self);
  */
 void vh_rut_dlg_get_ndata(VhRutDlg* self, char** name, char** addr, char** mask, char** gawy,
                           char** jump, char** nic);
+
+namespace varnholt {
+
+/** The same values as a route. */
+RutDefFields values_of(VhRutDlg* self);
+
+}  // namespace varnholt
 
 /** Sets the same values; an interface that the machine does not have counts as none. */
 void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, const char* mask,

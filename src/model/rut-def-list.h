@@ -1,68 +1,42 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The static routes of the profile: one route with its line, and the routes of the table in their
-// order with the flag that belongs to all of them. Texts and failures are as for the definitions.
+// The routes of the table in the order of its rows, with the flag about the default route.
 #pragma once
 
-#include <string>
+#include <cstddef>
+#include <unordered_map>
 
-#include <gtk/gtk.h>
+#include <glib-object.h>
 
 #include "model/row-list.h"
+#include "model/rut-def-item.h"
 
 namespace varnholt {
 
-/** What a route says. Nothing of it is interpreted; any text may be empty. */
-struct RutDefFields : TableRow {
-  std::string name;
-  /** The address of the network segment, and its mask. */
-  std::string addr;
-  std::string mask;
-  /** The gateway. */
-  std::string gw;
-  /** How many hops the route takes. */
-  std::string jup;
-  /** The network interface. */
-  std::string nic;
-};
+/** The routes with an index of what no two of them may share, and the flag. */
+class RutDefListState : public RowList<VhRutDefItem> {
+ public:
+  RutDefListState() = default;
+  RutDefListState(const RutDefListState&) = delete;
+  RutDefListState& operator=(const RutDefListState&) = delete;
+  ~RutDefListState();
 
-}  // namespace varnholt
+  void insert(VhRutDefItem* item, bool first);
+  void remove(const Place& place);
 
-/** One static route. */
-struct VhRutDefItem : GObject, varnholt::RutDefFields {
-  VhRutDefItem() = delete;
-};
+  /** The first route but `except` that is a rival of `route`; null when there is none. */
+  const VhRutDefItem* first_rival_of(const RutDefFields& route, const VhRutDefItem* except);
 
-struct VhRutDefItemClass : GObjectClass {};
+  /** Must be called when the texts of a route or the places of routes have changed. */
+  void forget_texts();
 
-GType vh_rut_def_item_get_type();
-
-/** A new item, or one of a derived type, with copies of all texts; none when one is missing. */
-VhRutDefItem* vh_rut_def_item_new(const char* name, const char* addr, const char* mask,
-                                  const char* gw, const char* jup, const char* nic);
-VhRutDefItem* vh_rut_def_item_construct(GType object_type, const char* name, const char* addr,
-                                        const char* mask, const char* gw, const char* jup,
-                                        const char* nic);
-
-/** Takes over what `item` says, but for its row. */
-void vh_rut_def_item_fill_by_other(VhRutDefItem* self, VhRutDefItem* item);
-
-/** The state of the check box in the table. */
-void vh_rut_def_item_set_is_selected(VhRutDefItem* self, bool is_selected);
-bool vh_rut_def_item_get_is_selected(VhRutDefItem* self);
-
-/** The route as its line, without a line end: "rut,add,NAME,ADDR,MASK,GW,JUP,NIC". */
-char* vh_rut_def_item_to_string(VhRutDefItem* self);
-
-/**
- * Reads such a line: it begins with "rut,add" and has 8 fields between single commas. Returns a new
- * item, or none, without a message, when the line does not fit.
- */
-VhRutDefItem* vh_rut_def_item_scanf_string(const char* line);
-
-namespace varnholt {
-
-struct RutDefListState : RowList<VhRutDefItem> {
   bool del_def_rut = true;
+
+ private:
+  void leave(VhRutDefItem& item);
+
+  /** The places of the first m_indexed routes by hashes of what no two may share. */
+  std::unordered_multimap<std::size_t, guint> m_index;
+  guint m_indexed = 0;
 };
 
 }  // namespace varnholt

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The class Main, which ties the parts of the program together: the window, the commands of its
-// buttons, and the profile that it loads and saves. What belongs to the class as a whole and needs
-// no object of it is declared beside it: its link operations in linkbuilder/, its prompts in
-// ui/prompts.h.
+// buttons, and the profile that it loads and saves. Operations of the class that need no object of
+// it are declared elsewhere: its link operations in linkbuilder/, its prompts in ui/prompts.h, and
+// those on texts in store/profile.h.
 #pragma once
 
 #include <array>
@@ -12,6 +12,7 @@
 #include "base/glib-ptr.h"
 #include "linkbuilder/link-builder.h"
 #include "linkbuilder/link-operations.h"
+#include "store/profile.h"
 #include "ui/bak-def-widget.h"
 #include "ui/control-widget.h"
 #include "ui/def-dlg.h"
@@ -95,15 +96,6 @@ void main_save(Main* self);
 
 /** Writes the profile without its version line, each line ended by a line feed, into `text`. */
 void main_save_imp(Main* self, std::string* text);
-
-/**
- * The version in the first line of a profile, which is taken out of `cont`. 0, with `cont` as it
- * was, when that line names no version or has no line end.
- */
-int main_get_cur_version(std::string* cont);
-
-/** Where `character` first stands in `text`, counted in characters, not bytes; -1 when nowhere. */
-int main_string_index_of(const char* text, gunichar character);
 
 /** Window mode: shows the main window and returns when it is gone. The toolkit must be started. */
 void main_run_window();

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the buttons of the control bar do: each page pairs a table with a dialog.
+#include "app/varnholt.h"
 #include "base/diagnostics.h"
-#include "varnholt.h"
 
 namespace {
 
 using varnholt::ObjectPtr;
-using varnholt::out;
 using varnholt::take_object;
-using varnholt::TextPtr;
 
 /** A page of file definitions or of boot scripts. */
 struct FilePage {
@@ -24,11 +22,7 @@ struct FilePage {
   }
 
   ObjectPtr<VhBakDefItem> entered() const {
-    TextPtr from;
-    TextPtr to;
-    VhFileOperationType op{};
-    vh_def_dlg_get_ndata(dialog, out(from), out(to), &op);
-    return take_object(vh_bak_def_item_new(from.get(), to.get(), op, 0));
+    return take_object(varnholt::new_bak_def_item(varnholt::values_of(dialog)));
   }
 
   ObjectPtr<VhBakDefItem> highlighted() const {
@@ -68,15 +62,7 @@ struct RoutePage {
   }
 
   ObjectPtr<VhRutDefItem> entered() const {
-    TextPtr name;
-    TextPtr addr;
-    TextPtr mask;
-    TextPtr gw;
-    TextPtr jup;
-    TextPtr nic;
-    vh_rut_dlg_get_ndata(dialog, out(name), out(addr), out(mask), out(gw), out(jup), out(nic));
-    return take_object(
-        vh_rut_def_item_new(name.get(), addr.get(), mask.get(), gw.get(), jup.get(), nic.get()));
+    return take_object(varnholt::new_rut_def_item(varnholt::values_of(dialog)));
   }
 
   ObjectPtr<VhRutDefItem> highlighted() const {

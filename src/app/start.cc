@@ -11,15 +11,12 @@
 #include <string_view>
 #include <vector>
 
+#include "app/varnholt.h"
 #include "base/diagnostics.h"
 #include "base/glib-ptr.h"
 #include "linkbuilder/link-builder.h"
-#include "varnholt.h"
 
 namespace {
-
-using varnholt::FreeWith;
-using varnholt::print_failure;
 
 /**
  * The arguments without the toolkit's own options. The toolkit itself is not started: the link
@@ -29,7 +26,7 @@ std::vector<char*> own_arguments(const std::vector<char*>& arguments) {
   // The hooks of the toolkit's options are what would start it.
   GOptionGroup* const toolkit = gtk_get_option_group(FALSE);
   g_option_group_set_parse_hooks(toolkit, nullptr, nullptr);
-  const std::unique_ptr<GOptionContext, FreeWith<g_option_context_free>> context{
+  const std::unique_ptr<GOptionContext, varnholt::FreeWith<g_option_context_free>> context{
       g_option_context_new(nullptr)};
   g_option_context_set_main_group(context.get(), toolkit);
   g_option_context_set_ignore_unknown_options(context.get(), TRUE);
@@ -57,7 +54,7 @@ void run_window_mode(int argc, char** argv) {
   std::signal(SIGCHLD, SIG_DFL);
   std::setlocale(LC_ALL, "");
   if (!gtk_init_check(&argc, &argv)) {
-    print_failure("varnholt: the window needs a display, and none can be opened\n");
+    varnholt::print_failure("varnholt: the window needs a display, and none can be opened\n");
     return;
   }
   // Neither a reader of the messages that goes away nor a limit may take the user's work with it.
@@ -76,9 +73,7 @@ int main_main(char** argv, int argc) {
   gtk_disable_setlocale();
   const auto arguments = own_arguments({argv, argv + argc});
   main_s_exe_path = varnholt::take_text(g_strdup(arguments.empty() ? nullptr : arguments[0]));
-  const bool link_builder = std::any_of(arguments.begin(), arguments.end(), [](const char* word) {
-    return std::string_view{word} == "--save_symlink";
-  });
+  const bool link_builder = std::ranges::count(arguments, std::string_view{"--save_symlink"}) > 0;
   if (link_builder) {
     main_save_symbolic_dir();
   } else {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The process entry, apart from the rest so that other programs can link the rest.
-#include "varnholt.h"
+#include "app/varnholt.h"
 
 int main(int argc, char** argv) {
   return main_main(argv, argc);

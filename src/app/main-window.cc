@@ -9,15 +9,14 @@
 
 #include "app-icon.xpm"
 #include "app-ribbon.xpm"
+#include "app/varnholt.h"
 #include "base/object-type.h"
 #include "base/signal.h"
 #include "ui/accessible.h"
-#include "varnholt.h"
 
 namespace {
 
 using varnholt::connect;
-using varnholt::make_object;
 using varnholt::own_window;
 using varnholt::sink_object;
 using varnholt::take_object;
@@ -55,7 +54,7 @@ void make_ribbon(Main* self) {
 /** Adds a page, hidden. A page is measured and laid out when it is shown, not with the window. */
 void add_page(Main* self, std::size_t number, gpointer table) {
   auto* const page = GTK_WIDGET(table);
-  self->pages.at(number) = make_object(page);
+  self->pages.at(number) = varnholt::make_object(page);
   gtk_box_pack_start(GTK_BOX(self->page_box.get()), page, TRUE, TRUE, 0);
   gtk_widget_show_all(page);
   gtk_widget_hide(page);
@@ -158,10 +157,7 @@ void attach_signals(Main* self) {
 }  // namespace
 
 GType main_get_type() {
-  static const GType type =
-      varnholt::ObjectType<Main, MainClass, varnholt::MainState>::register_type(G_TYPE_OBJECT,
-                                                                                "Main");
-  return type;
+  return varnholt::ObjectType<Main, MainClass, varnholt::MainState>::get(G_TYPE_OBJECT, "Main");
 }
 
 Main* main_new() {
@@ -203,6 +199,6 @@ void main_show_stack_page(Main* self, int page) {
 
 void main_run_window() {
   const auto self = take_object(main_new());
-  main_s_main_window = make_object(self->window.get());
+  main_s_main_window = varnholt::make_object(self->window.get());
   gtk_main();
 }

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Fills the tables from the profile.
+#include <string_view>
+
+#include "app/varnholt.h"
+#include "base/diagnostics.h"
+#include "base/file.h"
+#include "base/paths.h"
+#include "base/text.h"
+
+namespace {
+
+namespace paths = varnholt::paths;
+
+void add_definition(VhBakDefWidget* table, VhBakDefItem* item) {
+  vh_bak_def_widget_add_item(table, varnholt::take_object(item).get());
+}
+
+/** A line that cannot be read gives no item, for which its table logs a critical warning. */
+void load_line(Main* self, std::string_view line) {
+  using varnholt::LineKind;
+  using varnholt::new_bak_def_item;
+  switch (varnholt::kind_of_line(line)) {
+    case LineKind::file:
+      return add_definition(self->lnk_table.get(), new_bak_def_item(varnholt::read_lnk_line(line)));
+    case LineKind::script:
+      return add_definition(self->shl_table.get(), new_bak_def_item(varnholt::read_shl_line(line)));
+    case LineKind::route: {
+      const auto read = varnholt::read_rut_add_line(line);
+      const auto route = varnholt::take_object(varnholt::new_rut_def_item(read));
+      vh_rut_def_widget_add_item(self->rut_table.get(), route.get());
+      return;
+    }
+    case LineKind::default_route:
+      if (const auto read = varnholt::read_rut_del_line(line)) {
+        vh_rut_def_widget_set_del_def_cb_active(self->rut_table.get(), *read);
+      }
+      return;
+    case LineKind::other:
+      return;
+  }
+}
+
+}  // namespace
+
+void main_read(Main* self) {
+  g_return_if_fail(self != NULL);
+  if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
+    varnholt::print_progress("open file  [%s] is not exist \n", paths::profile);
+    return;
+  }
+  const auto profile = varnholt::read_file(paths::profile);
+  if (!profile.error) {
+    for (const auto line : varnholt::split(profile.text(), '\n')) load_line(self, line);
+    return;
+  }
+  self->unread = profile.error->code;
+  if (varnholt::is_file_error(*profile.error)) {
+    varnholt::print_failure("open file [%s] failed : %d \n", paths::profile, profile.error->code);
+  } else {
+    varnholt::log_uncaught(*profile.error, "varnholt", __LINE__);
+  }
+}

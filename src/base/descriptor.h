@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// An owning file descriptor.
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace varnholt {
+
+/** Closes what it holds. -1 stands for none. */
+class Descriptor {
+ public:
+  explicit Descriptor(int number) noexcept : m_number(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { reset(); }
+
+  explicit operator bool() const noexcept { return m_number >= 0; }
+  int number() const noexcept { return m_number; }
+
+  void reset() noexcept {
+    if (const int number = std::exchange(m_number, -1); number >= 0) close(number);
+  }
+
+ private:
+  int m_number;
+};
+
+}  // namespace varnholt

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The next version of the profile.
+#include "store/next-version.h"
+
+#include "base/diagnostics.h"
+#include "base/file.h"
+#include "base/paths.h"
+#include "store/profile.h"
+
+namespace varnholt {
+namespace {
+
+NextVersion tell_unreadable(int code) {
+  print_failure("open file [%s] failed : %d", paths::profile, code);
+  return NextVersion::not_written;
+}
+
+/** The version that follows; after the highest one the lowest, as numbers of 32 bits do. */
+int version_after(int version) {
+  return static_cast<int>(static_cast<unsigned>(version) + 1U);
+}
+
+NextVersion write(const std::string& text, int version) {
+  const auto profile = "version," + std::to_string(version) + '\n' + text;
+  ErrorPtr error;
+  if (g_file_set_contents(paths::temporary_profile, profile.data(),
+                          static_cast<gssize>(profile.size()), out(error)) != 0) {
+    return NextVersion::written;
+  }
+  if (!error) {
+    print_failure("write file [%s] failed\n", paths::temporary_profile);
+  } else if (is_file_error(*error)) {
+    print_failure("set contents [%s] failed : %d\n", paths::profile, error->code);
+  } else {
+    print_failure("save file [%s] failed : %s \n", paths::temporary_profile, error->message);
+  }
+  return NextVersion::not_written;
+}
+
+}  // namespace
+
+NextVersion write_next_version(const std::string& text, std::optional<int> unread) {
+  if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) return write(text, version_after(0));
+  if (unread) return tell_unreadable(*unread);
+  const auto profile = read_file(paths::profile);
+  if (!profile.error) {
+    std::string stored{profile.text()};
+    const int version = main_get_cur_version(&stored);
+    if (stored != text) return write(text, version_after(version));
+    print_progress("The content is same.\n");
+    return NextVersion::not_written;
+  }
+  if (is_file_error(*profile.error)) return tell_unreadable(profile.error->code);
+  log_uncaught(*profile.error, "varnholt", __LINE__);
+  return NextVersion::unknown;
+}
+
+}  // namespace varnholt

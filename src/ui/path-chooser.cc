@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The dialog in which the user chooses a file or a folder.
+#include "ui/path-chooser.h"
+
+#include <gtk/gtk.h>
+
+#include "base/diagnostics.h"
+#include "base/signal.h"
+#include "model/file-test.h"
+#include "ui/prompts.h"
+#include "ui/window-ptr.h"
+
+namespace varnholt {
+namespace {
+
+bool is_folder(const std::string& path) {
+  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
+}
+
+/** Starts a chooser at what a path names, or at the nearest folder above that is there. */
+void point_at(GtkFileChooser* chooser, std::string path, bool folder) {
+  if (!path.starts_with('/')) path = "/";
+  if (!folder && !is_folder(path) && vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS)) {
+    gtk_file_chooser_set_filename(chooser, path.c_str());
+    return;
+  }
+  while (!is_folder(path) && path != "/") path = take_text(g_path_get_dirname(path.c_str())).get();
+  gtk_file_chooser_set_current_folder(chooser, path.c_str());
+}
+
+WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folder) {
+  // The toolkit keeps a list of recent files there, and warns when it cannot.
+  g_mkdir_with_parents(g_get_user_data_dir(), 0700);
+  const auto parent = take_object(main_get_main_window());
+  auto dialog = own_window<GtkDialog>(gtk_file_chooser_dialog_new(
+      "选择文件夹", parent.get(),
+      folder ? GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER : GTK_FILE_CHOOSER_ACTION_OPEN, "取消",
+      GTK_RESPONSE_CANCEL, "确定", GTK_RESPONSE_ACCEPT, nullptr));
+  gtk_dialog_set_default_response(dialog.get(), GTK_RESPONSE_ACCEPT);
+  auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
+  gtk_file_chooser_set_local_only(chooser, TRUE);
+  gtk_file_chooser_set_select_multiple(chooser, FALSE);
+  // Set before it comes up, the chooser would go back to what it was set to last time.
+  connect(chooser, "map", chooser,
+          [](GtkFileChooser* mapped) { gtk_file_chooser_set_show_hidden(mapped, TRUE); });
+  point_at(chooser, start, folder);
+  return dialog;
+}
+
+}  // namespace
+
+TextPtr choose_path(const std::string& start, bool folder) {
+  if (folder) print_progress("select folder \n");
+  const auto dialog = new_chooser(start, folder);
+  if (gtk_dialog_run(dialog.get()) != GTK_RESPONSE_ACCEPT) return {};
+  auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
+  // There is no current folder while the recently used files are displayed.
+  if (folder) return take_text(gtk_file_chooser_get_current_folder(chooser));
+  print_progress("enter  file \n");
+  return take_text(gtk_file_chooser_get_filename(chooser));
+}
+
+}  // namespace varnholt

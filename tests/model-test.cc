@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The model: lines read and written, flags, file tests.
+#include "model/bak-model.h"
+
+#include <gtest/gtest.h>
+
+#include "base/glib-ptr.h"
+#include "scenarios.h"
+#include "store/profile.h"
+
+using varnholt::take_object;
+using varnholt::take_text;
+
+namespace {
+
+std::string owned(char* text) {
+  return text == nullptr ? "(none)" : take_text(text).get();
+}
+
+}  // namespace
+
+class Lines : public testing::Test {
+ public:
+  explicit Lines(Scenario scenario) : m_scenario(std::move(scenario)) {}
+
+  void TestBody() override {
+    Transcript script;
+    const auto learn = [&script](const char* kind, auto read, auto written) {
+      script.commands[kind] = [=, &script](const std::string& line) {
+        const auto item = take_object(read(line.c_str()));
+        EXPECT_FALSE(item && item->is_selected);
+        script.say(item ? owned(written(item.get())) : "(none)");
+      };
+    };
+    learn("lnk", vh_bak_def_item_lnk_scanf_string, vh_bak_def_item_lnk_to_string);
+    learn("shl", vh_bak_def_item_shl_scanf_string, vh_bak_def_item_shl_to_string);
+    learn("rut", vh_rut_def_item_scanf_string, vh_rut_def_item_to_string);
+    script.commands["op"] = [&script](const std::string& op) {
+      script.say(owned(vh_FileOperationType_tostr(std::stoi(op))));
+    };
+    script.commands["index"] = [&script](const std::string& words) {
+      const auto needle = words.substr(0, words.find(':'));
+      const auto text = words.substr(needle.size() + 1);
+      const int index = vh_string_index_of(text.c_str(), needle.c_str());
+      script.say(std::to_string(index));
+      if (g_utf8_strlen(needle.c_str(), -1) != 1) return;
+      EXPECT_EQ(main_string_index_of(text.c_str(), g_utf8_get_char(needle.c_str())), index);
+    };
+    script.commands["flag"] = [&script](const std::string& line) {
+      const auto list = take_object(vh_rut_def_item_list_new());
+      EXPECT_TRUE(vh_rut_def_item_list_get_del_def_rut(list.get()));
+      const bool flag = vh_rut_def_item_list_scanf_del_def_rut(line.c_str());
+      vh_rut_def_item_list_set_del_def_rut(list.get(), flag);
+      script.say(owned(vh_rut_def_item_list_del_def_rut_to_string(list.get())));
+    };
+    script.commands["version"] = [&script](std::string text) {
+      const int version = main_get_cur_version(&text);
+      script.say(std::to_string(version) + ':' + text);
+    };
+    script.check(m_scenario);
+  }
+
+ private:
+  Scenario m_scenario;
+};
+
+static const bool registered = register_scenarios<Lines>("Lines", "lines.scenarios");
+
+TEST(Flags, EndsForAnUnknownFlag) {
+  EXPECT_DEATH(vh_IsFileOperationType(9, 3),
+               "op\\[3\\] is not Good value \n.*bak-model:.*vh_IsFileOperationType.*FALSE");
+}
