@@ -10,14 +10,13 @@ namespace {
 
 /** What a shell prints for a command line. */
 std::string printed_by(const char* shell, const std::string& command) {
-  std::array<std::string, 3> words{shell, "-c", command};
-  std::array<char*, 4> arguments{words[0].data(), words[1].data(), words[2].data(), nullptr};
+  std::array<const char*, 4> words{shell, "-c", command.c_str(), nullptr};
   // Should a word break open one day, it finds no command to run.
-  std::string no_commands = "PATH=/nonexistent";
-  std::array<char*, 2> environment{no_commands.data(), nullptr};
+  std::array<const char*, 2> environment{"PATH=/nonexistent", nullptr};
   varnholt::TextPtr printed;
-  g_spawn_sync(nullptr, arguments.data(),
-               environment.data(),  // Without a copy of this large process for each shell.
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the words are not written to
+  g_spawn_sync(nullptr, const_cast<char**>(words.data()), const_cast<char**>(environment.data()),
+               // Without a copy of this large process for each shell.
                G_SPAWN_LEAVE_DESCRIPTORS_OPEN, nullptr, nullptr, varnholt::out(printed), nullptr,
                nullptr, nullptr);
   return printed ? printed.get() : "";

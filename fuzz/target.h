@@ -4,16 +4,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
-#include "base/diagnostics.h"
+#include <glib.h>
 
 /** Ends the run, as a finding, when something that must hold does not. */
 inline void must_hold(bool holds, const std::string& what) {
-  if (holds) return;
-  varnholt::print_failure("does not hold: %s\n", what.c_str());
-  std::abort();
+  if (!holds) g_error("does not hold: %s", what.c_str());
 }
 
 /** One input. Declared by libFuzzer, and called by replay.cc with a file of the corpus. */

@@ -1,7 +1,9 @@
+# shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # What the commands of the project share: the packages and the build. Sourced from the root of the
 # project by bash.
 
+# shellcheck disable=SC2034 # The lists are for those who source this.
 build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev libxtst-dev)
 # What scripts/with-display needs, a font for the texts of the windows, and a look at their icon.
 display_packages=(xvfb openbox fonts-wqy-microhei x11-utils)

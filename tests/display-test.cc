@@ -6,7 +6,6 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
-#include <gdk/gdkkeysyms.h>
 #include <gdk/gdkx.h>
 
 #include <algorithm>
@@ -104,27 +103,23 @@ std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
       "can-focus",      "composite-child",  "events",        "has-focus",    "has-toplevel-focus",
       "invisible-char", "is-active",        "is-focus",      "name",         "orientation",
       "position",       "receives-default", "scroll-offset", "storage-type", "visible"};
-  auto* const list = around == nullptr ? g_object_class_list_properties
-                                       : gtk_container_class_list_child_properties;
+  auto* const klass = G_OBJECT_GET_CLASS(around == nullptr ? widget : around);
   guint count = 0;
   const std::unique_ptr<GParamSpec*, FreeWith<g_free>> all{
-      list(G_OBJECT_GET_CLASS(around == nullptr ? widget : around), &count)};
+      around == nullptr ? g_object_class_list_properties(klass, &count)
+                        : gtk_container_class_list_child_properties(klass, &count)};
   std::string changed;
   for (auto* each : std::span{all.get(), count}) {
     const bool text = g_value_type_transformable(each->value_type, G_TYPE_STRING) != 0;
     if (!text || (each->flags & G_PARAM_READABLE) == 0 || state.contains(each->name)) continue;
     GValue value = G_VALUE_INIT;
     g_value_init(&value, each->value_type);
-    if (around == nullptr) {
-      g_object_get_property(G_OBJECT(widget), each->name, &value);
-    } else {
-      gtk_container_child_get_property(GTK_CONTAINER(around), widget, each->name, &value);
-    }
+    around == nullptr
+        ? g_object_get_property(G_OBJECT(widget), each->name, &value)
+        : gtk_container_child_get_property(GTK_CONTAINER(around), widget, each->name, &value);
     if (g_param_value_defaults(each, &value) == 0) {
-      GValue written = G_VALUE_INIT;
-      g_value_transform(&value, g_value_init(&written, G_TYPE_STRING));
-      changed += ' ' + std::string{each->name} + '=' + g_value_get_string(&written);
-      g_value_unset(&written);
+      changed +=
+          ' ' + std::string{each->name} + '=' + take_text(g_strdup_value_contents(&value)).get();
     }
     g_value_unset(&value);
   }
@@ -148,40 +143,32 @@ std::string said_by(GtkWidget* widget) {
     const char* const label = gtk_button_get_label(GTK_BUTTON(widget));
     return label == nullptr ? "" : '<' + std::string{label} + '>';
   }
-  const bool caption =
-      GTK_IS_LABEL(widget) && gtk_widget_get_ancestor(widget, gtk_button_get_type()) == nullptr;
-  return caption ? gtk_label_get_text(GTK_LABEL(widget)) : "";
+  const bool in_button = gtk_widget_get_ancestor(widget, gtk_button_get_type()) != nullptr;
+  return GTK_IS_LABEL(widget) && !in_button ? gtk_label_get_text(GTK_LABEL(widget)) : "";
 }
 
 /** The title of a chooser, what it is to choose, and where it stands or what is chosen. */
 std::string text_of_chooser(GtkFileChooser* chooser) {
   const bool folders =
       gtk_file_chooser_get_action(chooser) == GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER;
-  varnholt::TextPtr path;
-  const auto find_path = [&path, chooser, folders] {
-    path.reset(
-        (folders ? gtk_file_chooser_get_current_folder : gtk_file_chooser_get_filename)(chooser));
-    return path != nullptr;
-  };
-  wait_until(find_path, "the chooser's path");
+  auto* const path_of =
+      folders ? gtk_file_chooser_get_current_folder : gtk_file_chooser_get_filename;
+  wait_until([&] { return take_text(path_of(chooser)) != nullptr; }, "the chooser's path");
   EXPECT_TRUE(gtk_file_chooser_get_show_hidden(chooser));
   EXPECT_TRUE(gtk_file_chooser_get_local_only(chooser));
   return std::string{gtk_window_get_title(GTK_WINDOW(chooser))} +
-         (folders ? " | a folder: " : " | a file: ") + path.get();
+         (folders ? " | a folder: " : " | a file: ") + take_text(path_of(chooser)).get();
 }
 
 }  // namespace
 
 DisplayTest::DisplayTest() {
-  const char* missing = nullptr;
-  if (!gtk_init_check(nullptr, nullptr)) {
-    missing = "display";
-  } else if (gdk_x11_screen_get_window_manager_name(gdk_screen_get_default()) ==
-             std::string_view{"unknown"}) {
-    missing = "window manager";
+  if (gtk_init_check(nullptr, nullptr) != 0 &&
+      gdk_x11_screen_get_window_manager_name(gdk_screen_get_default()) !=
+          std::string_view{"unknown"}) {
+    return;
   }
-  if (missing == nullptr) return;
-  std::fprintf(stderr, "The tests of windows need a %s: ./test starts one.\n", missing);
+  std::fputs("These tests need a display with a window manager; ./test starts both.\n", stderr);
   std::exit(EXIT_FAILURE);
 }
 
@@ -291,13 +278,9 @@ std::string DisplayTest::text_of(GtkDialog* dialog) {
     std::string text;
   };
   std::vector<Piece> pieces;
-  std::set<guint> mnemonics;
-  find(GTK_WIDGET(dialog), [&pieces, &mnemonics, dialog](GtkWidget* widget) {
+  find(GTK_WIDGET(dialog), [&pieces, dialog](GtkWidget* widget) {
     auto said = said_by(widget);
-    if (!gtk_widget_get_mapped(widget)) return false;
-    const guint key = GTK_IS_LABEL(widget) ? gtk_label_get_mnemonic_keyval(GTK_LABEL(widget)) : 0;
-    EXPECT_TRUE(key == GDK_KEY_VoidSymbol || key == 0 || mnemonics.insert(key).second) << said;
-    if (said.empty()) return false;
+    if (said.empty() || !gtk_widget_get_mapped(widget)) return false;
     if (gtk_window_get_focus(GTK_WINDOW(dialog)) == widget) said.insert(0, ">");
     if (!gtk_widget_is_sensitive(widget)) said.insert(0, "~");
     const auto& place = widget->allocation;

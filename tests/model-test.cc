@@ -4,8 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "base/glib-ptr.h"
+#include "base/shell.h"
+#include "linkbuilder/link-operations.h"
 #include "scenarios.h"
+#include "scratch/scratch-paths.h"
 #include "store/profile.h"
 
 using varnholt::take_object;
@@ -56,6 +61,26 @@ class Lines : public testing::Test {
     script.commands["version"] = [&script](std::string text) {
       const int version = main_get_cur_version(&text);
       script.say(std::to_string(version) + ':' + text);
+    };
+    script.commands["time"] = [&script](const std::string& local_time) {
+      g_setenv("TZ", "local-8", TRUE);
+      struct tm broken_down {};
+      strptime(local_time.c_str(), "%F %T", &broken_down);
+      const auto item = take_object(vh_bak_def_item_new("/a", "/b", 1, 0));
+      vh_bak_def_item_set_last_oper_time_dt(item.get(), &broken_down);
+      script.say(owned(vh_bak_def_item_lnk_to_string(item.get())));
+    };
+    script.commands["word"] = [&script](const std::string& path) {
+      script.say(varnholt::command_word(path));
+    };
+    script.commands["run"] = [](const std::string& command) {
+      varnholt::run_command("cd \"" + varnholt::scratch_folder() + "\"; " + command);
+    };
+    script.commands["move"] = [&script](const std::string& paths) {
+      std::filesystem::current_path(varnholt::scratch_folder());
+      const auto from = paths.substr(0, paths.find(' '));
+      const auto to = paths.substr(paths.find(' ') + 1);
+      script.say(main_move_file_force(from.c_str(), to.c_str()) ? "moved" : "refused");
     };
     script.check(m_scenario);
   }

@@ -17,9 +17,6 @@
 
 namespace fs = std::filesystem;
 
-namespace {
-
-/** Enters new namespaces; an ordinary user becomes root of one of them. */
 bool enter_namespaces(int kinds) {
   const uid_t user = getuid();
   const gid_t group = getgid();
@@ -31,18 +28,6 @@ bool enter_namespaces(int kinds) {
     std::ofstream{"/proc/self/uid_map"} << "0 " << user << " 1";
   }
   return getuid() == 0;
-}
-
-/** Gives this process mounts of its own. */
-bool enter_own_mounts() {
-  return enter_namespaces(CLONE_NEWNS) &&
-         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-}
-
-}  // namespace
-
-bool become_root() {
-  return enter_namespaces(CLONE_NEWNET);
 }
 
 std::string output_of(std::vector<const char*> words) {
@@ -58,7 +43,8 @@ std::string output_of(std::vector<const char*> words) {
 }
 
 void PrivateRoot::SetUp() {
-  static const bool entered = enter_own_mounts();
+  static const bool entered = enter_namespaces(CLONE_NEWNS) &&
+                              mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
   if (!entered) GTEST_SKIP() << "no mount namespace of one's own here: " << g_strerror(errno);
   root = varnholt::scratch_folder() + "/root";
   fs::create_directory(root);
@@ -90,20 +76,16 @@ std::string PrivateRoot::read(const std::string& path) const {
 }
 
 void PrivateRoot::plant(const std::string& listing) const {
-  std::istringstream lines{listing};
-  for (std::string line; std::getline(lines, line);) {
-    const auto colon = line.find(": ");
-    const auto arrow = line.find(" -> ");
-    const fs::path path = root / line.substr(0, std::min({colon, arrow, line.find('|')}));
-    fs::create_directories(path.parent_path());
-    if (arrow != std::string::npos) {
-      fs::create_symlink(line.substr(arrow + 4), path);
-    } else if (colon != std::string::npos) {
-      std::ofstream{path} << line.substr(colon + 2);
-    } else if (line.ends_with('|')) {
-      mkfifo(path.c_str(), 0600);
-    }
-  }
+  write("listing", listing);
+  shell(R"(set -f; while IFS= read -r line; do
+      path=${line%%: *}; path=${path%% -> *}; path=./${path%|}
+      mkdir -p "${path%/*}"
+      case $line in
+        *' -> '*) ln -s -- "${line#* -> }" "$path";;
+        *': '*) printf %s "${line#*: }" >"$path";;
+        *'|') mkfifo "$path";;
+      esac
+    done <listing; rm listing)");
 }
 
 std::string PrivateRoot::tree() const {

@@ -13,10 +13,10 @@
 std::string output_of(std::vector<const char*> words);
 
 /**
- * Gives this process a network of its own, and makes an ordinary user root of a user namespace;
- * false where the machine allows none.
+ * Enters new namespaces (see clone(2)) and makes an ordinary user root of one of them; false where
+ * the machine allows none.
  */
-bool become_root();
+bool enter_namespaces(int kinds);
 
 /** Gives each test an empty machine of its own below `root`. */
 class PrivateRoot : public testing::Test {

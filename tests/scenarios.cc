@@ -2,13 +2,9 @@
 // Tests that are data: reading, running and renewing them.
 #include "scenarios.h"
 
-#include <sys/file.h>
-
 #include <cctype>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <memory>
 #include <regex>
 #include <sstream>
 
@@ -24,17 +20,6 @@ std::string content_of(const std::string& file) {
   std::stringstream text;
   text << std::ifstream{file}.rdbuf();
   return text.str();
-}
-
-/** Writes `now` in the place of `before`. Several tests may do so at once. */
-void renew(const std::string& file, const std::string& before, const std::string& now) {
-  const std::unique_ptr<std::FILE, decltype(&std::fclose)> lock{std::fopen(file.c_str(), "a"),
-                                                                std::fclose};
-  ASSERT_TRUE(lock && flock(fileno(lock.get()), LOCK_EX) == 0) << file;
-  auto text = content_of(file);
-  const auto at = text.find(before);
-  ASSERT_NE(at, std::string::npos) << file;
-  ASSERT_TRUE(std::ofstream{file} << text.replace(at, before.size(), now)) << file;
 }
 
 }  // namespace
@@ -53,8 +38,10 @@ void Scenario::expect(const std::string& came_out) const {
     EXPECT_EQ(text, came_out) << file << ':' << line;
     return;
   }
+  auto whole = content_of(file);
   const auto front = title_mark + title + '\n';
-  renew(file, front + text, front + came_out);
+  whole.replace(whole.find(front) + front.size(), text.size(), came_out);
+  ASSERT_TRUE(std::ofstream{file} << whole) << file;
 }
 
 std::vector<Scenario> scenarios_of(const std::string& file) {
@@ -78,17 +65,13 @@ std::vector<Scenario> scenarios_of(const std::string& file) {
   return scenarios;
 }
 
-void Transcript::add_line(const std::string& line) {
-  m_text += line + '\n';
-}
-
 void Transcript::say(std::string text) {
   text = std::regex_replace(text, std::regex{left_out}, "");
   // Only what a line of a text file cannot show is escaped.
   const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
   std::string letters;
   for (int byte = 0x80; valid && byte <= 0xFF; ++byte) letters += static_cast<char>(byte);
-  add_line(std::string{"  "} + take_text(g_strescape(text.c_str(), letters.c_str())).get());
+  m_text += std::string{"  "} + take_text(g_strescape(text.c_str(), letters.c_str())).get() + '\n';
 }
 
 void Transcript::say_lines(const std::string& mark, const std::string& printed) {
@@ -100,7 +83,7 @@ void Transcript::check(const Scenario& scenario) {
   std::istringstream lines{scenario.text};
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with("  ")) continue;
-    add_line(line);
+    m_text += line + '\n';
     const auto space = line.find(' ');
     const auto command = commands.find(line.substr(0, space));
     ASSERT_NE(command, commands.end()) << line;

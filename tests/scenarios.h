@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,10 +36,11 @@ std::vector<Scenario> scenarios_of(const std::string& file);
 /** Makes a test of `suite` of each scenario of a file. Its Fixture is constructed with a scenario.
  */
 template <typename Fixture>
-bool register_scenarios(const char* suite, const std::string& file) {
+bool register_scenarios(const char* suite, const std::string& file) noexcept {
   for (const auto& scenario : scenarios_of(file)) {
     testing::RegisterTest(suite, scenario.name().c_str(), nullptr, nullptr, scenario.file.c_str(),
-                          scenario.line, [scenario] { return new Fixture(scenario); });
+                          scenario.line,
+                          [scenario] { return std::make_unique<Fixture>(scenario).release(); });
   }
   return true;
 }
@@ -64,7 +66,6 @@ class Transcript {
   void check(const Scenario& scenario);
 
  private:
-  void add_line(const std::string& line);
   void say_lines(const std::string& mark, const std::string& printed);
 
   std::string m_text;

@@ -1,20 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window with its pages, dialogs and prompts, used as the scenarios tell.
 #include <dlfcn.h>
+#include <sched.h>
 
-#include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <map>
 #include <span>
-#include <sstream>
 
 #include "app/varnholt.h"
 #include "base/paths.h"
-#include "base/secret.h"
 #include "base/shell.h"
-#include "base/signal.h"
 #include "display-test.h"
 #include "private-root.h"
 #include "scenarios.h"
@@ -22,7 +17,6 @@
 
 using varnholt::connect;
 using varnholt::ObjectPtr;
-using varnholt::SecretPtr;
 using varnholt::take_object;
 using varnholt::take_text;
 using Words = const std::string&;
@@ -52,7 +46,7 @@ class Window : public DisplayTest {
   void SetUp() override {
     g_setenv("TZ", "local-8", TRUE);
     DisplayTest::SetUp();
-    static const bool root = become_root();
+    static const bool root = enter_namespaces(CLONE_NEWNET);
     if (!root) GTEST_SKIP() << "no namespaces of one's own here";
     g_setenv("VARNHOLT_SCRATCH", varnholt::scratch_folder().c_str(), TRUE);
     main_s_exe_path = take_text(g_strdup(VARNHOLT_SCRATCH_PROGRAM));
@@ -94,34 +88,27 @@ class Window : public DisplayTest {
     for (const auto& [name, table] :
          {std::pair{"files", main->lnk_table.get()}, {"scripts", main->shl_table.get()}}) {
       learn_table(name, table, read_file, vh_bak_def_item_lnk_to_string, vh_bak_def_widget_add_item,
-                  vh_bak_def_widget_edit_item, vh_bak_def_widget_del_selected_items,
-                  vh_bak_def_widget_clear_selection, vh_bak_def_widget_get_total_selections,
-                  vh_bak_def_widget_get_select_item, vh_bak_def_widget_emit_selection_changed);
+                  vh_bak_def_widget_edit_item);
     }
     learn_table("routes", main->rut_table.get(), read_route, vh_rut_def_item_to_string,
-                vh_rut_def_widget_add_item, vh_rut_def_widget_edit_item,
-                vh_rut_def_widget_del_selected_items, vh_rut_def_widget_clear_selection,
-                vh_rut_def_widget_get_total_selections, vh_rut_def_widget_get_select_item,
-                vh_rut_def_widget_emit_selection_changed);
+                vh_rut_def_widget_add_item, vh_rut_def_widget_edit_item);
     await_window();
   }
 
   /** Makes `name` a command whose first word says what is done with the table. */
-  void learn_table(Words name, auto* widget, auto read, auto written, auto add, auto edit,
-                   auto remove, auto clear, auto total, auto highlighted, auto emit) {
+  void learn_table(Words name, auto* widget, auto read, auto written, auto add, auto edit) {
     connect(widget, "sig-selection-changed", widget, [=, this](GtkWidget*, int at, guint count) {
       script.say(name + ' ' + std::to_string(at) + '/' + std::to_string(count));
     });
     const auto show_all = [=, this] {
       for (Words line : table(widget->tree_view.get())) script.say(line);
       std::string ticks;
-      const auto chosen = take_object(highlighted(widget));
       for (const auto& item : *widget->items) {
         script.say(take_text(written(item.get())).get());
-        ticks += item == chosen ? " >" : " ";
+        ticks += item.get() == widget->highlighted().item ? " >" : " ";
         ticks += item->is_selected ? 'x' : '-';
       }
-      script.say(std::to_string(total(widget)) + " ticked:" + ticks);
+      script.say(std::to_string(widget->items->selected_number()) + " ticked:" + ticks);
     };
     const auto edit_row = [=, this](int row, Words fields) {
       auto* const edited = widget->items->nth(static_cast<guint>(row)).item;
@@ -129,8 +116,6 @@ class Window : public DisplayTest {
       const auto values = read(fields);
       if (!edit(widget, values.get(), edited)) return script.say("refused");
       EXPECT_TRUE(vh_cmp_iter(&before, &*edited->iter) && vh_cmp_iter(&before, &*values->iter));
-      values->iter->user_data = nullptr;
-      EXPECT_FALSE(vh_cmp_iter(&before, &*values->iter));
     };
     using Verb = std::function<void(int row, Words last_word)>;
     const std::map<std::string, Verb> verbs{
@@ -142,9 +127,8 @@ class Window : public DisplayTest {
         {"click", [=](int row, Words at) { click(widget->tree_view.get(), row, std::stoi(at)); }},
         {"double-click",
          [=](int row, Words at) { click(widget->tree_view.get(), row, std::stoi(at), 2); }},
-        {"delete", [=](int, Words) { remove(widget); }},
-        {"emit", [=](int row, Words) { emit(widget, row); }},
-        {"clear", [=](int, Words) { clear(widget); }},
+        {"delete", [=](int, Words) { widget->del_selected_items(); }},
+        {"clear", [=](int, Words) { widget->clear_selection(); }},
         {"show", [=](int, Words) { show_all(); }}};
     script.commands[name] = [verbs](Words arguments) {
       std::istringstream words{arguments};
@@ -198,7 +182,7 @@ class Window : public DisplayTest {
       char* result = nullptr;
       char** const taken = text.empty() ? nullptr : &result;
       const bool confirmed = main_inputdlg(taken, text.c_str(), "title: ");
-      const std::string typed = text.empty() ? "" : SecretPtr{result}.get();
+      const std::string typed = text.empty() ? "" : take_text(result).get();
       script.say((confirmed ? "yes: " : "no: ") + typed + '.');
     };
     on["focus"] = [this](Words /*none*/) {
@@ -207,22 +191,21 @@ class Window : public DisplayTest {
     };
     on["page"] = [this](Words page) {
       if (!page.empty()) main_show_stack_page(main.get(), std::stoi(page));
-      std::string seen = std::to_string(main->cur_page) + " buttons:";
-      for (const auto& pressed : main->control_bar->page_btns) {
-        seen += gtk_toggle_button_get_active(pressed.get()) != 0 ? 'x' : '-';
+      std::string pressed;
+      for (const auto& button : main->control_bar->page_btns) {
+        pressed += gtk_toggle_button_get_active(button.get()) != 0 ? 'x' : '-';
       }
-      seen += " pages:";
-      for (const auto& table : main->pages) seen += gtk_widget_get_visible(table.get()) ? 'x' : '-';
-      script.say(seen);
+      std::string shown;
+      for (const auto& table : main->pages)
+        shown += gtk_widget_get_visible(table.get()) ? 'x' : '-';
+      script.say(std::to_string(main->cur_page) + " buttons:" + pressed + " pages:" + shown);
     };
     on["flag"] = [this](Words flag) {
       auto* const routes = main->rut_table.get();
       if (!flag.empty()) vh_rut_def_widget_set_del_def_cb_active(routes, flag == "yes");
-      const auto items = take_object(vh_rut_def_widget_get_items(routes));
-      script.say(take_text(vh_rut_def_item_list_del_def_rut_to_string(items.get())).get());
+      script.say(take_text(vh_rut_def_item_list_del_def_rut_to_string(routes->items.get())).get());
       auto* const box = GTK_TOGGLE_BUTTON(routes->del_rut_cb.get());
-      EXPECT_EQ(gtk_toggle_button_get_active(box), items->del_def_rut);
-      EXPECT_EQ(vh_rut_def_widget_get_del_def_cb_active(routes), items->del_def_rut);
+      EXPECT_EQ(gtk_toggle_button_get_active(box), vh_rut_def_widget_get_del_def_cb_active(routes));
     };
   }
 
@@ -233,13 +216,8 @@ class Window : public DisplayTest {
     on["stray"] = [this](Words fields) {
       vh_bak_def_item_list_append_val(main->lnk_table->items.get(), read_file(fields).get());
     };
-    on["time"] = [this](Words local_time) {
-      struct tm broken_down {};
-      strptime(local_time.c_str(), "%F %T", &broken_down);
-      const auto item = take_object(vh_bak_def_item_list_nth_data(main->shl_table->items.get(), 0));
-      vh_bak_def_item_set_last_oper_time_dt(item.get(), &broken_down);
-      vh_bak_def_item_set_last_oper_time_int64(
-          item.get(), vh_bak_def_item_get_last_oper_time_int64(item.get()) + 1);
+    on["time"] = [this](Words seconds) {
+      (*main->shl_table->items->begin())->last_oper_time = std::stoll(seconds);
     };
     on["line"] = [](Words line) {
       std::ofstream{varnholt::paths::profile, std::ios::app} << line << '\n';

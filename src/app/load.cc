@@ -26,8 +26,8 @@ void load_line(Main* self, std::string_view line) {
     case LineKind::script:
       return add_definition(self->shl_table.get(), new_bak_def_item(varnholt::read_shl_line(line)));
     case LineKind::route: {
-      const auto read = varnholt::read_rut_add_line(line);
-      const auto route = varnholt::take_object(varnholt::new_rut_def_item(read));
+      const auto route =
+          varnholt::take_object(varnholt::new_rut_def_item(varnholt::read_rut_add_line(line)));
       vh_rut_def_widget_add_item(self->rut_table.get(), route.get());
       return;
     }

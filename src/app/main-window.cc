@@ -75,14 +75,6 @@ void make_other_pages(Main* self) {
   add_page(self, 2, self->shl_table.get());
 }
 
-/** Has the button of each page name its table. */
-void name_tables(Main* self) {
-  const auto* const bar = self->control_bar.get();
-  varnholt::name_by(self->lnk_table->tree_view.get(), bar->btn_link.get());
-  varnholt::name_by(self->rut_table->tree_view.get(), bar->btn_route.get());
-  varnholt::name_by(self->shl_table->tree_view.get(), bar->btn_shell.get());
-}
-
 void arrange_window(Main* self) {
   self->main_box = sink_object<GtkVBox>(gtk_vbox_new(FALSE, 3));
   auto* const box = GTK_BOX(self->main_box.get());
@@ -149,9 +141,14 @@ void attach_signals(Main* self) {
           [self](VhControlWidget* /*bar*/, VhControlWidgetBtnType type) {
             main_on_btns_clicked(self, type);
           });
-  edit_on_activation(self, self->lnk_table->tree_view.get());
-  edit_on_activation(self, self->rut_table->tree_view.get());
-  edit_on_activation(self, self->shl_table->tree_view.get());
+  const auto* const bar = self->control_bar.get();
+  for (const auto& [table, button] :
+       {std::pair{self->lnk_table->tree_view.get(), bar->btn_link.get()},
+        std::pair{self->rut_table->tree_view.get(), bar->btn_route.get()},
+        std::pair{self->shl_table->tree_view.get(), bar->btn_shell.get()}}) {
+    varnholt::name_by(table, button);
+    edit_on_activation(self, table);
+  }
 }
 
 }  // namespace
@@ -177,7 +174,6 @@ Main* main_construct(GType object_type) {
   gdk_display_flush(gtk_widget_get_display(GTK_WIDGET(self->window.get())));
   make_icon(self);
   make_other_pages(self);
-  name_tables(self);
   attach_signals(self);
   main_init_dlgs(self);
   main_read(self);

@@ -72,11 +72,6 @@ void main_save(Main* self) {
   const auto next = varnholt::write_next_version(text, self->unread);
   if (next == varnholt::NextVersion::unknown) return;
   const bool written = next == varnholt::NextVersion::written;
-  if (getuid() == 0) {
-    apply(self, written, RootRights{}, "root ");
-    return;
-  }
-  auto password = ask_for_password();
-  if (!password) return;
-  apply(self, written, RootRights{std::move(password)}, "");
+  if (getuid() == 0) return apply(self, written, RootRights{}, "root ");
+  if (auto password = ask_for_password()) apply(self, written, RootRights{std::move(password)}, "");
 }

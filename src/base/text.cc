@@ -48,17 +48,13 @@ std::string shown(std::string_view text) {
 
 std::string shown_shortened(std::string_view text) {
   constexpr std::size_t longest = 400;
-  if (text.size() <= longest) return shown(text);
-  // The pieces begin and end between two characters of UTF-8, and so also where there are none.
-  const auto inside = [text](std::size_t at) {
-    return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
-  };
-  constexpr std::size_t longest_character = 4;
-  auto head = longest / 2;
-  while (head > longest / 2 - longest_character && inside(head)) --head;
-  auto tail = text.size() - longest / 2;
-  while (tail < text.size() - longest / 2 + longest_character && inside(tail)) ++tail;
-  return shown(text.substr(0, head)) + "…" + shown(text.substr(tail));
+  auto whole = shown(text);
+  if (whole.size() <= longest) return whole;
+  const char* const begin = whole.c_str();
+  const char* const end = begin + whole.size();
+  const char* const head = g_utf8_find_prev_char(begin, begin + longest / 2 + 1);
+  const char* const tail = g_utf8_find_next_char(end - longest / 2 - 1, nullptr);
+  return whole.substr(0, static_cast<std::size_t>(head - begin)) + "…" + tail;
 }
 
 std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep) {

@@ -12,13 +12,9 @@ namespace {
 
 using varnholt::BakDefFields;
 
-BakDefFields& fields_of_item(VhBakDefItem* item) {
-  return *item;
-}
-
 VhBakDefItem* make_item(GType object_type, BakDefFields fields) {
   auto* const self = static_cast<VhBakDefItem*>(g_object_new(object_type, nullptr));
-  fields_of_item(self) = std::move(fields);
+  static_cast<varnholt::BakDefFields&>(*self) = std::move(fields);
   vh_bak_def_item_set_dir(self);
   return self;
 }
@@ -63,7 +59,7 @@ void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(item != NULL);
   self->is_selected = item->is_selected;
-  fields_of_item(self) = fields_of_item(item);
+  static_cast<varnholt::BakDefFields&>(*self) = static_cast<const varnholt::BakDefFields&>(*item);
   vh_bak_def_item_set_dir(self);
 }
 

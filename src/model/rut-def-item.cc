@@ -12,13 +12,9 @@ namespace {
 
 using varnholt::RutDefFields;
 
-RutDefFields& fields_of_item(VhRutDefItem* item) {
-  return *item;
-}
-
 VhRutDefItem* make_item(GType object_type, RutDefFields fields) {
   auto* const self = static_cast<VhRutDefItem*>(g_object_new(object_type, nullptr));
-  fields_of_item(self) = std::move(fields);
+  static_cast<varnholt::RutDefFields&>(*self) = std::move(fields);
   return self;
 }
 
@@ -54,7 +50,7 @@ void vh_rut_def_item_fill_by_other(VhRutDefItem* self, VhRutDefItem* item) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(item != NULL);
   self->is_selected = item->is_selected;
-  fields_of_item(self) = fields_of_item(item);
+  static_cast<varnholt::RutDefFields&>(*self) = static_cast<const varnholt::RutDefFields&>(*item);
   for (auto* list : self->lists) list->forget_texts();
 }
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <functional>
-#include <ranges>
 #include <string>
 
 #include "base/glib-ptr.h"
@@ -54,10 +53,9 @@ const VhRutDefItem* RutDefListState::first_rival_of(const RutDefFields& route,
   }
   guint first = length();
   for (const auto hash : hashes_of(route)) {
-    const auto [begin, end] = m_index.equal_range(hash);
-    for (const auto& [same_hash, place] : std::ranges::subrange(begin, end)) {
-      const auto* const other = nth(place).item;
-      if (other != except && are_rivals(*other, route)) first = std::min(first, place);
+    for (auto [at, end] = m_index.equal_range(hash); at != end; ++at) {
+      const auto* const other = nth(at->second).item;
+      if (other != except && are_rivals(*other, route)) first = std::min(first, at->second);
     }
   }
   return nth(first).item;

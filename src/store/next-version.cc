@@ -15,12 +15,9 @@ NextVersion tell_unreadable(int code) {
   return NextVersion::not_written;
 }
 
-/** The version that follows; after the highest one the lowest, as numbers of 32 bits do. */
-int version_after(int version) {
-  return static_cast<int>(static_cast<unsigned>(version) + 1U);
-}
-
-NextVersion write(const std::string& text, int version) {
+NextVersion write(const std::string& text, int stored_version) {
+  // After the highest number of 32 bits comes the lowest one.
+  const auto version = static_cast<int>(static_cast<unsigned>(stored_version) + 1U);
   const auto profile = "version," + std::to_string(version) + '\n' + text;
   ErrorPtr error;
   if (g_file_set_contents(paths::temporary_profile, profile.data(),
@@ -40,13 +37,13 @@ NextVersion write(const std::string& text, int version) {
 }  // namespace
 
 NextVersion write_next_version(const std::string& text, std::optional<int> unread) {
-  if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) return write(text, version_after(0));
+  if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) return write(text, 0);
   if (unread) return tell_unreadable(*unread);
   const auto profile = read_file(paths::profile);
   if (!profile.error) {
     std::string stored{profile.text()};
     const int version = main_get_cur_version(&stored);
-    if (stored != text) return write(text, version_after(version));
+    if (stored != text) return write(text, version);
     print_progress("The content is same.\n");
     return NextVersion::not_written;
   }

@@ -9,15 +9,6 @@
 #include "base/text.h"
 
 namespace varnholt {
-namespace {
-
-/** The number at the beginning of a text, as atoi(3) reads it. */
-int leading_number(const std::string& text) {
-  constexpr int decimal = 10;
-  return static_cast<int>(std::strtol(text.c_str(), nullptr, decimal));
-}
-
-}  // namespace
 
 LineKind kind_of_line(std::string_view line) {
   if (line.starts_with("shl")) return LineKind::script;
@@ -49,7 +40,9 @@ int main_get_cur_version(std::string* cont) {
   cont->erase(0, end + 1);
   const std::string version{varnholt::trimmed(first_line)};
   // Without a comma the whole line is read, which gives 0.
-  return varnholt::leading_number(version.substr(version.find(',') + 1));
+  const auto number = version.substr(version.find(',') + 1);
+  // As atoi(3) reads it.
+  return static_cast<int>(std::strtol(number.c_str(), nullptr, 10));
 }
 
 int main_string_index_of(const char* text, gunichar character) {

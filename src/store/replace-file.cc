@@ -38,20 +38,22 @@ class Neighbour {
   const char* path() const { return m_path.c_str(); }
 
   ErrorPtr write(const std::string& text, mode_t mode) const {
-    if (!m_made) return system_error(path());
+    // A file that is there keeps its mode, on which the umask has no influence then.
+    if (!m_made || fchmod(m_made.number(), mode) != 0) return system_error(path());
     ErrorPtr error;
     g_file_set_contents_full(path(), text.data(), static_cast<gssize>(text.size()),
                              G_FILE_SET_CONTENTS_DURABLE, static_cast<int>(mode), out(error));
-    // The file is there already, so it keeps its mode.
-    if (!error && chmod(path(), mode) != 0) error = system_error(path());
     return error;
   }
 
   /** Has the two files change their places; where a file system cannot do that, the other goes. */
   ErrorPtr exchange_with(const char* other) const {
-    if (renameat2(AT_FDCWD, path(), AT_FDCWD, other, RENAME_EXCHANGE) == 0) return {};
-    if (errno == EINVAL && rename(path(), other) == 0) return {};
-    return system_error(other);
+    const bool done = renameat2(AT_FDCWD, path(), AT_FDCWD, other, RENAME_EXCHANGE) == 0 ||
+                      (errno == EINVAL && rename(path(), other) == 0);
+    if (!done) return system_error(other);
+    const TextPtr folder = take_text(g_path_get_dirname(other));
+    if (const Descriptor opened{open(folder.get(), O_RDONLY | O_CLOEXEC)}) fsync(opened.number());
+    return {};
   }
 
  private:
@@ -73,8 +75,9 @@ ErrorPtr replace_file(const char* path, mode_t mode,
     if (auto error = neighbour.exchange_with(path)) return error;
     auto displaced = read_file(neighbour.path());
     if (displaced.error) {
-      const bool none = displaced.error->code == G_FILE_ERROR_NOENT;
-      return none ? ErrorPtr{} : neighbour.exchange_with(path);
+      if (displaced.error->code == G_FILE_ERROR_NOENT) return {};
+      if (auto error = neighbour.exchange_with(path)) return error;
+      return std::move(displaced.error);
     }
     if (displaced.text() == expected) return {};
     expected = std::exchange(next, rewritten(displaced.text()));

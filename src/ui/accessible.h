@@ -13,10 +13,4 @@ inline void name_by(gpointer widget, gpointer caption) {
   atk_object_add_relationship(named, ATK_RELATION_LABELLED_BY, naming);
 }
 
-/** The same for a box, which is a group of its own only then. */
-inline void name_group(gpointer box, gpointer caption) {
-  atk_object_set_role(gtk_widget_get_accessible(GTK_WIDGET(box)), ATK_ROLE_PANEL);
-  name_by(box, caption);
-}
-
 }  // namespace varnholt

@@ -155,7 +155,7 @@ guint vh_bak_def_widget_get_total_selections(VhBakDefWidget* self) {
 
 VhBakDefItem* vh_bak_def_widget_get_select_item(VhBakDefWidget* self) {
   g_return_val_if_fail(self != NULL, nullptr);
-  return self->get_select_item();
+  return self->highlighted().hand_out(nullptr);
 }
 
 bool vh_bak_def_widget_add_item(VhBakDefWidget* self, VhBakDefItem* item) {

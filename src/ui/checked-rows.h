@@ -181,8 +181,13 @@ struct CheckedRows {
     }
   }
 
-  /** The item of the highlighted row as a new reference; none when no row is highlighted. */
-  Item* get_select_item() { return highlighted().hand_out(nullptr); }
+  /** The item of the highlighted row; none when no row is highlighted. */
+  typename List::Place highlighted() const {
+    GtkTreeIter row{};
+    const bool any =
+        selection != nullptr && gtk_tree_selection_get_selected(selection, nullptr, &row) != 0;
+    return any ? find(row) : typename List::Place{};
+  }
 
   /**
    * Adds an item, unticked, as first or last to list and store, with a value for each column of its
@@ -256,13 +261,6 @@ struct CheckedRows {
   }
 
   Widget* widget() { return static_cast<Widget*>(this); }
-
-  auto highlighted() {
-    GtkTreeIter row{};
-    const bool any =
-        selection != nullptr && gtk_tree_selection_get_selected(selection, nullptr, &row) != 0;
-    return any ? find(row) : typename List::Place{};
-  }
 
   /** Writes only what changes: the toolkit measures a row anew whenever it is written. */
   void set_check_box(GtkTreeIter row, bool ticked) {

@@ -114,7 +114,9 @@ void arrange_widgets(VhDefDlg* self) {
   gtk_box_pack_start(box, GTK_WIDGET(self->overwrite_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_end(box, GTK_WIDGET(self->select_file_cb.get()), FALSE, FALSE, 0);
   varnholt::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
-  varnholt::name_group(box, self->action_label.get());
+  // To a screen reader a box is a group of its own only with this role.
+  atk_object_set_role(gtk_widget_get_accessible(GTK_WIDGET(box)), ATK_ROLE_PANEL);
+  varnholt::name_by(box, self->action_label.get());
 
   GtkWidget* const content = gtk_dialog_get_content_area(self);
   gtk_box_pack_start(GTK_BOX(content), GTK_WIDGET(self->jnt_cb.get()), TRUE, TRUE, 0);
@@ -156,8 +158,8 @@ int vh_def_dlg_run(VhDefDlg* self, int is_edit) {
     if (!is_ticked(self->jnt_cb)) offer_files(self, self->is_shell == 0);
     const int response = varnholt::run_form(
         self, std::array{self->from_entry.get(), self->to_entry.get()}, location_in);
-    if (response != GTK_RESPONSE_ACCEPT || is_acceptable(varnholt::values_of(self)))
-      return response;
+    const auto values = varnholt::values_of(self);
+    if (response != GTK_RESPONSE_ACCEPT || is_acceptable(values)) return response;
   }
 }
 

@@ -7,17 +7,16 @@
 
 namespace {
 
-GtkEntry* new_password_entry() {
+/**
+ * Adds an entry for a password, with a caption above it that also names the entry to those who
+ * cannot see.
+ */
+GtkEntry* add_password_entry(GtkDialog* dialog, const char* msg) {
   auto* const entry = GTK_ENTRY(gtk_entry_new());
   g_object_set(entry, "invisible-char-set", TRUE, "caps-lock-warning", TRUE, nullptr);
   gtk_entry_set_visibility(entry, FALSE);
   gtk_entry_set_invisible_char(entry, '*');
   gtk_entry_set_activates_default(entry, TRUE);
-  return entry;
-}
-
-/** Puts the caption above the entry, and says that it names the entry to those who cannot see. */
-void fill(GtkDialog* dialog, const char* msg, GtkEntry* entry) {
   GtkWidget* const caption = gtk_label_new(varnholt::shown(msg).c_str());
   gtk_label_set_mnemonic_widget(GTK_LABEL(caption), GTK_WIDGET(entry));
   GtkWidget* const table = gtk_table_new(2, 1, FALSE);
@@ -25,6 +24,7 @@ void fill(GtkDialog* dialog, const char* msg, GtkEntry* entry) {
   gtk_table_attach_defaults(GTK_TABLE(table), GTK_WIDGET(entry), 0, 1, 1, 2);
   gtk_widget_show_all(table);
   gtk_box_pack_start(GTK_BOX(gtk_dialog_get_content_area(dialog)), table, TRUE, TRUE, 0);
+  return entry;
 }
 
 }  // namespace
@@ -62,8 +62,7 @@ bool main_inputdlg(char** result, const char* msg, const char* title) {
       gtk_dialog_new_with_buttons(title, parent.get(), GTK_DIALOG_MODAL, "确定",
                                   GTK_RESPONSE_ACCEPT, "取消", GTK_RESPONSE_CANCEL, nullptr));
   gtk_dialog_set_default_response(dialog.get(), GTK_RESPONSE_ACCEPT);
-  GtkEntry* const entry = new_password_entry();
-  fill(dialog.get(), msg, entry);
+  GtkEntry* const entry = add_password_entry(dialog.get(), msg);
   const bool confirmed = gtk_dialog_run(dialog.get()) == GTK_RESPONSE_ACCEPT;
   if (confirmed && result != nullptr) {
     const auto nothing = varnholt::take_text(*result);

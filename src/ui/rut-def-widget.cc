@@ -21,10 +21,6 @@ constexpr struct {
                     {"子网掩码", {true, true}}, {"网关地址", {true, true}},
                     {"路由跳数", {true, true}}, {"网卡", {false, false}}};
 
-void on_sel_toggled(VhRutDefWidget* self, const char* path) {
-  self->on_sel_toggled(path);
-}
-
 void on_del_rut_cb_toggled(VhRutDefWidget* self) {
   if (self->cb_updating == 1) return;
   self->items->del_def_rut =
@@ -32,7 +28,8 @@ void on_del_rut_cb_toggled(VhRutDefWidget* self) {
 }
 
 void append_columns(VhRutDefWidget* self) {
-  self->append_check_column("选择", on_sel_toggled);
+  self->append_check_column(
+      "选择", [](VhRutDefWidget* table, const char* path) { table->on_sel_toggled(path); });
   for (int column = VH_RUT_DEF_WIDGET_COL_IDX_NAME; const auto& [title, width] : text_columns) {
     self->append_column(title, gtk_cell_renderer_text_new(), width, "text", column++);
   }
@@ -124,7 +121,7 @@ guint vh_rut_def_widget_get_total_selections(VhRutDefWidget* self) {
 
 VhRutDefItem* vh_rut_def_widget_get_select_item(VhRutDefWidget* self) {
   g_return_val_if_fail(self != NULL, nullptr);
-  return self->get_select_item();
+  return self->highlighted().hand_out(nullptr);
 }
 
 bool vh_rut_def_widget_add_item(VhRutDefWidget* self, VhRutDefItem* item) {

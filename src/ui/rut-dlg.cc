@@ -72,10 +72,8 @@ void fill(VhRutDlg* self) {
 }
 
 void offer_interfaces(VhRutDlg* self) {
-  std::vector<std::string> found;
-  vh_rut_dlg_get_nics(&found);
-  self->nics = {""};
-  self->nics.insert(self->nics.end(), found.begin(), found.end());
+  vh_rut_dlg_get_nics(&self->nics);
+  self->nics.insert(self->nics.begin(), "");
   for (const auto& nic : self->nics) {
     gtk_combo_box_text_append_text(GTK_COMBO_BOX_TEXT(self->nic_combo.get()),
                                    varnholt::shown(nic).c_str());
