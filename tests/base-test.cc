@@ -60,15 +60,12 @@ TEST(ReplaceFile, KeepsWhatSomebodyWritesMeanwhile) {
     EXPECT_EQ(stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640);
   }
-  for (const bool folder : {true, false}) {
-    EXPECT_TRUE(varnholt::replace_file(path.c_str(), 0640, [&](std::string_view text) {
-      std::filesystem::remove(path);
-      if (folder) std::filesystem::create_directory(path);
-      return std::string{text};
-    })) << folder;
+  // What is no file any more stays so.
+  EXPECT_TRUE(varnholt::replace_file(path.c_str(), 0640, [&](std::string_view text) {
     std::filesystem::remove(path);
-    std::ofstream{path};
-  }
+    std::filesystem::create_directory(path);
+    return std::string{text};
+  }));
   std::filesystem::remove(path);
   EXPECT_TRUE(std::filesystem::is_empty(varnholt::scratch_folder())) << "files are left";
 }

@@ -35,6 +35,10 @@ void count_and_handle(GdkEvent* event, gpointer /*data*/) {
   if (event->type == GDK_BUTTON_RELEASE || event->type == GDK_KEY_RELEASE) ++releases_seen;
 }
 
+GtkDialog* modal_dialog() {
+  return GTK_DIALOG(gtk_widget_get_toplevel(gtk_grab_get_current()));
+}
+
 /** Processes events until it holds; fails when it takes too long. */
 void wait_until(const std::function<bool()>& holds, const char* what) {
   const gint64 deadline = g_get_monotonic_time() + patience;
@@ -243,11 +247,7 @@ void DisplayTest::press(const std::string& keys) {
       continue;
     }
     if (word.starts_with('^')) {
-      const auto shows = [&word] {
-        auto* const dialog = gtk_widget_get_toplevel(gtk_grab_get_current());
-        return text_of(GTK_DIALOG(dialog)).ends_with(word.substr(1));
-      };
-      wait_until(shows, word.c_str());
+      wait_until([&word] { return text_of(modal_dialog()).ends_with(word.substr(1)); }, &word[1]);
       continue;
     }
     std::istringstream names{word};

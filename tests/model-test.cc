@@ -16,13 +16,9 @@
 using varnholt::take_object;
 using varnholt::take_text;
 
-namespace {
-
-std::string owned(char* text) {
+static std::string owned(char* text) {
   return text == nullptr ? "(none)" : take_text(text).get();
 }
-
-}  // namespace
 
 class Lines : public testing::Test {
  public:
@@ -54,8 +50,8 @@ class Lines : public testing::Test {
     script.commands["flag"] = [&script](const std::string& line) {
       const auto list = take_object(vh_rut_def_item_list_new());
       EXPECT_TRUE(vh_rut_def_item_list_get_del_def_rut(list.get()));
-      const bool flag = vh_rut_def_item_list_scanf_del_def_rut(line.c_str());
-      vh_rut_def_item_list_set_del_def_rut(list.get(), flag);
+      vh_rut_def_item_list_set_del_def_rut(list.get(),
+                                           vh_rut_def_item_list_scanf_del_def_rut(line.c_str()));
       script.say(owned(vh_rut_def_item_list_del_def_rut_to_string(list.get())));
     };
     script.commands["version"] = [&script](std::string text) {
@@ -70,8 +66,16 @@ class Lines : public testing::Test {
       vh_bak_def_item_set_last_oper_time_dt(item.get(), &broken_down);
       script.say(owned(vh_bak_def_item_lnk_to_string(item.get())));
     };
-    script.commands["word"] = [&script](const std::string& path) {
-      script.say(varnholt::command_word(path));
+    script.commands["fill"] = [&script](const std::string& from) {
+      const auto filled = take_object(vh_bak_def_item_new("/", "/c", 2, 0));
+      const auto other = take_object(vh_bak_def_item_new(from.c_str(), "/b", 1, 7));
+      other->is_dir = !other->is_dir;
+      vh_bak_def_item_fill_by_other(filled.get(), other.get());
+      script.say(owned(vh_bak_def_item_lnk_to_string(filled.get())));
+    };
+    script.commands["row"] = [](const std::string& number) {
+      const GtkTreeIter row{std::stoi(number), GINT_TO_POINTER(2), GINT_TO_POINTER(3), nullptr};
+      vh_print_iter(&row);
     };
     script.commands["run"] = [](const std::string& command) {
       varnholt::run_command("cd \"" + varnholt::scratch_folder() + "\"; " + command);
@@ -91,7 +95,8 @@ class Lines : public testing::Test {
 
 static const bool registered = register_scenarios<Lines>("Lines", "lines.scenarios");
 
-TEST(Flags, EndsForAnUnknownFlag) {
+TEST(Questions, HaveNoAnswerToWhatNobodyAsks) {
+  EXPECT_FALSE(vh_FileTests("/", static_cast<VhFileTestType>(2)));
   EXPECT_DEATH(vh_IsFileOperationType(9, 3),
                "op\\[3\\] is not Good value \n.*bak-model:.*vh_IsFileOperationType.*FALSE");
 }

@@ -66,8 +66,7 @@ class RowList : public testing::Test {
   void step() {
     const int how = roll(naive.empty() ? 2 : 7);
     auto item = Kind::new_item(roll(81));
-    if (how > 1)
-      item = varnholt::make_object(naive.at(static_cast<std::size_t>(roll(naive.size()))).get());
+    if (how > 1) item = varnholt::make_object(naive[dice() % naive.size()].get());
     if (how == 3) item->iter = row_of(roll(8));
     if (how == 4) Kind::change(item.get(), roll(81));
     if (how < 3) {

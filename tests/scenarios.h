@@ -9,7 +9,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 /** One scenario of a file: a title, and what is to come of what is done. */
@@ -36,7 +35,7 @@ std::vector<Scenario> scenarios_of(const std::string& file);
 /** Makes a test of `suite` of each scenario of a file. Its Fixture is constructed with a scenario.
  */
 template <typename Fixture>
-bool register_scenarios(const char* suite, const std::string& file) noexcept {
+bool register_scenarios(const char* suite, const char* file) noexcept {
   for (const auto& scenario : scenarios_of(file)) {
     testing::RegisterTest(suite, scenario.name().c_str(), nullptr, nullptr, scenario.file.c_str(),
                           scenario.line,

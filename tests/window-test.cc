@@ -196,8 +196,7 @@ class Window : public DisplayTest {
         pressed += gtk_toggle_button_get_active(button.get()) != 0 ? 'x' : '-';
       }
       std::string shown;
-      for (const auto& table : main->pages)
-        shown += gtk_widget_get_visible(table.get()) ? 'x' : '-';
+      for (const auto& each : main->pages) shown += gtk_widget_get_visible(each.get()) ? 'x' : '-';
       script.say(std::to_string(main->cur_page) + " buttons:" + pressed + " pages:" + shown);
     };
     on["flag"] = [this](Words flag) {

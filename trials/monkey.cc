@@ -65,10 +65,10 @@ class Monkey : public DisplayTest {
     const auto rows = table->items->length();
     if (rows == 0) return;
     const auto row = roll(rows);
+    auto* const item = table->items->nth(row).item;
     const auto how = roll(7);
     if (how < 5) table->on_sel_toggled(std::to_string(row).c_str());
-    if (how == 5)
-      gtk_tree_selection_select_iter(table->selection, &*table->items->nth(row).item->iter);
+    if (how == 5) gtk_tree_selection_select_iter(table->selection, &*item->iter);
     if (how == 6) table->clear_selection();
   }
 

@@ -22,8 +22,8 @@ GType vh_file_operation_type_get_type() {
 }
 
 bool vh_IsFileOperationType(int value, int flag) {
-  if (flag < 0 || flag > VH_FILE_OPERATION_TYPE_FOT_Deleted ||
-      !std::has_single_bit(static_cast<unsigned>(flag))) {
+  const auto bits = static_cast<unsigned>(flag);
+  if (bits > VH_FILE_OPERATION_TYPE_FOT_Deleted || !std::has_single_bit(bits)) {
     varnholt::print_failure("op[%d] is not Good value \n", flag);
     g_assertion_message_expr(G_LOG_DOMAIN, "bak-model", __LINE__, __func__, "FALSE");
   }
