@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The least that a link builder can do: reads "lnk" lines without looking at them closely, makes
-// the bare system calls or runs the bare command lines for each, says nothing, checks nothing,
-// writes nothing back.
+// The least that a link builder can do: it reads "lnk" lines without looking at them closely, makes
+// the bare system calls or runs the bare command lines for each, prints nothing, checks nothing,
+// and writes nothing back.
 #include <limits.h>
 #include <stdbool.h>
 #include <stdio.h>

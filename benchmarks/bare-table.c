@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The bare table and what is done with it.
+// The bare table, and what can be done with it.
 #include "bare-table.h"
 
 #include <time.h>

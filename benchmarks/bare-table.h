@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The table of file definitions as anyone would write it who has the texts of the cells at hand: a
-// view, its store, and no definitions behind it.
+// The table of file definitions in its simplest form, for a program that already has the texts of
+// the cells: a view and its store, without definitions behind them.
 #pragma once
 
 #include <gtk/gtk.h>
 
 struct BareTable {
   GtkTreeView* view;
-  /** Belongs to the view. */
+  /** The view owns the store. */
   GtkListStore* store;
 };
 
 struct BareTable bare_table_new(gboolean with_dates);
 
-/** Shows a table in a window of its own. */
+/** Creates a window that shows a table. */
 GtkWidget* bare_window_new(struct BareTable table);
 
 void bare_table_prepend(struct BareTable table, const char* from, const char* to,
@@ -21,12 +21,12 @@ void bare_table_prepend(struct BareTable table, const char* from, const char* to
 
 void bare_table_tick(struct BareTable table, int row, gboolean ticked);
 
-/** Highlights a row and leaves it the only ticked one; `ticked` is the one that was. */
+/** Highlights a row and makes it the only ticked one; `ticked` is the row ticked before. */
 void bare_table_highlight(struct BareTable table, int row, int ticked);
 
 void bare_table_mark_ticked_deleted(struct BareTable table);
 
 void bare_table_delete_ticked(struct BareTable table);
 
-/** Writes a profile of the rows as of now. */
+/** Writes the rows as a profile; updates get the current time. Returns whether it succeeded. */
 gboolean bare_table_save(struct BareTable table, const char* profile);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Times the link builder, as a whole process, beside other programs that do the same work, on trees
-// of its own on a tmpfs: a new tree for every sample, the rivals in rotating order, the work of
-// each one checked.
+// Times the link builder, as a whole process, and other programs that do the same work. Every
+// sample has a new tree on a tmpfs, the programs run in rotating order, and the work of each one is
+// checked.
 #include <linux/magic.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -19,12 +19,12 @@ namespace {
 
 constexpr int links_in_a_folder = 100;
 
-/** What stands at the link paths before a run. */
+/** What exists at the link paths before a run. */
 enum class Start { nothing, links, files };
 
 /**
- * One scratch tree: sources below store/, link paths below target/. The sources are laid out as a
- * package of stow, so that every rival works on the same files.
+ * One scratch tree with sources below store/ and link paths below target/. The sources are laid out
+ * as a package of stow, so that every rival works on the same files.
  */
 class Tree {
  public:
@@ -112,7 +112,7 @@ struct Size {
   std::size_t samples;
 };
 
-/** Times the rivals at one work. */
+/** Times the rivals at one kind of work. */
 void compare(const char* title, Start start, const std::vector<Rival>& rivals,
              const std::vector<Size>& sizes) {
   if (!is_wanted(title)) return;
@@ -137,7 +137,7 @@ int main(int argc, char** argv) {
     give_up("/dev/shm is no tmpfs; on a disk the journal would hide the programs");
   }
   const std::vector<Size> sizes{{1'000, 15}, {10'000, 9}, {100'000, 3}};
-  // Three commands for each file take their time.
+  // Adopting takes long, because three commands run for each file.
   std::vector<Size> adopted{{1'000, 5}, {10'000, 1}};
   if (arguments.full) adopted.push_back({100'000, 1});
   compare("Links to make", Start::nothing, {ours, bare_loop, tmpfiles, stow}, sizes);

@@ -23,12 +23,12 @@
 
 /** The arguments of a benchmark: BUILD-FOLDER [full | WORDS OF A TITLE]. */
 struct Arguments {
-  /** Where figures go; what the program under test prints goes nowhere. */
+  /** The stream for the figures; what the program under test prints is discarded. */
   std::FILE* figures = nullptr;
   std::string build_folder;
-  /** Also what takes very long. */
+  /** Whether to run what takes very long too. */
   bool full = false;
-  /** Only what has these words in its title is told. */
+  /** Figures are written only when these words are in their title. */
   std::string wanted;
 };
 inline Arguments arguments;
@@ -62,7 +62,7 @@ inline double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-/** The times of everyone at some works, all with the same number of definitions. */
+/** The times of all programs at some kinds of work, all with the same number of definitions. */
 class Figures {
  public:
   void add(const std::string& title, const std::string& who, double milliseconds) {
@@ -72,7 +72,7 @@ class Figures {
     row->times.push_back(milliseconds);
   }
 
-  /** Writes the medians, one a line, for write-page. */
+  /** Writes the medians, one per line, for write-page. */
   void write(int definitions) const {
     for (const auto& [title, who, times] : m_rows) {
       if (!is_wanted(title)) continue;
@@ -90,7 +90,7 @@ class Figures {
   std::vector<Row> m_rows;
 };
 
-/** Has each of some rivals, by its index, do a work so often, another one first each time. */
+/** Calls `work` with the index of each rival, `samples` times; each time another rival is first. */
 template <typename Work>
 void by_turns(std::size_t rivals, std::size_t samples, Work work) {
   for (std::size_t sample = 0; sample < samples; ++sample) {
@@ -100,12 +100,12 @@ void by_turns(std::size_t rivals, std::size_t samples, Work work) {
 
 using Command = std::vector<std::string>;
 
-/** A program of the build. */
+/** Returns the path of a program of the build. */
 inline std::string built(const char* path) {
   return arguments.build_folder + '/' + path;
 }
 
-/** Starts a command, its output thrown away, with the scratch folder given in place of the root. */
+/** Starts a command with the scratch folder in place of the root, and discards its output. */
 inline pid_t start(Command words, const std::string& scratch) {
   setenv("VARNHOLT_SCRATCH", scratch.c_str(), 1);
   std::vector<char*> argv;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Times the start of the program with an empty profile: until its window is on the screen, and as
-// link builder until it ends.
+// Times the start of the program with an empty profile: in window mode until the window is on the
+// screen, and as the link builder until it ends.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <unistd.h>

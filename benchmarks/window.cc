@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Times the window beside a bare one, from its start to its close, each step until all rows are
-// measured and drawn again.
+// Times the window and a bare one, from start to close. Each step ends when all rows are measured
+// and drawn again.
 #include <gtk/gtk.h>
 
 #include <algorithm>
@@ -26,7 +26,7 @@ namespace paths = varnholt::paths;
 
 namespace {
 
-/** One row in so many is ticked before the ticked ones are marked or deleted. */
+/** One in so many rows is ticked before the ticked ones are marked or deleted. */
 constexpr int ticked_in = 10;
 
 constexpr auto starting = "start";
@@ -86,7 +86,7 @@ class OurWindow {
     const std::unique_ptr<GList, varnholt::FreeWith<g_list_free>> boxes{gtk_cell_layout_get_cells(
         GTK_CELL_LAYOUT(gtk_tree_view_get_column(table()->tree_view.get(), 0)))};
     g_signal_emit_by_name(boxes->data, "toggled", std::to_string(row).c_str());
-    // A click highlights its row next, which is not to untick the others.
+    // A real click would then highlight the row, which resets this flag.
     table()->sel_toggled = 0;
   }
 
@@ -100,7 +100,7 @@ class OurWindow {
   void delete_ticked() { vh_bak_def_widget_del_selected_items(table()); }
   void untick_all() { vh_bak_def_widget_clear_selection(table()); }
 
-  /** What the closing of the window does before it asks for root rights. */
+  /** Does what closing the window does before it asks for root rights. */
   void close() {
     vh_bak_def_widget_update_items_last_oper_time(table());
     std::string text;
@@ -118,7 +118,7 @@ class OurWindow {
   varnholt::ObjectPtr<Main> m_main = take_object(main_new());
 };
 
-/** A window with nothing but a bare table, which has what it shows at hand. */
+/** A window with only a bare table, which already has the texts that it shows. */
 class BareWindow {
  public:
   static constexpr auto name = "bare window";
@@ -157,13 +157,13 @@ class BareWindow {
   int m_ticked = 0;
 };
 
-/** The times of one kind of window, with or without the dates of the definitions. */
+/** Collects the times of one kind of window, with or without the dates of the definitions. */
 template <typename Window>
 class Stopwatch {
  public:
   Stopwatch(Figures& figures, bool with_dates) : m_figures(figures), m_with_dates(with_dates) {}
 
-  /** Times a step to the moment at which all is drawn again. */
+  /** Times a step until everything is drawn again. */
   template <typename Step>
   void time(const char* name, Step step) {
     settle();
@@ -184,7 +184,7 @@ void tick_a_tenth(Window& window, int rows) {
   for (int row = 0; row < rows; row += ticked_in) window.tick(row);
 }
 
-/** The life of a window, each step timed. */
+/** Runs through the life of a window and times each step. */
 template <typename Window>
 void live(const Definitions& definitions, bool with_dates, Figures& figures) {
   const auto rows = static_cast<int>(definitions.size());
@@ -195,7 +195,7 @@ void live(const Definitions& definitions, bool with_dates, Figures& figures) {
     stopwatch.time(ticking, [&] { window->tick(0); });
     stopwatch.time(highlighting, [&] { window->highlight(rows / 2); });
   }
-  // With the file there, writing it anew would wait for the disk.
+  // If the file existed, writing it again would wait for the disk.
   std::filesystem::remove(paths::temporary_profile);
   stopwatch.time(closing, [&] { window->close(); });
   if (rows == 0) return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the writer makes of a line that was read is read back, and written as the same again.
+// Checks that a line which was read and written is read again, and then written in the same way.
 #include "model/definition.h"
 #include "model/route.h"
 #include "target.h"
@@ -12,7 +12,7 @@ void check(std::string_view line, auto read, auto written) {
   const auto text = written(*says);
   const auto back = read(text);
   must_hold(back.has_value(), "not read back: " + text);
-  // An operation of no known kind is written as an update, which has more fields once it is read.
+  // An unknown operation is written as an update, which has more fields once it is read again.
   const auto again = written(*back);
   must_hold(again == text || again == text + ",true,0", "written in two ways: " + text);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The words of command lines: each shell hands back exactly the bytes that were put in.
+// Checks the words of command lines: each shell returns exactly the bytes that were put in.
 #include <array>
 
 #include "base/glib-ptr.h"
@@ -8,15 +8,15 @@
 
 namespace {
 
-/** What a shell prints for a command line. */
+/** Returns what a shell prints for a command line. */
 std::string printed_by(const char* shell, const std::string& command) {
   std::array<const char*, 4> words{shell, "-c", command.c_str(), nullptr};
-  // Should a word break open one day, it finds no command to run.
+  // If the quoting of a word ever fails, the shell finds no command to run.
   std::array<const char*, 2> environment{"PATH=/nonexistent", nullptr};
   varnholt::TextPtr printed;
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the words are not written to
   g_spawn_sync(nullptr, const_cast<char**>(words.data()), const_cast<char**>(environment.data()),
-               // Without a copy of this large process for each shell.
+               // This avoids a copy of this large process for each shell.
                G_SPAWN_LEAVE_DESCRIPTORS_OPEN, nullptr, nullptr, varnholt::out(printed), nullptr,
                nullptr, nullptr);
   return printed ? printed.get() : "";
@@ -26,7 +26,7 @@ void check_in(const char* shell, const std::string& text) {
   const std::string path = text.starts_with('-') ? "./" + text : text;
   std::string command = "printf '%s:' " + varnholt::path_argument(text);
   std::string expected = path + ':';
-  // A path with "=" is made absolute for sudo, which is another text.
+  // A path with "=" is made absolute for sudo, which changes the text.
   if (text.find('=') == std::string::npos) {
     command += ' ' + varnholt::command_word(text);
     expected += path + ':';

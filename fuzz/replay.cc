@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands in for the fuzzer where there is none: has a target look at each file of a folder.
+// Stands in for the fuzzer where it is missing: calls a target with each file of a folder.
 #include <filesystem>
 
 #include "base/file.h"

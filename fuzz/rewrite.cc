@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The link builder's rewrite of a profile beside a plain one: marked lines go, all others stay byte
-// for byte, and each definition is handed on once.
+// Compares the link builder's rewrite of a profile with a plain one: marked lines are removed, all
+// others stay byte for byte, and each definition is passed on once.
 #include "base/glib-ptr.h"
 #include "linkbuilder/link-builder.h"
 #include "target.h"

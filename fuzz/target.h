@@ -8,10 +8,10 @@
 
 #include <glib.h>
 
-/** Ends the run, as a finding, when something that must hold does not. */
+/** Ends the run, as a finding, when a condition that must hold does not hold. */
 inline void must_hold(bool holds, const std::string& what) {
   if (!holds) g_error("does not hold: %s", what.c_str());
 }
 
-/** One input. Declared by libFuzzer, and called by replay.cc with a file of the corpus. */
+/** Checks one input. The fuzzer calls it, or replay.cc with each file of the corpus. */
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The fixed paths, put into a scratch folder.
+// The fixed paths inside a scratch folder.
 #include "scratch/scratch-paths.h"
 
 #include <unistd.h>
@@ -39,7 +39,7 @@ class ScratchFolder {
   pid_t m_maker = getpid();
 };
 
-/** The paths are C strings for the whole life of the process. */
+/** Returns a path in the scratch folder as a C string that lives as long as the process. */
 const char* in_scratch(const char* path) noexcept {
   return g_intern_string((scratch_folder() + path).c_str());
 }

@@ -7,8 +7,9 @@
 namespace varnholt {
 
 /**
- * The absolute path of the folder, without a final slash: what the environment variable
- * VARNHOLT_SCRATCH names, else a new folder below /tmp that goes when the process ends.
+ * Returns the absolute path of the folder, without a final slash: the one that the environment
+ * variable VARNHOLT_SCRATCH names, or a new folder below /tmp that is removed when the process
+ * ends.
  */
 const std::string& scratch_folder();
 

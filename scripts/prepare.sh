@@ -1,21 +1,22 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What the commands of the project share: the packages and the build. Sourced from the root of the
-# project by bash.
+# What the commands of the project share: the packages and the build. It is sourced by bash from the
+# root of the project.
 
-# shellcheck disable=SC2034 # The lists are for those who source this.
+# shellcheck disable=SC2034 # The scripts that source this file use the lists.
 build_packages=(g++ cmake ninja-build pkg-config libgtk2.0-dev libmount-dev libgtest-dev libxtst-dev)
-# What scripts/with-display needs, a font for the texts of the windows, and a look at their icon.
+# The packages for scripts/with-display, a font for the texts of the windows, and tools to look at
+# their icon.
 display_packages=(xvfb openbox fonts-wqy-microhei x11-utils)
-# What scripts/operators-day and tests/journey need besides.
+# The additional packages for scripts/operators-day and tests/journey.
 day_packages=(xdotool imagemagick)
 journey_packages=(sudo iproute2 passwd)
-# What trials/kill-and-fill needs besides.
+# The additional packages for trials/kill-and-fill.
 trial_packages=(libseccomp-dev stow systemd)
-# What ./package needs besides.
+# The additional packages for ./package.
 package_packages=(dpkg-dev file lintian desktop-file-utils appstream mandoc)
 
-# install_missing PACKAGE...: installs those that are not there, or says what to install.
+# install_missing PACKAGE... installs the packages that are missing, or says what to install.
 install_missing() {
   local missing=() package
   for package in "$@"; do
@@ -38,7 +39,7 @@ install_missing() {
   return 1
 }
 
-# build PRESET FOLDER [TARGET...]: configures once and builds; all targets when none is named.
+# build PRESET FOLDER [TARGET...] configures once and builds the targets, or all when none is named.
 build() {
   local preset=$1 folder=$2
   shift 2

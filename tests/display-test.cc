@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A window on the display, the user's hands, and answers to dialogs.
+// Uses a window on the display as a user does, and answers dialogs.
 #include "display-test.h"
 
 #include <X11/XKBlib.h>
@@ -39,14 +39,14 @@ GtkDialog* modal_dialog() {
   return GTK_DIALOG(gtk_widget_get_toplevel(gtk_grab_get_current()));
 }
 
-/** Processes events until it holds; fails when it takes too long. */
+/** Processes events until `holds` returns true. Fails the test when that takes too long. */
 void wait_until(const std::function<bool()>& holds, const char* what) {
   const gint64 deadline = g_get_monotonic_time() + patience;
   while (!holds() && g_get_monotonic_time() < deadline) gtk_main_iteration_do(FALSE);
   EXPECT_TRUE(holds()) << "waited in vain for " << what;
 }
 
-/** Lets the server deliver what was faked, and waits until its last part has been handled. */
+/** Lets the server deliver the faked events, and waits until the last release has been handled. */
 void await_releases(int seen_before, std::size_t released = 1) {
   XFlush(x_display());
   const int expected = seen_before + static_cast<int>(released);
@@ -63,7 +63,7 @@ void click_at(GdkWindow* inside, int x, int y, int times = 1) {
     XTestFakeButtonEvent(x_display(), 1, True, CurrentTime);
     XTestFakeButtonEvent(x_display(), 1, False, CurrentTime);
     await_releases(before);
-    // The columns of a table have no width from a change to the next drawing.
+    // After a change the columns of a table have no width until it is drawn again.
     if (time + 1 < times) DisplayTest::settle();
   }
 }
@@ -78,7 +78,7 @@ void press_all(const std::vector<KeySym>& chord) {
   await_releases(before, chord.size());
 }
 
-/** Types a text of ASCII letters and signs. */
+/** Types a text of ASCII characters. */
 void type(const std::string& text) {
   for (const auto letter : text) {
     const KeySym key = static_cast<unsigned char>(letter);
@@ -101,7 +101,10 @@ std::string cell_text(GtkTreeViewColumn* column) {
   return take_text(text).get();
 }
 
-/** What of a widget, or of its place in the one around it, is not as at first, but mere state. */
+/**
+ * Returns the properties of a widget, or of its place in `around`, that differ from their defaults
+ * and are not mere state.
+ */
 std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
   static const std::set<std::string> state{
       "can-focus",      "composite-child",  "events",        "has-focus",    "has-toplevel-focus",
@@ -130,7 +133,7 @@ std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
   return changed;
 }
 
-/** What a widget of a dialog tells its reader; empty when only others tell something. */
+/** Returns what a widget of a dialog says; empty when only other widgets say something. */
 std::string said_by(GtkWidget* widget) {
   if (GTK_IS_ENTRY(widget)) {
     return '[' + std::string{pango_layout_get_text(gtk_entry_get_layout(GTK_ENTRY(widget)))} + ']';
@@ -151,7 +154,7 @@ std::string said_by(GtkWidget* widget) {
   return GTK_IS_LABEL(widget) && !in_button ? gtk_label_get_text(GTK_LABEL(widget)) : "";
 }
 
-/** The title of a chooser, what it is to choose, and where it stands or what is chosen. */
+/** Returns a chooser's title, what it chooses, and its current folder or its chosen file. */
 std::string text_of_chooser(GtkFileChooser* chooser) {
   const bool folders =
       gtk_file_chooser_get_action(chooser) == GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER;
@@ -187,7 +190,7 @@ void DisplayTest::SetUp() {
         return TRUE;
       },
       this);
-  // A dialog may come while another one is dealt with.
+  // A dialog may appear while another one is handled.
   g_source_set_can_recurse(g_main_context_find_source_by_id(nullptr, m_looking), TRUE);
 }
 
@@ -207,7 +210,7 @@ void DisplayTest::settle() {
   while (gtk_events_pending()) gtk_main_iteration();
 }
 
-// Clicks first let the window arrange itself: what is clicked stands where it is looked for.
+// Clicks first let the window arrange itself, so that every widget is where it is looked for.
 
 void DisplayTest::click(GtkWidget* widget) {
   settle();
@@ -287,7 +290,7 @@ std::string DisplayTest::text_of(GtkDialog* dialog) {
     pieces.push_back({place.y + place.height / 2, place.x, said});
     return false;
   });
-  // As one reads: line by line, what stands a little higher or lower belongs to the line.
+  // The text is in reading order; what is a little higher or lower belongs to the same line.
   std::ranges::sort(pieces, {}, &Piece::middle);
   for (std::size_t at = 1; at < pieces.size(); ++at) {
     if (pieces[at].middle - pieces[at - 1].middle < 5) pieces[at].middle = pieces[at - 1].middle;
@@ -303,7 +306,7 @@ std::string DisplayTest::text_of(GtkDialog* dialog) {
 std::vector<std::string> DisplayTest::layout_of(GtkWidget* top) {
   std::vector<std::string> lines;
   find(top, [&lines](GtkWidget* widget) {
-    // What a button, a table or a scrolled window is made of is the toolkit's own.
+    // The parts of a button, a combo box or another composed widget belong to the toolkit.
     auto* const around = gtk_widget_get_parent(widget);
     const auto inside = [around](GType type) {
       return around != nullptr && gtk_widget_get_ancestor(around, type) != nullptr;
@@ -325,11 +328,11 @@ std::vector<std::string> DisplayTest::layout_of(GtkWidget* top) {
   return lines;
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): as deep as the widgets are
+// NOLINTNEXTLINE(misc-no-recursion): it goes as deep as the widgets are nested
 GtkWidget* DisplayTest::find(GtkWidget* top, const std::function<bool(GtkWidget*)>& holds) {
   if (holds(top)) return top;
   if (!GTK_IS_CONTAINER(top)) return nullptr;
-  // Also the children that a composed widget keeps to itself.
+  // This also visits the children that a composed widget keeps to itself.
   std::vector<GtkWidget*> children;
   gtk_container_forall(
       GTK_CONTAINER(top),
@@ -344,17 +347,17 @@ GtkWidget* DisplayTest::find(GtkWidget* top, const std::function<bool(GtkWidget*
 }
 
 void DisplayTest::look_for_dialog() {
-  // A button that is pressed by a key takes the grab of its dialog for a moment.
+  // A button that is pressed by a key takes the grab from its dialog for a moment.
   GtkWidget* const grab = gtk_grab_get_current();
   GtkWidget* const modal = grab == nullptr ? nullptr : gtk_widget_get_toplevel(grab);
   if (modal == nullptr || !GTK_IS_DIALOG(modal)) {
     m_dealt_with = nullptr;
     return;
   }
-  // A dialog is dealt with when it comes, and again when another one that stood before it has gone.
+  // A dialog is handled when it appears, and again when another one in front of it has closed.
   const bool dealt_with = g_object_get_data(G_OBJECT(modal), "dealt-with") != nullptr;
   if (!dealt_with || modal != m_dealt_with) {
-    // A key before that would go elsewhere.
+    // A key that is pressed earlier would go elsewhere.
     if (!gtk_window_has_toplevel_focus(GTK_WINDOW(modal))) return;
     m_dealt_with = modal;
     g_object_set_data(G_OBJECT(modal), "dealt-with", modal);

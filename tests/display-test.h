@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What tests of windows share: a window on the display, the user's hands, and answers to dialogs.
-// The clicks and keys are real ones, which the X server delivers.
+// What the window tests share: a window on the display, the clicks and keys of a user, and answers
+// to dialogs. The clicks and keys are real: the X server delivers them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-/** Gives each test the user's hands. Any warning of GLib ends a test. */
+/** Lets each test act as the user. Any warning of GLib aborts the tests. */
 class DisplayTest : public testing::Test {
  public:
-  /** Has all events processed that have come in so far. */
+  /** Processes all events that have arrived so far. */
   static void settle();
 
  protected:
@@ -25,38 +25,38 @@ class DisplayTest : public testing::Test {
   /** Waits until the window is on the screen and has the keyboard. */
   void await_window();
 
-  /** Press and release the first button in the middle of a widget, or of a cell of a table. */
+  /** Presses and releases the first button in the middle of a widget, or of a cell of a table. */
   static void click(GtkWidget* widget);
   static void click(GtkTreeView* view, int row, int column, int times = 1);
 
-  /** Hands a widget what is dropped on it: files, or what else has an address. */
+  /** Drops files, or whatever else has an address, on a widget. */
   static void drop(GtkWidget* widget, const std::string& uris);
 
   /**
-   * Presses and releases keys by their X names, for example "Tab Shift_L+Tab Return". A word behind
-   * "=" is typed, and one behind "^" is waited for as the end of what the dialog reads.
+   * Presses and releases keys by their X names, for example "Tab Shift_L+Tab Return". A word after
+   * "=" is typed. For a word after "^" it waits until the text of the dialog ends with that word.
    */
   static void press(const std::string& keys);
 
   /** Closes the window as the window manager's button does. */
   void ask_to_close();
 
-  /** Has the next dialog dealt with so. It fails the test when another one comes, or none. */
+  /** Lets `deal` handle the next dialog. The test fails when another dialog appears, or none. */
   void expect_dialog(std::function<void(GtkDialog*)> deal);
 
   /**
-   * What a dialog reads: captions, "[text]" in an entry, "{chosen}", "[x] ticked", "<button>", with
-   * ">" before what has the keyboard and "~" before what cannot be used.
+   * Returns what a dialog says: captions, "[text]" in an entry, "{chosen}", "[x] ticked",
+   * "<button>", with ">" before what has the keyboard and "~" before what cannot be used.
    */
   static std::string text_of(GtkDialog* dialog);
 
   /**
-   * Each widget in another, itself included, a line each: its type, what of it is not as the
-   * toolkit makes it, and behind ":" the same for its place in the widget around it.
+   * Returns a line for each widget in another, itself included: its type, its properties that
+   * differ from the toolkit's defaults, and after ":" those of its place in the widget around it.
    */
   static std::vector<std::string> layout_of(GtkWidget* top);
 
-  /** The first widget in another, itself included, for which it holds; null when there is none. */
+  /** Returns the first widget in `top`, itself included, for which `holds` is true, or null. */
   static GtkWidget* find(GtkWidget* top, const std::function<bool(GtkWidget*)>& holds);
 
   GtkWidget* window = nullptr;
@@ -71,8 +71,8 @@ class DisplayTest : public testing::Test {
 };
 
 /**
- * The rows of a table as the user reads them, one line each: texts as they stand, check boxes as
- * "[ ]" or "[x]", hidden ones as "-", with " | " between visible columns. The titles come first,
- * "~" behind that of a column which can be resized, "+" behind one which takes spare width.
+ * Returns the rows of a table as the user reads them, one line each: texts as they are, check boxes
+ * as "[ ]" or "[x]", hidden ones as "-", with " | " between visible columns. The titles come first,
+ * with "~" after that of a column that can be resized and "+" after one that takes spare width.
  */
 std::vector<std::string> table(GtkTreeView* view);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The model: lines read and written, flags, file tests.
+// Tests of the model and the profile: lines, items, flags, file tests, versions, times and moves.
 #include "model/bak-model.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,6 @@ class Lines : public testing::Test {
     const auto learn = [&script](const char* kind, auto read, auto written) {
       script.commands[kind] = [=, &script](const std::string& line) {
         const auto item = take_object(read(line.c_str()));
-        EXPECT_FALSE(item && item->is_selected);
         script.say(item ? owned(written(item.get())) : "(none)");
       };
     };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A machine of the tests' own.
+// Gives each test a machine of its own.
 #include "private-root.h"
 
 #include <glib.h>
@@ -8,9 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <fstream>
-#include <sstream>
 
 #include "base/glib-ptr.h"
 #include "scratch/scratch-paths.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Both lists beside a naive one: after each of many random steps all answers must be the same.
+// Compares both lists with a naive one: after each of many random steps all answers must be equal.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 using varnholt::take_object;
 
-/** Rows compare by their first two words; a list store leaves anything in the others. */
+/** Names a row. Only the first two words count; a list store leaves anything in the others. */
 static GtkTreeIter row_of(int number, int left_over = 0) {
   return {1 + number / 4, GINT_TO_POINTER(number % 4), GINT_TO_POINTER(left_over), nullptr};
 }
@@ -62,7 +62,7 @@ class RowList : public testing::Test {
     });
   }
 
-  /** New items, known ones once more, rows that come late or twice, other texts, and removals. */
+  /** Adds a new or a known item, sets a row late or twice, changes texts, or removes an item. */
   void step() {
     const int how = roll(naive.empty() ? 2 : 7);
     auto item = Kind::new_item(roll(81));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that are data: reading, running and renewing them.
+// Reads, runs and renews tests that are data.
 #include "scenarios.h"
 
 #include <cctype>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that are data: files of scenarios, each a test with a name of its own. A file may begin
+// Tests that are data: each scenario of a file becomes a test with its own name. A file may begin
 // with a text for readers.
 #pragma once
 
@@ -11,14 +11,14 @@
 #include <string>
 #include <vector>
 
-/** One scenario of a file: a title, and what is to come of what is done. */
+/** One scenario of a file: a title, and a text of steps and their expected results. */
 struct Scenario {
-  /** The title as the name of a test. */
+  /** Returns the title as the name of a test. */
   std::string name() const;
 
   /**
-   * Fails with a diff unless `came_out` is the text. With VARNHOLT_RENEW in the environment it
-   * takes the place of the text in the file instead.
+   * Fails with a diff unless `came_out` equals the text. When VARNHOLT_RENEW is set in the
+   * environment, `came_out` replaces the text in the file instead.
    */
   void expect(const std::string& came_out) const;
 
@@ -29,11 +29,10 @@ struct Scenario {
   std::string text;
 };
 
-/** The scenarios of a file in the folder of the tests. */
+/** Returns the scenarios of a file in the folder of the tests. */
 std::vector<Scenario> scenarios_of(const std::string& file);
 
-/** Makes a test of `suite` of each scenario of a file. Its Fixture is constructed with a scenario.
- */
+/** Registers each scenario of a file as a test of `suite`, whose Fixture is constructed with it. */
 template <typename Fixture>
 bool register_scenarios(const char* suite, const char* file) noexcept {
   for (const auto& scenario : scenarios_of(file)) {
@@ -45,13 +44,13 @@ bool register_scenarios(const char* suite, const char* file) noexcept {
 }
 
 /**
- * A scenario that is a list of commands, each followed, indented, by what is to come of it: what
- * the command says, then what the program prints, to its output (>) and as errors (!). Texts may
- * have escapes such as "\t" or "\377".
+ * A scenario that is a list of commands. Each is followed by its expected results, indented: what
+ * the command says, then what the program prints to its output (>) and as errors (!). Texts may
+ * contain escapes such as "\t" or "\377".
  */
 class Transcript {
  public:
-  /** Does the rest of the command's line and says what came of it. */
+  /** Does what the rest of the command's line asks for, and says the results. */
   using Command = std::function<void(const std::string& arguments)>;
   std::map<std::string, Command> commands;
   /**
@@ -61,7 +60,7 @@ class Transcript {
 
   void say(std::string text);
 
-  /** Runs a scenario's commands and compares what came of them. */
+  /** Runs a scenario's commands and compares the results. */
   void check(const Scenario& scenario);
 
  private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window with its pages, dialogs and prompts, used as the scenarios tell.
+// Tests the main window with its pages, dialogs and prompts, as the scenarios describe.
 #include <dlfcn.h>
 #include <sched.h>
 
@@ -23,7 +23,7 @@ using Words = const std::string&;
 
 namespace {
 
-/** A definition as an edit would leave it: ticked. Who adds it unticks it. */
+/** Returns a definition that is ticked, as after an edit. Adding it to a table unticks it. */
 ObjectPtr<VhBakDefItem> read_file(Words fields) {
   auto item = take_object(vh_bak_def_item_lnk_scanf_string(("lnk,," + fields).c_str()));
   vh_bak_def_item_set_is_selected(item.get(), true);
@@ -71,7 +71,7 @@ class Window : public DisplayTest {
     DisplayTest::TearDown();
   }
 
-  /** Opens the main window anew. */
+  /** Opens a new main window. */
   void start() {
     main_s_main_window = nullptr;
     main.reset();
@@ -95,7 +95,7 @@ class Window : public DisplayTest {
     await_window();
   }
 
-  /** Makes `name` a command whose first word says what is done with the table. */
+  /** Adds the command `name`, whose first word says what to do with the table. */
   void learn_table(Words name, auto* widget, auto read, auto written, auto add, auto edit) {
     connect(widget, "sig-selection-changed", widget, [=, this](GtkWidget*, int at, guint count) {
       script.say(name + ' ' + std::to_string(at) + '/' + std::to_string(count));
@@ -139,7 +139,7 @@ class Window : public DisplayTest {
     };
   }
 
-  /** What the user does and sees. */
+  /** Adds the commands for what the user does and sees. */
   void learn_the_hands() {
     auto& on = script.commands;
     on["click"] = [this](Words label) { click(button(label)); };
@@ -208,7 +208,7 @@ class Window : public DisplayTest {
     };
   }
 
-  /** What happens around the window, and beside it. */
+  /** Adds the commands for what happens around the window, and beside it. */
   void learn_the_machine() {
     auto& on = script.commands;
     on["without"] = [](Words /*window*/) { main_s_main_window = nullptr; };
@@ -246,7 +246,7 @@ class Window : public DisplayTest {
       }
       start();
     };
-    // The toolkit's file chooser leaves its caches behind.
+    // The toolkit's file chooser does not free its caches.
     on["leaks"] = [](Words verb) {
       auto* const toggle = dlsym(RTLD_DEFAULT, ("__lsan_" + verb).c_str());
       if (toggle != nullptr) reinterpret_cast<void (*)()>(toggle)();

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Judges a tree in which a tool was to make and undo links, and perhaps was cut off: by the real
-contents of the files, not by what the tool says."""
+"""Judges a tree in which a tool has to make and undo links and may have been interrupted: by the
+real contents of the files, not by what the tool says."""
 import os
 import re
 from collections.abc import Callable
@@ -8,7 +8,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 PROFILE, TEMPORARY = "etc/.varnholt.ini", "tmp/varnholt.tmp"
-# From the best to the worst.
+# The ends are in order from the best to the worst.
 DONE, BEFORE, BETWEEN, NOWHERE, LOST, BROKEN = ENDS = (
     "done", "as before", "between, nothing lost", "path leads nowhere", "content lost",
     "broken profile")
@@ -18,7 +18,7 @@ Content = bytes | dict[str, "Content"] | None
 
 @dataclass(frozen=True)
 class Goal:
-    """A path that is to lead to its source, or, undone, is to do so no longer."""
+    """A path that must lead to its source or, when it is undone, must no longer do so."""
     to: str
     source: str
     before: Content
@@ -28,19 +28,19 @@ class Goal:
 
 @dataclass(frozen=True)
 class Job:
-    """What a tool is to do in a planted tree. ROOT stands for that tree in words and files."""
+    """What a tool has to do in a planted tree. ROOT stands for that tree in words and files."""
     tool: str
     title: str
     command: tuple[str, ...]
     goals: tuple[Goal, ...]
     planted: dict[str, Content]
-    kept: tuple[str, ...] = ()  # What is to stay as and where it is.
+    kept: tuple[str, ...] = ()  # These stay unchanged and in their place.
     links: tuple[tuple[str, str], ...] = ()
-    adopts: bool = True  # What stands at a path is to outlive its link.
+    adopts: bool = True  # Whether what exists at a path must outlive its link.
     mounts: tuple[str, ...] = ()
     window: bool = False
-    answered_for: bool = False  # A loss fails the trial.
-    # The regular expression of the new profile, from the old one.
+    answered_for: bool = False  # Whether a loss fails the trial.
+    # Makes the regular expression of the new profile from the old one.
     new_profile: Callable[[str], str] | None = None
 
 
@@ -63,7 +63,7 @@ def leaves(tree: Content, at: str = "") -> dict[str, bytes]:
 
 
 def linked_part(root: Path, goal: Goal) -> str:
-    """How much of what is read at the path comes from the source."""
+    """Returns how much of what is read at the path comes from the source."""
     source, to = os.path.realpath(root / goal.source), root / goal.to
     real = [os.path.realpath(f"{to}{leaf}") for leaf in leaves(content(to))]
     parts = {path == source or path.startswith(source + "/") for path in real}
@@ -93,7 +93,7 @@ def path_state(root: Path, job: Job, goal: Goal) -> Verdict:
 
 
 def is_gone(root: Path, wanted: Content, names: list[str]) -> bool:
-    """Whether a content is neither whole in one of the places nor, file by file, in all of them."""
+    """Returns whether a content is whole neither in one place nor, file by file, in all of them."""
     places = [leaves(content(root / name)) for name in names]
     return any(all(place.get(leaf) != text for place in places)
                for leaf, text in leaves(wanted).items())
@@ -108,7 +108,7 @@ def losses(root: Path, job: Job, done: set[str]) -> list[str]:
 
 
 def profile_state(root: Path, job: Job) -> Verdict | None:
-    """Nothing when the profile tells nothing about the run."""
+    """Returns None when the profile says nothing about the run."""
     if job.new_profile is None:
         return None
     planted = job.planted[PROFILE]

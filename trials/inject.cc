@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs a command and lets one of its changes to the files below a folder fail, or kills it there.
+// Runs a command and makes one of its changes to the files below a folder fail, or kills it there.
 // Usage: inject ROOT NUMBER WHAT COMMAND [ARGUMENT...]
 // The system calls that change something below ROOT are counted over all processes of the command.
-// Instead of the one with this NUMBER its process group is killed (WHAT is "kill") or it fails with
-// an error (WHAT is ENOSPC, EROFS, EACCES or EIO); with 0 nothing is injected. Each counted call
-// goes to file descriptor 3 with number, name and path, the one hit with WHAT behind it, and
-// finally "total" and how many there were.
+// At the one with this NUMBER, the process group is killed instead (WHAT is "kill") or the call
+// fails with an error (WHAT is ENOSPC, EROFS, EACCES or EIO); with 0 nothing is injected. Each
+// counted call is reported to file descriptor 3 with its number, name and path, and the one that is
+// hit also with WHAT. The last line is "total" and the number of calls.
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <poll.h>
@@ -37,18 +37,18 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int report_descriptor = 3;
-/** Where the child leaves the listener: far above what an inherited descriptor may have. */
+/** The descriptor at which the child leaves the listener; inherited ones are far below it. */
 constexpr int listener_descriptor = 200;
 constexpr int no_argument = -1;
 
-/** Which arguments of a call name what it changes. */
+/** The arguments of a call that name what it changes. */
 struct Place {
-  /** The folder from which the path counts, else the current one; without a path, the file. */
+  /** The folder that the path starts from, by default the current one; without a path, the file. */
   int descriptor = no_argument;
   int path = no_argument;
 };
 
-/** Bits of an argument that must all be there for the call to be a change. */
+/** Bits of an argument that must all be set for the call to be a change. */
 struct Condition {
   unsigned argument = 0;
   std::uint64_t bits = 0;
@@ -130,13 +130,13 @@ const std::vector<Call>& calls() {
   throw std::system_error{error, std::generic_category(), what};
 }
 
-/** The result of a call that gives -1 and errno on failure. */
+/** Returns the result of a call that returns -1 and sets errno on failure; throws on failure. */
 int checked(const char* what, long result) {
   if (result < 0) fail(what, errno);
   return static_cast<int>(result);
 }
 
-/** The result of a function that gives the negated error. */
+/** Returns the result of a function that returns a negated error on failure; throws on failure. */
 int checked_negated(const char* what, int result) {
   if (result < 0) fail(what, -result);
   return result;
@@ -154,12 +154,12 @@ class Descriptor {
   int m_number;
 };
 
-/** What is to happen, and to which call. */
+/** What to inject, and at which call. */
 struct Order {
   fs::path root;
   long number = 0;
   std::string what;
-  /** The error that the call gives; none for killing. */
+  /** The error that the call returns; 0 for a kill. */
   int error = 0;
 };
 
@@ -176,7 +176,7 @@ int error_of(std::string_view what) {
 
 void add_rule(scmp_filter_ctx filter, const Call& call) {
   const int number = seccomp_syscall_resolve_name(call.name);
-  // Newer machines lack the older calls.
+  // Newer architectures lack the older calls.
   if (number < 0) return;
   if (call.any_of.empty()) {
     checked_negated(call.name, seccomp_rule_add_array(filter, SCMP_ACT_NOTIFY, number, 0, nullptr));
@@ -187,7 +187,7 @@ void add_rule(scmp_filter_ctx filter, const Call& call) {
   }
 }
 
-/** Puts this process under the filter; returns the listener. */
+/** Puts this process under the filter and returns the listener. */
 int load_filter() {
   const std::unique_ptr<void, decltype(&seccomp_release)> filter{seccomp_init(SCMP_ACT_ALLOW),
                                                                  &seccomp_release};
@@ -202,11 +202,11 @@ int load_filter() {
 
 [[noreturn]] void run_command(char** command) {
   checked("setpgid", setpgid(0, 0));
-  // From here on a write would wait for the parent, so nothing is said when something fails.
+  // From here on a write would wait for the parent, so a failure prints nothing.
   const int listener = load_filter();
   if (dup3(listener, listener_descriptor, O_CLOEXEC) < 0) _exit(EXIT_FAILURE);
   close(listener);
-  // The parent takes the listener now and has this process go on.
+  // The parent now takes the listener and lets this process continue.
   std::raise(SIGSTOP);
   execvp(command[0], command);
   constexpr int not_found = 127;
@@ -228,7 +228,7 @@ std::string text_at(std::uint32_t process, std::uint64_t address) {
   return text;
 }
 
-/** openat2(2) has its flags in memory, where the filter does not look. */
+/** Returns whether openat2(2) only reads: its flags are in memory, out of the filter's reach. */
 bool opens_for_reading(const Call& call, const seccomp_notif& request) {
   if (std::string_view{call.name} != "openat2") return false;
   std::uint64_t flags = 0;
@@ -238,7 +238,7 @@ bool opens_for_reading(const Call& call, const seccomp_notif& request) {
   return (flags & (O_CREAT | O_TRUNC)) == 0 && (flags & O_TMPFILE) != O_TMPFILE;
 }
 
-/** The absolute path that a place names, resolved but for its last name; empty for none. */
+/** Returns the absolute path of a place, resolved except for its last name; empty if unknown. */
 fs::path path_of(const seccomp_notif& request, const Place& place) {
   const auto argument = [&](int number) {
     return request.data.args[static_cast<std::size_t>(number)];
@@ -252,7 +252,7 @@ fs::path path_of(const seccomp_notif& request, const Place& place) {
   fs::path folder = fs::read_symlink(proc_path(request.pid, from), error);
   if (place.path == no_argument) return folder;
   const fs::path name = text_at(request.pid, argument(place.path));
-  // The descriptor itself is meant.
+  // An empty path means the descriptor itself.
   if (name.empty()) return folder;
   fs::path full = (folder / name).lexically_normal();
   if (!full.has_filename()) full = full.parent_path();
@@ -263,7 +263,7 @@ bool is_below(const fs::path& path, const fs::path& root) {
   return path.native().starts_with(root.native() + '/');
 }
 
-/** The path below the root that a call changes. */
+/** Returns the path below the root that a call changes, or nullopt. */
 std::optional<fs::path> changed_path(const Call& call, const seccomp_notif& request,
                                      const fs::path& root) {
   if (opens_for_reading(call, request)) return std::nullopt;
@@ -295,9 +295,9 @@ class Supervisor {
 
   /** Answers one call. */
   void answer() {
-    // The kernel takes a request that is empty only.
+    // The kernel accepts only an empty request.
     *m_request = {};
-    // A process that was killed meanwhile has no request any more.
+    // A process that was killed in the meantime has no request any more.
     if (seccomp_notify_receive(m_listener, m_request) != 0) return;
     *m_response = {};
     m_response->id = m_request->id;
@@ -312,7 +312,7 @@ class Supervisor {
   long total() const { return m_total; }
 
  private:
-  /** Counts a call, and has it fail when it is its turn; true when it gets no answer at all. */
+  /** Counts a call, and makes it fail when it is its turn. Returns true when it gets no answer. */
   bool count(const Call& call, const fs::path& path) {
     const bool hit = ++m_total == m_order.number;
     dprintf(report_descriptor, "%ld %s %s%s%s\n", m_total, call.name, path.c_str(), hit ? " " : "",
@@ -340,7 +340,7 @@ int exit_status(int status) {
   return WIFSIGNALED(status) ? by_signal + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-/** Answers until no process is left under the filter; returns the command's exit status. */
+/** Answers calls until no process is left under the filter. Returns the command's exit status. */
 int supervise(const Order& order, pid_t child) {
   int status = 0;
   checked("waitpid", waitpid(child, &status, WUNTRACED));
@@ -374,7 +374,7 @@ int inject(const std::vector<char*>& arguments) {
                     error_of(arguments[3])};
   auto command = std::vector<char*>(arguments.begin() + command_at, arguments.end());
   command.push_back(nullptr);
-  // The command is to know nothing of the report.
+  // The command must not see the report.
   checked("file descriptor 3", fcntl(report_descriptor, F_SETFD, FD_CLOEXEC));
   const pid_t child = checked("fork", fork());
   if (child == 0) run_command(command.data());

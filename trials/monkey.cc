@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Thousands of random actions on the main window; after each, lists and rows agree.
-// VARNHOLT_ACTIONS says how many, VARNHOLT_SEED repeats a run.
+// Performs thousands of random actions on the main window; after each one, lists and rows must
+// agree. VARNHOLT_ACTIONS is the number of actions, and VARNHOLT_SEED repeats a run.
 #include <array>
 #include <filesystem>
 #include <random>
@@ -39,7 +39,7 @@ class Monkey : public DisplayTest {
 
   guint roll(std::size_t sides) { return static_cast<guint>(dice() % sides); }
 
-  /** Enters and chooses anything in the dialog that stands, if one does, and answers it. */
+  /** Enters and chooses random values in the dialog that is open, if any, and answers it. */
   gboolean deal_with_dialog() {
     auto* const grab = gtk_grab_get_current();
     if (grab == nullptr || !GTK_IS_DIALOG(grab)) return TRUE;
@@ -60,7 +60,7 @@ class Monkey : public DisplayTest {
     return TRUE;
   }
 
-  /** Does something with the rows of a table. */
+  /** Ticks, unticks or highlights rows of a table. */
   void touch(auto* table) {
     const auto rows = table->items->length();
     if (rows == 0) return;

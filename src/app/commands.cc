@@ -36,7 +36,7 @@ struct FilePage {
 
   void remove() const {
     if (table->is_shell != 0) {
-      // No line of a boot script can say that it is to go, so it goes at once.
+      // The line of a boot script cannot hold a deletion mark, so the script is removed at once.
       vh_bak_def_widget_del_selected_items(table);
       return;
     }
@@ -80,7 +80,7 @@ struct RoutePage {
   VhRutDlg* dialog;
 };
 
-/** Runs the page's dialog under a title and hides it; returns whether the user confirmed. */
+/** Runs the page's dialog with a title and hides it; returns whether the user confirmed. */
 template <typename Page>
 bool is_confirmed(const Page& page, const char* title, int is_edit) {
   gtk_window_set_title(GTK_WINDOW(page.dialog), title);
@@ -92,7 +92,7 @@ bool is_confirmed(const Page& page, const char* title, int is_edit) {
 template <typename Page>
 void add(const Page& page) {
   if (!is_confirmed(page, Page::add_title, 0)) return;
-  // What the table refused stays in the dialog, to be mended.
+  // Values that the table refuses stay in the dialog, where the user can correct them.
   if (page.add(page.entered().get())) page.clear();
 }
 

@@ -16,7 +16,7 @@ void add_definition(VhBakDefWidget* table, VhBakDefItem* item) {
   vh_bak_def_widget_add_item(table, varnholt::take_object(item).get());
 }
 
-/** A line that cannot be read gives no item, for which its table logs a critical warning. */
+/** Loads a line. One that cannot be read gives no item, and its table logs a critical warning. */
 void load_line(Main* self, std::string_view line) {
   using varnholt::LineKind;
   using varnholt::new_bak_def_item;

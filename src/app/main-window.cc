@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window: what stands in it, and what happens when it is closed.
+// The main window: its contents, and what happens when it is closed.
 #include <gdk/gdkkeysyms.h>
 
 #include <algorithm>
@@ -36,7 +36,7 @@ void make_window(Main* self) {
   gtk_window_set_title(window, "备份文件");
 }
 
-/** Gives the icon to this window and to all that are made later. */
+/** Sets the icon of this window and of all windows that are created later. */
 void make_icon(Main* self) {
   self->icon_pixbuf = take_object(gdk_pixbuf_new_from_xpm_data(s_app_icon_xpm));
   gtk_window_set_default_icon(self->icon_pixbuf.get());
@@ -51,7 +51,7 @@ void make_ribbon(Main* self) {
                      FALSE, 5);
 }
 
-/** Adds a page, hidden. A page is measured and laid out when it is shown, not with the window. */
+/** Adds a hidden page. A page is measured and laid out when it is shown, not with the window. */
 void add_page(Main* self, std::size_t number, gpointer table) {
   auto* const page = GTK_WIDGET(table);
   self->pages.at(number) = varnholt::make_object(page);
@@ -90,7 +90,7 @@ void arrange_window(Main* self) {
   gtk_container_add(GTK_CONTAINER(self->window.get()), GTK_WIDGET(box));
 }
 
-/** Gives the window its size at the start: the usual one, or wider for a bar in large fonts. */
+/** Sets the initial size of the window: the usual one, or a wider one for a bar in large fonts. */
 void size_window(Main* self) {
   constexpr int usual_width = 600;
   constexpr int usual_height = 450;
@@ -107,11 +107,11 @@ bool has_check_box(GtkTreeViewColumn* column) {
   return GTK_IS_CELL_RENDERER_TOGGLE(cells->data) != 0;
 }
 
-/** Has Return in a table, and a double click on a text of it, press the button that edits. */
+/** Makes Return in a table, and a double click on a text of it, press the edit button. */
 void edit_on_activation(Main* self, GtkTreeView* table) {
   const auto press = [self] { gtk_button_clicked(self->control_bar->btn_edt.get()); };
   connect(table, "key-press-event", self, [press](GtkTreeView* /*table*/, GdkEventKey* event) {
-    // The toolkit would toggle a check box that has the keyboard, for which there is the space bar.
+    // The toolkit would toggle a check box that has the keyboard, as the space bar does.
     const bool enter = event->keyval == GDK_KEY_Return || event->keyval == GDK_KEY_KP_Enter ||
                        event->keyval == GDK_KEY_ISO_Enter;
     if (enter) press();
@@ -126,9 +126,9 @@ void edit_on_activation(Main* self, GtkTreeView* table) {
           });
 }
 
-/** Saves when the window is to be closed. Returns whether it stays. */
+/** Saves when the user closes the window. Returns whether the window stays open. */
 gboolean on_delete_event(Main* self) {
-  // While the save lets events in, the user may ask again.
+  // The save processes events, so the user may ask to close the window again.
   if (std::exchange(self->closing, true)) return TRUE;
   vh_bak_def_widget_update_items_last_oper_time(self->lnk_table.get());
   main_save(self);
@@ -170,7 +170,7 @@ Main* main_construct(GType object_type) {
   arrange_window(self);
   size_window(self);
   gtk_widget_show(GTK_WIDGET(self->window.get()));
-  // The window comes up while the rest is made.
+  // The window appears while the rest is created.
   gdk_display_flush(gtk_widget_get_display(GTK_WIDGET(self->window.get())));
   make_icon(self);
   make_other_pages(self);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The process entry, apart from the rest so that other programs can link the rest.
+// The entry point of the process, separate from the rest so that other programs can link the rest.
 #include "app/varnholt.h"
 
 int main(int argc, char** argv) {

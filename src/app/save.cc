@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes the tables back as the next version of the profile, and has it applied.
+// Writes the tables as the next version of the profile, and applies it.
 #include <unistd.h>
 
 #include <string>
@@ -18,18 +18,18 @@ using varnholt::print_progress;
 using varnholt::RootRights;
 namespace paths = varnholt::paths;
 
-/** Takes the window from the screen: nothing is drawn while the commands run. */
+/** Removes the window from the screen, because nothing is drawn while the commands run. */
 void hide_window(GtkWidget* window) {
-  // A click that has come in already must not open a dialog now.
+  // A click that has already arrived must not open a dialog now.
   gtk_widget_set_sensitive(window, FALSE);
   gtk_widget_hide(window);
   while (gtk_events_pending() != 0) gtk_main_iteration();
   gdk_flush();
 }
 
-/** Moves the temporary profile into place if it was written, and has the profile applied. */
+/** Moves the temporary profile into place if it was written, and applies the profile. */
 void apply(Main* self, bool written, const RootRights& rights, const char* who) {
-  // The password prompt has gone; it is not to stay on the screen until the commands end.
+  // The closed password prompt must not stay on the screen until the commands end.
   gdk_flush();
   if (written) {
     const int status =
@@ -47,7 +47,7 @@ void apply(Main* self, bool written, const RootRights& rights, const char* who) 
   print_progress("%sfinish  backup return code %d\n", who, status);
 }
 
-/** The user's password; none when he does not give it. */
+/** Asks for the user's password. Returns null when the user does not enter it. */
 varnholt::SecretPtr ask_for_password() {
   char* typed = nullptr;
   const bool confirmed = main_inputdlg(&typed, "请输入用户密码", "保存配置");

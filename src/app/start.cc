@@ -19,11 +19,11 @@
 namespace {
 
 /**
- * The arguments without the toolkit's own options. The toolkit itself is not started: the link
- * builder runs as root and has no use for a display or for modules that the environment names.
+ * Returns the arguments without the toolkit's own options. The toolkit itself is not initialised:
+ * the link builder runs as root and needs neither a display nor modules that the environment names.
  */
 std::vector<char*> own_arguments(const std::vector<char*>& arguments) {
-  // The hooks of the toolkit's options are what would start it.
+  // The parse hooks of the toolkit's options would initialise it.
   GOptionGroup* const toolkit = gtk_get_option_group(FALSE);
   g_option_group_set_parse_hooks(toolkit, nullptr, nullptr);
   const std::unique_ptr<GOptionContext, varnholt::FreeWith<g_option_context_free>> context{
@@ -36,13 +36,13 @@ std::vector<char*> own_arguments(const std::vector<char*>& arguments) {
   auto count = static_cast<int>(own.size());
   own.push_back(nullptr);
   char** first = own.data();
-  // A bad toolkit option leaves the arguments as they are; the toolkit tells it in window mode.
+  // A bad toolkit option leaves the arguments as they are; in window mode the toolkit reports it.
   g_option_context_parse(context.get(), &count, &first, nullptr);
   own.resize(static_cast<std::size_t>(count));
   return own;
 }
 
-/** Has no file or socket that is opened later take the place of a closed standard stream. */
+/** Opens closed standard streams, so that no file or socket opened later takes their place. */
 void fill_standard_streams() {
   int null = open("/dev/null", O_RDWR);
   while (null >= 0 && null <= STDERR_FILENO) null = open("/dev/null", O_RDWR);
@@ -50,16 +50,15 @@ void fill_standard_streams() {
 }
 
 void run_window_mode(int argc, char** argv) {
-  // Ignored, it would hide how a command ended.
+  // If this signal were ignored, the wait status of a command would be lost.
   std::signal(SIGCHLD, SIG_DFL);
   std::setlocale(LC_ALL, "");
   if (!gtk_init_check(&argc, &argv)) {
     varnholt::print_failure("varnholt: the window needs a display, and none can be opened\n");
     return;
   }
-  // Neither a reader of the messages that goes away nor a limit may take the user's work with it.
-  // The toolkit has the first signal ignored, which would be handed on to the commands; a handler
-  // is not.
+  // Neither a broken message pipe nor a file size limit may destroy the user's work. The toolkit
+  // ignores the first signal, and the commands would inherit that; they do not inherit a handler.
   for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, [](int /*signal*/) {});
   main_run_window();
 }
@@ -69,7 +68,7 @@ void run_window_mode(int argc, char** argv) {
 int main_main(char** argv, int argc) {
   g_return_val_if_fail(argv != NULL, 0);
   fill_standard_streams();
-  // The link builder speaks English and compares bytes in every locale.
+  // The link builder prints English and compares bytes in every locale.
   gtk_disable_setlocale();
   const auto arguments = own_arguments({argv, argv + argc});
   main_s_exe_path = varnholt::take_text(g_strdup(arguments.empty() ? nullptr : arguments[0]));

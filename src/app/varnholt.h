@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The class Main, which ties the parts of the program together: the window, the commands of its
-// buttons, and the profile that it loads and saves. Operations of the class that need no object of
+// buttons, and the profile that it loads and saves. Functions of the class that need no object of
 // it are declared elsewhere: its link operations in linkbuilder/, its prompts in ui/prompts.h, and
 // those on texts in store/profile.h.
 #pragma once
@@ -21,7 +21,7 @@
 #include "ui/rut-dlg.h"
 #include "ui/window-ptr.h"
 
-/** The path by which the program was started, as given; none before the start. */
+/** The path with which the program was started, as it was given; null before the start. */
 inline varnholt::TextPtr main_s_exe_path;
 
 namespace varnholt {
@@ -35,9 +35,9 @@ struct MainState {
   ObjectPtr<VhBakDefWidget> lnk_table;
   ObjectPtr<VhRutDefWidget> rut_table;
   ObjectPtr<VhBakDefWidget> shl_table;
-  /** The same in the order of the page buttons. */
+  /** The same pages in the order of the page buttons. */
   std::array<ObjectPtr<GtkWidget>, 3> pages;
-  /** The index of the page shown; -1 until one is. */
+  /** The index of the page that was shown last; -1 before the first one. */
   int cur_page = -1;
   /** The dialog of each page. */
   WindowPtr<VhDefDlg> lnk_dlg;
@@ -47,10 +47,9 @@ struct MainState {
   ObjectPtr<GdkPixbuf> ribbon_pixbuf;
   ObjectPtr<GtkHBox> ribbon_box;
   ObjectPtr<GtkImage> ribbon_image;
-  /** Why the stored profile could not be read at the start, as a GFileError value; it then stays.
-   */
+  /** The GFileError code of a failed read at the start; the stored profile is then left alone. */
   std::optional<int> unread;
-  /** Whether the save runs: what the user does meanwhile comes too late. */
+  /** Whether the save is running. A request to close the window is then ignored. */
   bool closing = false;
 };
 
@@ -66,8 +65,8 @@ struct MainClass : GObjectClass {};
 GType main_get_type();
 
 /**
- * A new object, or one of a derived type, whose window is shown, with the profile loaded. Closing
- * the window saves the profile, has it applied, and ends the toolkit's main loop.
+ * Creates an object, or one of a derived type, shows its window and loads the profile. Closing the
+ * window saves the profile, applies it, and ends the toolkit's main loop.
  */
 Main* main_new();
 Main* main_construct(GType object_type);
@@ -75,34 +74,35 @@ Main* main_construct(GType object_type);
 /** Shows one page, 0 to 2, and hides the others; any other number hides all. */
 void main_show_stack_page(Main* self, int page);
 
-/** Does what a button of the control bar stands for. */
+/** Performs the action of a button of the control bar. */
 void main_on_btns_clicked(Main* self, VhControlWidgetBtnType type);
 
 /**
- * Loads the profile into the tables. Lines of no known kind, lines that cannot be read and those
- * that a table refuses are left out. A profile that cannot be read is told on standard error, a
+ * Loads the profile into the tables. Lines of an unknown kind, lines that cannot be read and lines
+ * that a table refuses are left out. A profile that cannot be read is reported on standard error, a
  * missing one on standard output; the tables then stay as they are.
  */
 void main_read(Main* self);
 
 /**
- * Saves the definitions if they differ from the stored profile, as its next version: writes the
- * temporary profile and has it moved into place with root rights, for which it asks an ordinary
- * user's password. Then, when the backup script exists, hides the window and runs the link builder
- * and the backup script with the same rights. Returns when all that has ended. Progress goes to
- * standard output, failures to standard error; no failure replaces the stored profile.
+ * Saves the definitions as the next version of the profile if they differ from the stored one:
+ * writes the temporary profile and moves it into place with root rights, for which it asks an
+ * ordinary user for the password. Then, when the backup script exists, hides the window and runs
+ * the link builder and the backup script with the same rights. Returns when all that has ended.
+ * Prints progress to standard output and failures to standard error. A failure leaves the stored
+ * profile as it was, unless mv(1) is interrupted between two file systems.
  */
 void main_save(Main* self);
 
-/** Writes the profile without its version line, each line ended by a line feed, into `text`. */
+/** Stores the profile without its version line in `text`; each line ends with a line feed. */
 void main_save_imp(Main* self, std::string* text);
 
-/** Window mode: shows the main window and returns when it is gone. The toolkit must be started. */
+/** Runs window mode until the main window is gone. The toolkit must be initialised. */
 void main_run_window();
 
 /**
- * Runs the program with its arguments, its own name first, and their number: as link builder when,
- * apart from the toolkit's own options, one of them is "--save_symlink", else with a window. Always
- * returns 0.
+ * Runs the program: as the link builder when one of the arguments, apart from the toolkit's own
+ * options, is "--save_symlink", and otherwise with a window. `argv` begins with the program's own
+ * name, and `argc` is the number of its entries. Always returns 0.
  */
 int main_main(char** argv, int argc);

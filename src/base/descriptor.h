@@ -8,7 +8,7 @@
 
 namespace varnholt {
 
-/** Closes what it holds. -1 stands for none. */
+/** Owns a file descriptor and closes it; -1 means that there is none. */
 class Descriptor {
  public:
   explicit Descriptor(int number) noexcept : m_number(number) {}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lines that tell what the program did, in the order in which things happened.
+// Prints what the program does, in the order in which it happens.
 #include "base/diagnostics.h"
 
 #include <cstdarg>
@@ -7,7 +7,7 @@
 
 namespace varnholt {
 
-// printf and not g_print: that one would convert the bytes of a path to the locale's charset.
+// This is printf and not g_print, which would convert the bytes of a path to the locale's charset.
 
 void print_progress(const char* format, ...) {
   va_list arguments;

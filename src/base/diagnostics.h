@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lines that tell what the program did: progress on standard output, failures on standard
-// error, in the order in which things happened even when both go to one pipe.
+// Prints what the program does: progress to standard output and failures to standard error, in the
+// order in which it happens even when both go to one pipe.
 #pragma once
 
 namespace varnholt {
 
-/** Writes to standard output, printf(3) style. May stay in the buffer until something follows. */
+/** Writes to standard output as printf(3) does. The text may wait for flush_progress(). */
 [[gnu::format(printf, 1, 2)]] void print_progress(const char* format, ...);
 
-/** Writes to standard error, printf(3) style, after all progress so far. */
+/** Writes to standard error as printf(3) does, after all progress that was printed before. */
 [[gnu::format(printf, 1, 2)]] void print_failure(const char* format, ...);
 
-/** Hands on what was printed so far. Called before a command runs that prints on its own. */
+/** Flushes standard output. It is called before a command runs that prints on its own. */
 void flush_progress();
 
 }  // namespace varnholt

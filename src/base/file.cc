@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Whole files as texts, and errors of GLib that nobody foresaw.
+// Reads whole files as texts, and logs unexpected errors of GLib.
 #include "base/file.h"
 
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Whole files as texts, and errors of GLib that nobody foresaw.
+// Reads whole files as texts, and logs unexpected errors of GLib.
 #pragma once
 
 #include <string_view>
@@ -8,7 +8,7 @@
 
 namespace varnholt {
 
-/** What came of reading a file: its bytes, or why not. */
+/** The result of reading a file: its bytes, or the error. */
 struct FileText {
   std::string_view text() const { return {bytes.get(), length}; }
 
@@ -18,15 +18,15 @@ struct FileText {
 };
 
 /**
- * Reads a file to its end. What is no file but would be waited for or never end, a pipe or a
- * device, is not opened: G_FILE_ERROR_NXIO.
+ * Reads a file to its end. A path that names neither a regular file nor a folder, such as a pipe or
+ * a device, might block or never end; it is not opened, and the error is G_FILE_ERROR_NXIO.
  */
 FileText read_file(const char* path);
 
-/** Whether an error is one of the file layer, whose codes are GFileError values. */
+/** Returns whether an error belongs to the file layer, whose codes are GFileError values. */
 bool is_file_error(const GError& error);
 
-/** Logs, as critical, an error of a kind that its place in a source file does not handle. */
+/** Logs a critical warning about an error that the code at this source line does not handle. */
 void log_uncaught(const GError& error, const char* source, int line);
 
 }  // namespace varnholt

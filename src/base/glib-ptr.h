@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Owning pointers for what GLib and the toolkit hand out. A raw pointer is a borrowed one
-// everywhere else.
+// Owning pointers for what GLib and the toolkit return. Elsewhere a raw pointer is borrowed, unless
+// a comment says that the caller owns it.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace varnholt {
 
-/** Names the function that gives a thing back to GLib. */
+/** A deleter that calls the function `Free`. */
 template <auto Free>
 struct FreeWith {
   template <typename T>
@@ -24,18 +24,18 @@ using ErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
 template <typename T>
 using ObjectPtr = std::unique_ptr<T, FreeWith<g_object_unref>>;
 
-/** Adopts a text that the caller owns. */
+/** Takes over a text that the caller owns. */
 inline TextPtr take_text(char* text) noexcept {
   return TextPtr{text};
 }
 
-/** A copy for a caller of the object system, who owns it. */
+/** Returns a copy of a text to a caller of the object system, who owns it. */
 inline char* give_text(std::string_view text) {
-  // A view of nothing may have no address either.
+  // The address of an empty view may be null.
   return g_strndup(text.empty() ? "" : text.data(), text.size());
 }
 
-/** Adopts a reference that the caller owns. */
+/** Takes over a reference that the caller owns. */
 template <typename T>
 ObjectPtr<T> take_object(T* object) noexcept {
   return ObjectPtr<T>{object};
@@ -47,13 +47,13 @@ ObjectPtr<T> make_object(T* object) noexcept {
   return ObjectPtr<T>{static_cast<T*>(g_object_ref(object))};
 }
 
-/** Adopts a new widget, which nobody owns yet, as what it is. */
+/** Takes ownership of a new widget, which nobody owns yet, and returns it with its own type. */
 template <typename T>
 ObjectPtr<T> sink_object(gpointer floating) noexcept {
   return ObjectPtr<T>{static_cast<T*>(g_object_ref_sink(floating))};
 }
 
-/** Lends an owning pointer to an out parameter for the length of one call. */
+/** Lends an owning pointer to an out parameter for the duration of one call. */
 template <typename Owner>
 class OutArgument {
  public:
@@ -69,7 +69,7 @@ class OutArgument {
   typename Owner::pointer m_given = nullptr;
 };
 
-/** `g_file_get_contents(path, out(text), &length, out(error))` */
+/** Lends `owner`, as in `g_file_get_contents(path, out(text), &length, out(error))`. */
 template <typename Owner>
 OutArgument<Owner> out(Owner& owner) noexcept {
   return OutArgument<Owner>{owner};

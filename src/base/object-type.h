@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Registers an object type whose instances carry a C++ state.
+// Registers an object type whose instances hold a C++ state.
 #pragma once
 
 #include <memory>
@@ -9,16 +9,16 @@
 namespace varnholt {
 
 /**
- * How the type `struct Instance : ParentInstance, State` with `struct Class : ParentClass` lives in
- * the object system: the state is made with each instance and ended when it is finalized, before
- * the parent class ends the rest.
+ * Registers the type `struct Instance : ParentInstance, State` with `struct Class : ParentClass`.
+ * The state is constructed with each instance and destroyed when the instance is finalized, before
+ * the parent class finalizes the rest.
  */
 template <typename Instance, typename Class, typename State>
 class ObjectType {
  public:
   /**
-   * The type, registered at the first call; `class_init` sets the class's own virtual functions and
-   * its signals.
+   * Returns the type, which the first call registers; `class_init` sets the class's own virtual
+   * functions and its signals.
    */
   static GType get(
       GType parent, const char* name, void (*class_init)(Class*) = [](Class*) {}) noexcept {

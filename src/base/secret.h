@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Texts that hold a password: their memory is overwritten before it is given back, so that nobody
-// finds them there, in a core file for example.
+// Texts that hold a password. Their memory is overwritten before it is freed, so that nobody finds
+// them there, for example in a core file.
 #pragma once
 
 #include <cstring>
@@ -10,7 +10,7 @@
 
 namespace varnholt {
 
-/** Overwrites and frees a text that GLib or the toolkit handed out. */
+/** Overwrites and frees a text that GLib or the toolkit allocated. */
 struct WipeAndFree {
   void operator()(char* secret) const noexcept {
     explicit_bzero(secret, std::strlen(secret));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes words of shell command lines and runs the lines.
+// Builds the words of shell command lines, and runs command lines.
 #include "base/shell.h"
 
 #include <cstdlib>
@@ -21,7 +21,7 @@ std::string path_argument(std::string_view path) {
 }
 
 std::string command_word(std::string_view path) {
-  // "=" and "~" are left out: as a first word they would be read as an assignment or a home folder.
+  // "=" and "~" are left out: in a first word they mean an assignment or a home folder.
   constexpr std::string_view plain =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._-+,:@%";
   std::string word{path.starts_with('-') ? "./" : ""};
@@ -33,13 +33,13 @@ std::string command_word(std::string_view path) {
     if (!failed) word = absolute;
   }
   if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) return word;
-  // In single quotes no charset can take a quoting character for half of another one.
+  // Inside single quotes no charset can read a quoting character as half of another character.
   return take_text(g_shell_quote(word.c_str())).get();
 }
 
 int run_command(const std::string& command_line) {
   flush_progress();
-  // NOLINTNEXTLINE(cert-env33-c): command lines are what the system is made of
+  // NOLINTNEXTLINE(cert-env33-c): the program acts on the system by command lines
   return std::system(command_line.c_str());
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Connecting C++ functions to the signals of objects.
+// Connects C++ functions to the signals of objects.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 
 namespace varnholt {
 
-/** Whether a handler's argument or result of type T can be a value of a type of signals. */
+/** Returns whether a handler's argument or result of type T can be a value of a signal's type. */
 template <typename T>
 bool stands_for(GType type) {
   const GType kind = G_TYPE_FUNDAMENTAL(type);
@@ -26,7 +26,7 @@ bool stands_for(GType type) {
          (kind == G_TYPE_OBJECT || kind == G_TYPE_BOXED || kind == G_TYPE_PARAM);
 }
 
-/** Finds the arguments of a handler, and calls it as the object system wants to. */
+/** Deduces the arguments of a handler, and calls it in the way that the object system expects. */
 template <typename Call>
 struct SignalCall;
 
@@ -48,10 +48,10 @@ struct SignalCall<Result (Handler::*)(Sender*, Arguments...) const> {
 };
 
 /**
- * Calls `handler`, a lambda that names the sender and the signal's arguments, whenever `sender`
- * emits `signal`, for as long as `owner` lives; `owner` stays alive during a call. The lambda goes
- * with the connection. A handler whose arguments or result are not those of the signal, in number
- * or kind, ends the program.
+ * Calls `handler` whenever `sender` emits `signal`, as long as `owner` lives; `owner` stays alive
+ * during a call. The handler is a lambda that takes the sender and the signal's arguments; it is
+ * destroyed with the connection. The program ends when the number or the kinds of its arguments, or
+ * the kind of its result, differ from those of the signal.
  */
 template <typename Handler>
 void connect(gpointer sender, const char* signal, gpointer owner, Handler handler) {

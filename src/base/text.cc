@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cutting of profile text into lines and fields, and what of a text can be shown.
+// Cuts profile text into lines and fields, and turns a text into one that can be shown.
 #include "base/text.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 
 namespace varnholt {
 std::string_view trimmed(std::string_view text) {
-  // The vertical tab is no white space of the profile.
+  // The vertical tab is not white space in a profile.
   constexpr std::string_view white_space = " \t\n\f\r";
   const auto first = text.find_first_not_of(white_space);
   if (first == std::string_view::npos) return {};
@@ -16,13 +16,8 @@ std::string_view trimmed(std::string_view text) {
 }
 
 std::vector<std::string_view> split(std::string_view text, char separator) {
-  if (text.empty()) return {};
   std::vector<std::string_view> pieces;
-  for (auto end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {
-    pieces.push_back(text.substr(0, end));
-    text.remove_prefix(end + 1);
-  }
-  pieces.push_back(text);
+  for_each_piece(text, separator, [&pieces](std::string_view piece) { pieces.push_back(piece); });
   return pieces;
 }
 
@@ -60,11 +55,11 @@ std::string shown_shortened(std::string_view text) {
 std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep) {
   std::string kept;
   kept.reserve(text.size());
-  for (const auto line : split(text, '\n')) {
-    if (!keep(line)) continue;
+  for_each_piece(text, '\n', [&](std::string_view line) {
+    if (!keep(line)) return;
     if (!kept.empty()) kept += '\n';
     kept += line;
-  }
+  });
   return kept;
 }
 

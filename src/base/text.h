@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cutting of profile text into lines and fields, and what of a text can be shown. Works on bytes.
+// Cuts profile text into lines and fields, and turns a text into one that can be shown. All
+// functions work on bytes.
 #pragma once
 
 #include <functional>
@@ -9,35 +10,54 @@
 
 namespace varnholt {
 
-/** `text` without the spaces, tabs, line feeds, form feeds and carriage returns at both ends. */
+/** Returns `text` without spaces, tabs, line feeds, form feeds and carriage returns at its ends. */
 std::string_view trimmed(std::string_view text);
 
-/** The pieces of `text` between single separators; empty pieces count. An empty text has none. */
+/**
+ * Calls `take` with each piece of `text` between single separators, also with empty pieces. An
+ * empty text has no pieces.
+ */
+template <typename Take>
+void for_each_piece(std::string_view text, char separator, Take take) {
+  if (text.empty()) return;
+  while (true) {
+    const auto end = text.find(separator);
+    take(text.substr(0, end));
+    if (end == std::string_view::npos) return;
+    text.remove_prefix(end + 1);
+  }
+}
+
+/** Returns the same pieces. */
 std::vector<std::string_view> split(std::string_view text, char separator);
 
 /**
- * The trimmed fields of a line that begins with `kind`, between its commas. None when the line
- * begins in another way, has more than the 8 fields of a route, or holds a NUL byte, behind which
- * nobody would see the rest of a path. The first field may go on behind `kind`.
+ * Returns the trimmed fields, between its commas, of a line that begins with `kind`. Returns no
+ * fields when the line begins in another way, has more than the 8 fields of a route, or contains a
+ * NUL byte, because nobody would see the rest of a path after it. The first field may continue
+ * after `kind`.
  */
 std::vector<std::string_view> fields_of(std::string_view line, std::string_view kind);
 
-/** Whether fields_of() would give `text` back if it stood as a field in a line. */
+/** Returns whether fields_of() returns `text` unchanged when it is a field of a line. */
 bool fits_field(std::string_view text);
 
-/** `text` with a replacement character for each byte that is no UTF-8: what a widget may show. */
+/**
+ * Returns `text` with a replacement character for each byte that is not UTF-8, so that a widget can
+ * show it.
+ */
 std::string shown(std::string_view text);
 
 /**
- * `text` as shown(), with an ellipsis for the middle of what no window has room for: more than 400
- * bytes.
+ * Returns `text` as shown() does, but with an ellipsis in place of its middle when it has more than
+ * 400 bytes, because no window has room for it.
  */
 std::string shown_shortened(std::string_view text);
 
 /**
- * Asks `keep` about each line of `text`, in order, and returns the kept ones, byte for byte, joined
- * by line feeds. The piece behind the last line feed is a line too. A line feed is written only
- * when something stands before it, so empty lines at the very beginning vanish.
+ * Calls `keep` with each line of `text`, in order, and returns the lines for which it returns true,
+ * byte for byte, joined by line feeds. The piece after the last line feed is a line too. A line
+ * feed is written only when something precedes it, so empty lines at the very beginning are lost.
  */
 std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep);
 

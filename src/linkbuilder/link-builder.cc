@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The link-builder run over the whole profile.
+// Runs the link builder over the whole profile.
 #include "linkbuilder/link-builder.h"
 
 #include <fcntl.h>
@@ -20,23 +20,26 @@ namespace {
 
 namespace paths = varnholt::paths;
 
-/** An ordinary user's window reads the profile next time. */
+/** An ordinary user's window must be able to read the profile next time. */
 constexpr mode_t profile_mode = 0644;
 
-/** The pipe at standard input may still hold a password line, which no command may read. */
+/**
+ * Replaces standard input by the null device: its pipe may still hold a password line, which no
+ * command may read.
+ */
 void take_no_input() {
   const varnholt::Descriptor null{open("/dev/null", O_RDONLY | O_CLOEXEC)};
   if (!null || dup2(null.number(), STDIN_FILENO) < 0) close(STDIN_FILENO);
 }
 
-/** Sets right what the caller of the process may have left in a way that would do harm. */
+/** Corrects what the caller of the process may have left in a harmful state. */
 void secure_process() {
-  // Neither a reader of the messages that goes away nor a limit ends the run between two steps.
+  // Neither a broken message pipe nor a file size limit may end the run between two steps.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
-  // Ignored, it would hide how a command ended.
+  // If this signal were ignored, the wait status of a command would be lost.
   std::signal(SIGCHLD, SIG_DFL);
-  // In some charsets a shell takes the backslash that protects a quote for half a character.
+  // In some charsets a shell reads the backslash that protects a quote as half of a character.
   g_setenv("LC_ALL", "C", TRUE);
 }
 
@@ -58,13 +61,13 @@ void tell_failure(const GError& error) {
 varnholt::Lines varnholt::apply_definitions(
     std::string_view profile, const std::function<void(const varnholt::BakDefFields&)>& apply) {
   Lines done;
-  for (const auto line : split(profile, '\n')) {
-    // No item is made: it would look up every source, and a standing link needs no look at it.
+  for_each_piece(profile, '\n', [&](std::string_view line) {
+    // No item is created: that would look up every source, which an existing link does not need.
     const auto definition = read_lnk_line(line);
-    if (!definition) continue;
+    if (!definition) return;
     apply(*definition);
     if (definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) done.emplace(line);
-  }
+  });
   return done;
 }
 
@@ -85,7 +88,7 @@ void main_save_symbolic_dir() {
     return;
   }
   const auto done = varnholt::apply_definitions(profile.text(), make_or_undo_link);
-  // Meanwhile somebody may have saved another profile, of which nothing may be lost.
+  // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
   const auto error = varnholt::replace_file(
       paths::profile, profile_mode,
       [&done](std::string_view stored) { return varnholt::without_lines(stored, done); });

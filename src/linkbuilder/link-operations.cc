@@ -32,7 +32,7 @@ using varnholt::run_command;
 constexpr int backup_names = 1000;
 constexpr mode_t new_folder_mode = 0775;
 
-/** What a symbolic link holds, or the errno with which readlink(2) refused. */
+/** The content of a symbolic link, or the errno with which readlink(2) failed. */
 struct LinkContent {
   std::optional<std::string> text;
   int error = 0;
@@ -45,7 +45,7 @@ LinkContent link_content(const char* path) {
   return {std::string{content.data(), static_cast<std::size_t>(length)}, 0};
 }
 
-/** What stands at a path itself; a link is not followed. */
+/** Returns the status of a path itself; a link is not followed. */
 fs::file_status status_of(const std::string& path) {
   std::error_code ignored;
   return fs::symlink_status(path, ignored);
@@ -60,13 +60,16 @@ std::string without_final_slash(std::string_view path) {
   return std::string{path};
 }
 
-/** Whether a link is spelled as the folder behind it: rm would empty that one and keep the link. */
+/**
+ * Returns whether a path names a link and ends with a slash: rm would empty the folder behind the
+ * link and keep the link.
+ */
 bool is_link_with_slash(const std::string& path) {
   return path.ends_with('/') &&
          fs::is_symlink(status_of(path.substr(0, 1 + path.find_last_not_of('/'))));
 }
 
-/** Tells what became of a call of symlink(2), and returns its result. */
+/** Prints the outcome of a call of symlink(2), and returns its result. */
 int tell_link(const BakDefFields& definition, int result) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
@@ -82,7 +85,7 @@ int make_link(const BakDefFields& definition) {
   return tell_link(definition, symlink(definition.from.c_str(), definition.to.c_str()));
 }
 
-/** Replaces the link at `to`, which holds `content`, unless it is the wanted one already. */
+/** Replaces the link at `to`, which holds `content`, unless it is already the wanted one. */
 void renew_link(const BakDefFields& definition, const std::string& content) {
   constexpr auto* told_format = "%s is  already a symlink ,the target is %s .\n";
   const char* const to = definition.to.c_str();
@@ -100,8 +103,8 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
 }
 
 /**
- * Makes the folders above `path`. Only those: a run that is cut off must leave nothing at the path
- * itself, or the next one would move that onto the source.
+ * Creates the folders above `path`, and only those: a run that is interrupted must leave nothing at
+ * the path itself, or the next run would move it onto the source.
  */
 void make_folders_above(const std::string& path) {
   const auto end = path.find_last_not_of('/');
@@ -110,7 +113,7 @@ void make_folders_above(const std::string& path) {
   g_mkdir_with_parents(path.substr(0, last_name + 1).c_str(), new_folder_mode);
 }
 
-/** Makes a link where nothing stands, with the folders above it when they are missing. */
+/** Makes a link where nothing exists, and creates the folders above it that are missing. */
 void build_fresh_link(const BakDefFields& definition) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
@@ -128,7 +131,7 @@ void adopt_and_link(const BakDefFields& definition) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
   const std::string backup = varnholt::take_text(main_backup_file(to)).get();
-  // Without a backup the call for the link fails, and its message is the report.
+  // Without a backup the call of symlink(2) fails, and its message reports the failure.
   const bool moved = !backup.empty();
   if (moved) {
     print_progress("move force  %s  to %s \n", backup.c_str(), from);
@@ -149,7 +152,7 @@ void varnholt::build_symlink(const BakDefFields& definition) {
       definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
     return;
   }
-  // Nearly every run finds nearly every link as it should be, and one call tells that.
+  // Nearly every run finds nearly every link as it should be, and one call is enough to see that.
   const char* const to = definition.to.c_str();
   const auto content = link_content(to);
   if (content.text) {
@@ -205,7 +208,7 @@ bool main_move_file_force(const char* from_fn, const char* to_fn) {
   };
   if (exists(to.c_str())) {
     if (is_link_with_slash(to) || varnholt::deletion_takes_away(to, from)) return move_failed();
-    // What still stands after the removal would take the data in instead of giving way to it.
+    // Anything that still exists after the removal would receive the data inside it.
     if (run_command("/bin/rm -rf " + path_argument(to)) != 0 || exists(to.c_str())) {
       print_failure("remove  file %s failed \n", to.c_str());
       return false;

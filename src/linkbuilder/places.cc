@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where paths really lead, through symbolic links and mounts.
+// Finds where paths really lead, through symbolic links and mounts.
 #include "linkbuilder/places.h"
 
 #include <fcntl.h>
@@ -20,13 +20,13 @@ namespace fs = std::filesystem;
 namespace varnholt {
 namespace {
 
-/** As many as the kernel follows: path_resolution(7). */
+/** The number of links that the kernel follows; see path_resolution(7). */
 constexpr int most_links = 40;
 
 /**
- * The entries that the kernel passes on its way along `path`, links and what they lead to alike, as
- * paths without any link above their last name. The last one is where the path ends, which may be a
- * link. None when there is no such way.
+ * Returns the entries that the kernel passes on its way along `path`, both links and what they lead
+ * to, as paths without a link above their last name. The last entry is where the path ends, which
+ * may be a link. Returns no entries when the path leads nowhere.
  */
 std::vector<fs::path> way_along(const fs::path& path) {
   std::error_code error;
@@ -45,7 +45,7 @@ std::vector<fs::path> way_along(const fs::path& path) {
     way.push_back(entry);
     const auto status = fs::symlink_status(entry, error);
     if (!fs::exists(status)) return {};
-    // With a slash behind it, which gives an empty name, a link stands for what it leads to.
+    // A link with a slash after it, which gives an empty name, means what the link leads to.
     if (!fs::is_symlink(status) || names.empty()) {
       at = entry;
       continue;
@@ -58,14 +58,14 @@ std::vector<fs::path> way_along(const fs::path& path) {
   return way;
 }
 
-/** A place in a file system, one and the same through whichever mount it is reached. */
+/** A place in a file system, the same for every mount through which it is reached. */
 struct Place {
   dev_t device = 0;
-  /** From the root of the file system, which is the empty path. */
+  /** The path from the root of the file system; the root is the empty path. */
   std::string path;
 };
 
-/** Whether `outer` is `inner`, or a folder above it. */
+/** Returns whether `outer` is `inner` or a folder above it. */
 bool holds(const Place& outer, const Place& inner) {
   return outer.device == inner.device && inner.path.starts_with(outer.path) &&
          (inner.path.size() == outer.path.size() || inner.path[outer.path.size()] == '/');
@@ -80,13 +80,13 @@ bool any_holds(const std::vector<Place>& outer, const std::vector<Place>& inner)
   return false;
 }
 
-/** `path` without a final slash, so that the root is the empty path. */
+/** Returns `path` as the beginning of the paths below it; the root becomes the empty path. */
 std::string as_prefix(const char* path) {
   const std::string text = path == nullptr ? "" : path;
   return text == "/" ? "" : text;
 }
 
-/** The mounts that this process sees, as proc(5) tells them; none where there is no /proc. */
+/** The mounts that this process sees, as /proc lists them; empty where /proc is missing. */
 class Mounts {
  public:
   Mounts() {
@@ -102,7 +102,7 @@ class Mounts {
     }
   }
 
-  /** The place of a path that has no links above its last name. */
+  /** Returns the place of a path that has no links above its last name. */
   Place place_of(const fs::path& path) const {
     const std::string text = as_prefix(path.c_str());
     struct statx status {};
@@ -116,7 +116,7 @@ class Mounts {
     return {0, text};
   }
 
-  /** The place of such a path and the roots of all mounts below it. */
+  /** Returns the place of such a path and the roots of all mounts below it. */
   std::vector<Place> places_from(const fs::path& path) const {
     std::vector<Place> places{place_of(path)};
     for (const auto& mount : m_mounts) {

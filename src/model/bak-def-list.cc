@@ -9,7 +9,7 @@ GType vh_bak_def_item_list_get_type() {
   return varnholt::
       ObjectType<VhBakDefItemList, VhBakDefItemListClass, varnholt::RowList<VhBakDefItem>>::get(
           G_TYPE_OBJECT, "VhBakDefItemList", [](VhBakDefItemListClass* /*klass*/) {
-            // A program that finds this type by its name can then find that of the items too.
+            // A program that finds this type by its name can then find the type of the items too.
             g_type_class_unref(g_type_class_ref(vh_bak_def_item_get_type()));
           });
 }

@@ -8,8 +8,8 @@
 #include "model/row-list.h"
 
 /**
- * The definitions of one table, in the order of its rows. The list holds a reference on each; a
- * caller who gets an item gets a new reference and releases it. When several items have the same
+ * The definitions of one table, in the order of its rows. The list holds a reference to each item.
+ * A caller that gets an item gets a new reference and releases it. When several items have the same
  * row, or several are ticked, the first one counts.
  */
 struct VhBakDefItemList : GObject, varnholt::RowList<VhBakDefItem> {
@@ -20,42 +20,48 @@ struct VhBakDefItemListClass : GObjectClass {};
 
 GType vh_bak_def_item_list_get_type();
 
-/** A new, empty list, or one of a type derived from it. */
+/** Creates an empty list, or one of a derived type. */
 VhBakDefItemList* vh_bak_def_item_list_new();
 VhBakDefItemList* vh_bak_def_item_list_construct(GType object_type);
 
-/** The item of a row and, when asked for, its index; none and -1 when no item has the row. */
+/**
+ * Returns the item of a row and stores its index in `index`, which may be null. Returns null and
+ * stores -1 when no item has the row. The second function returns the index alone.
+ */
 VhBakDefItem* vh_bak_def_item_list_find_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter,
                                                 int* index);
 int vh_bak_def_item_list_find_in_iter_idx(VhBakDefItemList* self, const GtkTreeIter* iter);
 
-/** Takes the item of a row out of the list; false when no item has the row. */
+/** Removes the item of a row from the list. Returns false when no item has the row. */
 bool vh_bak_def_item_list_remove_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter);
 
 /**
- * Marks the item of a row deleted and unticks it; it stays in the list. Prints its index. False
- * when no item has the row.
+ * Marks the item of a row deleted and unticks it; the item stays in the list. Prints the item's
+ * index. Returns false when no item has the row.
  */
 bool vh_bak_def_item_list_hide_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter);
 
 namespace varnholt {
 
-/** The same for the item that was found at a place. */
+/** Does the same for the item at a place that find() returned. */
 bool hide(const VhBakDefItemList::Place& found);
 
 }  // namespace varnholt
 
 guint vh_bak_def_item_list_length(VhBakDefItemList* self);
 
-/** The item at `index`, counted from 0; none when there are not so many. */
+/** Returns the item at `index`, counted from 0, or null when the list is shorter. */
 VhBakDefItem* vh_bak_def_item_list_nth_data(VhBakDefItemList* self, guint index);
 
-/** Put `val` at the end or at the front of the list, which takes a reference of its own. */
+/** Adds `val` at the end or at the front of the list, which takes its own reference. */
 void vh_bak_def_item_list_append_val(VhBakDefItemList* self, VhBakDefItem* val);
 void vh_bak_def_item_list_prepend_val(VhBakDefItemList* self, VhBakDefItem* val);
 
-/** How many items are ticked. */
+/** Returns how many items are ticked. */
 guint vh_bak_def_item_list_total_selected_number(VhBakDefItemList* self);
 
-/** The first ticked item and, when asked for, its index; none and -1 when none is ticked. */
+/**
+ * Returns the first ticked item and stores its index in `index`, which may be null. Returns null
+ * and stores -1 when no item is ticked.
+ */
 VhBakDefItem* vh_bak_def_item_list_get_first_selected_item(VhBakDefItemList* self, int* index);

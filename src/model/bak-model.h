@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The whole model: definitions and routes, the lists of them, and the small questions they share.
+// The whole model: definitions and routes, their lists, and the small functions that they share.
 #pragma once
 
 // IWYU pragma: begin_exports

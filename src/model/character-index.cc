@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where one text stands in another, counted in characters of UTF-8 and not in bytes.
+// Finds one text in another and counts in characters of UTF-8, not in bytes.
 #include "model/character-index.h"
 
 #include <string_view>
 
 namespace {
 
-/** Whether a byte begins a character. This is also safe in a text that ends inside a character. */
+/** Returns whether a byte begins a character, also in a text that ends inside a character. */
 bool begins_character(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }

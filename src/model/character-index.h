@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where one text stands in another, counted in characters of UTF-8 and not in bytes.
+// Finds one text in another and counts in characters of UTF-8, not in bytes.
 #pragma once
 
 #include <glib.h>
 
 /**
- * Where `needle` first stands in `rawstr`, counted in characters; -1 when it stands nowhere. An
- * empty `needle` stands at 0. A missing text logs a critical warning, and the result is 0. This
- * exists for other callers: the program itself cuts its texts by bytes.
+ * Returns where `needle` first occurs in `rawstr`, counted in characters, or -1 when it does not
+ * occur. An empty `needle` occurs at 0. Returns 0 with a critical warning when an argument is null.
+ * This exists for other callers: the program itself cuts its texts by bytes.
  */
 int vh_string_index_of(const char* rawstr, const char* needle);

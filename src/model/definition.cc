@@ -11,7 +11,7 @@
 namespace varnholt {
 namespace {
 
-/** The words of a line for what a definition asks for; the first one that applies counts. */
+/** The words that a line uses for the operations; the first one that applies counts. */
 constexpr std::pair<VhFileOperationType, std::string_view> words[] = {
     {VH_FILE_OPERATION_TYPE_FOT_Update, "update"},
     {VH_FILE_OPERATION_TYPE_FOT_OverWrite, "overwrite"},

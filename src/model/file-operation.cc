@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a file definition asks for, as a set of flags.
+// The operation of a file definition, as a set of flags.
 #include "model/file-operation.h"
 
 #include <bit>

@@ -4,7 +4,7 @@
 
 #include <glib-object.h>
 
-/** A question about a path. Registered as an enumeration; nicks "is-dir" and "exists". */
+/** A question about a path, registered as an enumeration; nicks "is-dir" and "exists". */
 enum VhFileTestType : int {
   VH_FILE_TEST_TYPE_IS_DIR = 0,
   VH_FILE_TEST_TYPE_EXISTS = 1,
@@ -13,7 +13,7 @@ GType vh_file_test_type_get_type();
 
 /**
  * Asks the file system about `filename` and follows symbolic links, as stat(2) and access(2) do: a
- * dangling link does not exist. The answer to any other `test` is false. A missing `filename` logs
- * a critical warning, and the answer is false.
+ * dangling link does not exist. Returns false for any other `test`, and false with a critical
+ * warning when `filename` is null.
  */
 bool vh_FileTests(const char* filename, VhFileTestType test);

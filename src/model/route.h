@@ -9,7 +9,7 @@
 
 namespace varnholt {
 
-/** What a route says. No text is interpreted, and any of them may be empty. */
+/** The contents of a route. No text is interpreted, and any text may be empty. */
 struct RutDefFields {
   std::string name;
   /** The address of the network segment, its mask and its gateway are the route's main contents. */
@@ -28,20 +28,20 @@ inline constexpr std::array route_texts{&RutDefFields::name, &RutDefFields::addr
                                         &RutDefFields::jup,  &RutDefFields::nic};
 
 /**
- * What a "rut,add" line says, as vh_rut_def_item_scanf_string() reads it. None when the line does
- * not fit or holds a NUL byte.
+ * Reads a "rut,add" line as vh_rut_def_item_scanf_string() does. Returns nullopt when the line does
+ * not fit or contains a NUL byte.
  */
 std::optional<RutDefFields> read_rut_add_line(std::string_view line);
 
-/** The line of a route, without a line end. */
+/** Returns the line of a route, without a line end. */
 std::string rut_add_line(const RutDefFields& route);
 
-/** Whether no table takes both routes, because they share their name or their main contents. */
+/** Returns whether no table accepts both routes, as they share their name or main contents. */
 bool are_rivals(const RutDefFields& a, const RutDefFields& b);
 
 /**
- * Whether a "rut,del" line asks for the default route to be deleted. A line that does not fit asks
- * for it too. None when the line holds a NUL byte.
+ * Returns whether a "rut,del" line asks to delete the default route. A line that does not fit asks
+ * for it too. Returns nullopt when the line contains a NUL byte.
  */
 std::optional<bool> read_rut_del_line(std::string_view line);
 std::string rut_del_line(bool del_def_rut);

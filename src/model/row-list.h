@@ -14,29 +14,29 @@
 
 namespace varnholt {
 
-/** A list of objects that have a TableRow. It holds a reference on each. */
+/** A list of objects that have a TableRow. It holds a reference to each. */
 template <typename Item>
 class RowList {
  public:
-  /** An item, borrowed from the list, and where it stands; none and -1 when none qualifies. */
+  /** An item, borrowed from the list, and its index; null and -1 when no item qualifies. */
   struct Place {
     Item* item = nullptr;
     int index = -1;
 
-    /** A new reference for a caller of the object system, and the index if the caller wants it. */
+    /** Returns a new reference for an outside caller, and stores the index if it is wanted. */
     Item* hand_out(int* wanted_index) const {
       if (wanted_index != nullptr) *wanted_index = index;
       return item == nullptr ? nullptr : make_object(item).release();
     }
   };
 
-  // For loops over the items, which must not change the list.
+  // These are for loops over the items; a loop must not change the list.
   auto begin() const { return m_items.begin(); }
   auto end() const { return m_items.end(); }
 
   guint length() const { return static_cast<guint>(m_items.size()); }
 
-  /** None when there are not so many. */
+  /** Returns an empty place when the list is shorter. */
   Place nth(guint index) const { return place(m_items.begin() + std::min(index, length())); }
 
   /** Puts an item at the front or at the end. */
@@ -45,7 +45,7 @@ class RowList {
   }
 
   /**
-   * The first item with this row. A table knows where the row stands and passes that index as
+   * Returns the first item with this row. A table knows the index of the row and passes it as
    * `likely`, which saves the search: no table gives one row to two items.
    */
   Place find(const GtkTreeIter& row, int likely = -1) const {
@@ -57,14 +57,14 @@ class RowList {
     return place(std::ranges::find_if(m_items, has_row));
   }
 
-  /** Takes the item that stands at a place out of the list. */
+  /** Removes the item at a place from the list. */
   void remove(const Place& place) { m_items.erase(m_items.begin() + place.index); }
 
   guint selected_number() const {
     return static_cast<guint>(std::ranges::count_if(m_items, is_selected));
   }
 
-  /** The first ticked item from an index on. */
+  /** Returns the first ticked item at or after an index. */
   Place first_selected(guint from = 0) const {
     return place(
         std::find_if(m_items.begin() + std::min(from, length()), m_items.end(), is_selected));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One static route as an object. Texts and failures are as for the definitions (bak-def-item.h).
+// One static route as an object. Texts and failures are handled as for definitions
+// (bak-def-item.h).
 #pragma once
 
 #include <vector>
@@ -14,7 +15,7 @@ namespace varnholt {
 class RutDefListState;
 
 struct RutDefState : TableRow, RutDefFields {
-  /** The lists that hold the route. They index its texts, so each must hear when these change. */
+  /** The lists that hold the route. They index its texts and must be notified when these change. */
   std::vector<RutDefListState*> lists;
 };
 
@@ -29,7 +30,10 @@ struct VhRutDefItemClass : GObjectClass {};
 
 GType vh_rut_def_item_get_type();
 
-/** A new item, or one of a derived type, with copies of all texts; none when one is missing. */
+/**
+ * Creates an item, or one of a derived type, with copies of all texts. Returns null when a text is
+ * null.
+ */
 VhRutDefItem* vh_rut_def_item_new(const char* name, const char* addr, const char* mask,
                                   const char* gw, const char* jup, const char* nic);
 VhRutDefItem* vh_rut_def_item_construct(GType object_type, const char* name, const char* addr,
@@ -38,26 +42,26 @@ VhRutDefItem* vh_rut_def_item_construct(GType object_type, const char* name, con
 
 namespace varnholt {
 
-/** A new item that says the same as `fields`; none for none. */
+/** Creates an item from `fields`. Returns null when `fields` is empty. */
 VhRutDefItem* new_rut_def_item(std::optional<RutDefFields> fields);
 
 }  // namespace varnholt
 
 /**
- * Copies everything from `item` but its row. The texts of a route that a list holds may be changed
- * in no other way.
+ * Copies everything from `item` except its row. While a list holds a route, its texts may be
+ * changed in no other way.
  */
 void vh_rut_def_item_fill_by_other(VhRutDefItem* self, VhRutDefItem* item);
 
-/** The state of the check box in the table. */
+/** Sets or returns the state of the check box in the table. */
 void vh_rut_def_item_set_is_selected(VhRutDefItem* self, bool is_selected);
 bool vh_rut_def_item_get_is_selected(VhRutDefItem* self);
 
-/** The route as its line, without a line end: "rut,add,NAME,ADDR,MASK,GW,JUP,NIC". */
+/** Returns the route as its line, without a line end: "rut,add,NAME,ADDR,MASK,GW,JUP,NIC". */
 char* vh_rut_def_item_to_string(VhRutDefItem* self);
 
 /**
- * Reads such a line: it begins with "rut,add" and has 8 fields between single commas. Returns a new
- * item, or none, without a message, when the line does not fit.
+ * Reads such a line, which begins with "rut,add" and has 8 fields between single commas. Returns a
+ * new item, or null, without a message, when the line does not fit.
  */
 VhRutDefItem* vh_rut_def_item_scanf_string(const char* line);

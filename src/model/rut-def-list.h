@@ -12,7 +12,7 @@
 
 namespace varnholt {
 
-/** The routes with an index of what no two of them may share, and the flag. */
+/** The routes, an index of the texts that no two may share, and the flag of the default route. */
 class RutDefListState : public RowList<VhRutDefItem> {
  public:
   RutDefListState() = default;
@@ -23,10 +23,10 @@ class RutDefListState : public RowList<VhRutDefItem> {
   void insert(VhRutDefItem* item, bool first);
   void remove(const Place& place);
 
-  /** The first route but `except` that is a rival of `route`; null when there is none. */
+  /** Returns the first route other than `except` that is a rival of `route`, or null. */
   const VhRutDefItem* first_rival_of(const RutDefFields& route, const VhRutDefItem* except);
 
-  /** Must be called when the texts of a route or the places of routes have changed. */
+  /** Drops the index. Must be called when the texts or the places of routes have changed. */
   void forget_texts();
 
   bool del_def_rut = true;
@@ -34,7 +34,7 @@ class RutDefListState : public RowList<VhRutDefItem> {
  private:
   void leave(VhRutDefItem& item);
 
-  /** The places of the first m_indexed routes by hashes of what no two may share. */
+  /** The places of the first m_indexed routes, by hashes of what no two routes may share. */
   std::unordered_multimap<std::size_t, guint> m_index;
   guint m_indexed = 0;
 };
@@ -42,8 +42,8 @@ class RutDefListState : public RowList<VhRutDefItem> {
 }  // namespace varnholt
 
 /**
- * The routes of the table, in the order of its rows, and whether the default route is to be deleted
- * (which is so in a new list). Holds references as VhBakDefItemList does.
+ * The routes of the table, in the order of its rows, and whether to delete the default route, which
+ * is true in a new list. Holds references as VhBakDefItemList does.
  */
 struct VhRutDefItemList : GObject, varnholt::RutDefListState {
   VhRutDefItemList() = delete;
@@ -53,41 +53,47 @@ struct VhRutDefItemListClass : GObjectClass {};
 
 GType vh_rut_def_item_list_get_type();
 
-/** A new, empty list, or one of a type derived from it. */
+/** Creates an empty list, or one of a derived type. */
 VhRutDefItemList* vh_rut_def_item_list_new();
 VhRutDefItemList* vh_rut_def_item_list_construct(GType object_type);
 
-/** Whether the default route is to be deleted. */
+/** Sets or returns whether to delete the default route. */
 void vh_rut_def_item_list_set_del_def_rut(VhRutDefItemList* self, bool del_def_rut);
 bool vh_rut_def_item_list_get_del_def_rut(VhRutDefItemList* self);
 
-/** The flag as its line, without a line end: "rut,del,yes" or "rut,del,no". */
+/** Returns the flag as its line, without a line end: "rut,del,yes" or "rut,del,no". */
 char* vh_rut_def_item_list_del_def_rut_to_string(VhRutDefItemList* self);
 
 /**
- * Reads such a line: true when its third field is "yes", and also when the line does not fit. False
- * with a critical warning when it is missing.
+ * Reads such a line. Returns true when its third field is "yes", and also when the line does not
+ * fit. Returns false with a critical warning when `line` is null.
  */
 bool vh_rut_def_item_list_scanf_del_def_rut(const char* line);
 
-/** The item of a row and, when asked for, its index; none and -1 when no item has the row. */
+/**
+ * Returns the item of a row and stores its index in `index`, which may be null. Returns null and
+ * stores -1 when no item has the row. The second function returns the index alone.
+ */
 VhRutDefItem* vh_rut_def_item_list_find_in_iter(VhRutDefItemList* self, const GtkTreeIter* iter,
                                                 int* index);
 int vh_rut_def_item_list_find_in_iter_idx(VhRutDefItemList* self, const GtkTreeIter* iter);
 
-/** Takes the item of a row out of the list; false when no item has the row. */
+/** Removes the item of a row from the list. Returns false when no item has the row. */
 bool vh_rut_def_item_list_remove_in_iter(VhRutDefItemList* self, const GtkTreeIter* iter);
 
 guint vh_rut_def_item_list_length(VhRutDefItemList* self);
 
-/** The item at `index`, counted from 0; none when there are not so many. */
+/** Returns the item at `index`, counted from 0, or null when the list is shorter. */
 VhRutDefItem* vh_rut_def_item_list_nth_data(VhRutDefItemList* self, guint index);
 
-/** Puts `val` at the end of the list, which takes a reference of its own. */
+/** Adds `val` at the end of the list, which takes its own reference. */
 void vh_rut_def_item_list_append_val(VhRutDefItemList* self, VhRutDefItem* val);
 
-/** How many items are ticked. */
+/** Returns how many items are ticked. */
 guint vh_rut_def_item_list_total_selected_number(VhRutDefItemList* self);
 
-/** The first ticked item and, when asked for, its index; none and -1 when none is ticked. */
+/**
+ * Returns the first ticked item and stores its index in `index`, which may be null. Returns null
+ * and stores -1 when no item is ticked.
+ */
 VhRutDefItem* vh_rut_def_item_list_get_first_selected_item(VhRutDefItemList* self, int* index);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Comparing and printing the names of rows.
+// Compares and prints the names of rows.
 #include "model/table-row.h"
 
 #include "base/diagnostics.h"

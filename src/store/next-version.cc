@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The next version of the profile.
+// Writes the next version of the profile.
 #include "store/next-version.h"
 
 #include "base/diagnostics.h"
@@ -16,7 +16,7 @@ NextVersion tell_unreadable(int code) {
 }
 
 NextVersion write(const std::string& text, int stored_version) {
-  // After the highest number of 32 bits comes the lowest one.
+  // The highest number of 32 bits is followed by the lowest one.
   const auto version = static_cast<int>(static_cast<unsigned>(stored_version) + 1U);
   const auto profile = "version," + std::to_string(version) + '\n' + text;
   ErrorPtr error;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The next version of the profile, which is written to a temporary file before root moves it into
-// place.
+// Writes the next version of the profile to a temporary file, before it is moved into place with
+// root rights.
 #pragma once
 
 #include <optional>
@@ -9,20 +9,20 @@
 namespace varnholt {
 
 enum class NextVersion {
-  /** The temporary file holds it. */
+  /** The temporary file holds the next version. */
   written,
-  /** The stored profile needs none or must be left alone, or the file cannot be written. */
+  /** The stored profile is up to date or must be left alone, or the file cannot be written. */
   not_written,
-  /** The stored profile cannot be read for a reason that nobody foresaw: the save must end. */
+  /** The stored profile cannot be read for an unexpected reason: the save must end. */
   unknown,
 };
 
 /**
- * Writes the temporary file as a whole, with `text` and a version line, when the stored profile
- * says something else or is missing. `unread` is the GFileError code with which the stored profile
- * could not be read when the definitions were loaded: `text` does not hold what it says, so it is
- * left alone for as long as it is there. Tells on standard output that nothing has changed, and
- * failures on standard error.
+ * Writes the temporary file as a whole, with a version line and `text`, when the stored profile has
+ * other contents or is missing. `unread` is the GFileError code with which reading the stored
+ * profile failed when the definitions were loaded: `text` then lacks its contents, and the stored
+ * profile is left alone as long as it exists. Prints to standard output that nothing has changed,
+ * and failures to standard error.
  */
 NextVersion write_next_version(const std::string& text, std::optional<int> unread);
 

@@ -21,7 +21,7 @@ std::string profile_text(const VhBakDefItemList& files, const VhRutDefItemList& 
                          const VhBakDefItemList& scripts) {
   std::string text;
   const auto add = [&text](const std::string& line) { (text += line) += '\n'; };
-  // A type derived from that of the items may write its line in its own way.
+  // A type that is derived from the type of the items may write its line in its own way.
   for (const auto& file : files) add(take_text(vh_bak_def_item_lnk_to_string(file.get())).get());
   add(rut_del_line(routes.del_def_rut));
   for (const auto& route : routes) add(rut_add_line(*route));
@@ -40,9 +40,8 @@ int main_get_cur_version(std::string* cont) {
   cont->erase(0, end + 1);
   const std::string version{varnholt::trimmed(first_line)};
   // Without a comma the whole line is read, which gives 0.
-  const auto number = version.substr(version.find(',') + 1);
-  // As atoi(3) reads it.
-  return static_cast<int>(std::strtol(number.c_str(), nullptr, 10));
+  // The number is read as atoi(3) reads it.
+  return static_cast<int>(std::strtol(&version[version.find(',') + 1], nullptr, 10));
 }
 
 int main_string_index_of(const char* text, gunichar character) {

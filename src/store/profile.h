@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The profile as a whole text: what each of its lines says, how all definitions are written, and
-// its version.
+// The profile as a whole text: the kinds of its lines, how all definitions are written, and its
+// version.
 #pragma once
 
 #include <string>
@@ -10,27 +10,27 @@
 
 namespace varnholt {
 
-/** What a line is about. */
+/** The kind of a line. */
 enum class LineKind { file, script, route, default_route, other };
 
-/** The beginning of a line decides its kind. The version line is an other one. */
+/** Returns the kind of a line, which its beginning decides. The version line is `other`. */
 LineKind kind_of_line(std::string_view line);
 
-/** The profile of three lists without its version line, each line ended by a line feed. */
+/** Returns the profile of three lists without its version line; each line ends with a line feed. */
 std::string profile_text(const VhBakDefItemList& files, const VhRutDefItemList& routes,
                          const VhBakDefItemList& scripts);
 
 }  // namespace varnholt
 
 /**
- * The version in the first line of a profile, which is taken out of `cont`. When that line names no
- * version or has no line end, the result is 0 and `cont` stays as it was. A missing text logs a
- * critical warning, and the result is 0.
+ * Returns the version in the first line of a profile and removes that line from `cont`. Returns 0
+ * and leaves `cont` unchanged when the line does not contain "version" or has no line end. Returns
+ * 0 with a critical warning when `cont` is null.
  */
 int main_get_cur_version(std::string* cont);
 
 /**
- * Where `character` first stands in `text`, counted in characters; -1 when it stands nowhere. This
- * exists for other callers. A missing text logs a critical warning, and the result is 0.
+ * Returns where `character` first occurs in `text`, counted in characters, or -1 when it does not
+ * occur. Returns 0 with a critical warning when `text` is null. This exists for other callers.
  */
 int main_string_index_of(const char* text, gunichar character);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Replacing a file as a whole by what is made of it.
+// Replaces a file as a whole by a rewritten one.
 #include "store/replace-file.h"
 
 #include <fcntl.h>
@@ -18,13 +18,11 @@ namespace {
 
 ErrorPtr system_error(const char* path) {
   const int code = errno;
-  ErrorPtr error;
-  g_set_error(out(error), G_FILE_ERROR, g_file_error_from_errno(code), "%s: %s", path,
-              g_strerror(code));
-  return error;
+  return ErrorPtr{
+      g_error_new(G_FILE_ERROR, g_file_error_from_errno(code), "%s: %s", path, g_strerror(code))};
 }
 
-/** A file beside another one, for as long as it lives. */
+/** A temporary file beside another one, for as long as this object lives. */
 class Neighbour {
  public:
   explicit Neighbour(const std::string& path)
@@ -38,7 +36,7 @@ class Neighbour {
   const char* path() const { return m_path.c_str(); }
 
   ErrorPtr write(const std::string& text, mode_t mode) const {
-    // A file that is there keeps its mode, on which the umask has no influence then.
+    // GLib keeps the mode of an existing file, and the umask does not change it.
     if (!m_made || fchmod(m_made.number(), mode) != 0) return system_error(path());
     ErrorPtr error;
     g_file_set_contents_full(path(), text.data(), static_cast<gssize>(text.size()),
@@ -46,7 +44,7 @@ class Neighbour {
     return error;
   }
 
-  /** Has the two files change their places; where a file system cannot do that, the other goes. */
+  /** Exchanges the two files; where a file system cannot do that, the other file is replaced. */
   ErrorPtr exchange_with(const char* other) const {
     const bool done = renameat2(AT_FDCWD, path(), AT_FDCWD, other, RENAME_EXCHANGE) == 0 ||
                       (errno == EINVAL && rename(path(), other) == 0);
@@ -65,22 +63,20 @@ class Neighbour {
 
 ErrorPtr replace_file(const char* path, mode_t mode,
                       const std::function<std::string(std::string_view)>& rewritten) {
-  auto found = read_file(path);
-  if (found.error) return std::move(found.error);
-  std::string expected{found.text()};
-  std::string next = rewritten(expected);
   while (true) {
+    auto found = read_file(path);
+    if (found.error) return std::move(found.error);
+    const std::string next = rewritten(found.text());
     const Neighbour neighbour{path};
     if (auto error = neighbour.write(next, mode)) return error;
     if (auto error = neighbour.exchange_with(path)) return error;
-    auto displaced = read_file(neighbour.path());
-    if (displaced.error) {
-      if (displaced.error->code == G_FILE_ERROR_NOENT) return {};
-      if (auto error = neighbour.exchange_with(path)) return error;
-      return std::move(displaced.error);
-    }
-    if (displaced.text() == expected) return {};
-    expected = std::exchange(next, rewritten(displaced.text()));
+    const auto displaced = read_file(neighbour.path());
+    const bool none = displaced.error && displaced.error->code == G_FILE_ERROR_NOENT;
+    if (none || (!displaced.error && displaced.text() == found.text())) return {};
+    // Somebody has moved another text there, which goes back before it is rewritten in its turn. A
+    // still newer one that this displaces goes back too.
+    if (auto error = neighbour.exchange_with(path)) return error;
+    if (read_file(neighbour.path()).text() != next) neighbour.exchange_with(path);
   }
 }
 

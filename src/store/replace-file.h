@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Replacing a file as a whole by what is made of it.
+// Replaces a file as a whole by a rewritten one.
 #pragma once
 
 #include <sys/types.h>
@@ -13,10 +13,10 @@
 namespace varnholt {
 
 /**
- * Puts what `rewritten` makes of a file in its place, with this mode and synced to the disk. A
- * reader sees the old text or the new one. Another text that somebody moves there at the same time
- * is rewritten too, so `rewritten` may be called several times. Returns why it failed, or none; the
- * file then stays as it was.
+ * Replaces a file by what `rewritten` returns for its text, with this mode and synced to the disk.
+ * A reader sees either the old text or the new one. When somebody moves another text there at the
+ * same time, that text is rewritten too, so `rewritten` may be called several times. Returns null,
+ * or the error; the file then holds the newest text as it was.
  */
 ErrorPtr replace_file(const char* path, mode_t mode,
                       const std::function<std::string(std::string_view)>& rewritten);

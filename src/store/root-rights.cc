@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Commands that need root rights.
+// Runs commands that need root rights.
 #include "store/root-rights.h"
 
 #include <fcntl.h>
@@ -14,7 +14,7 @@
 namespace varnholt {
 namespace {
 
-/** Puts a pipe that holds one line in the place of the standard input for as long as it lives. */
+/** Replaces standard input by a pipe that holds one line, for as long as this object lives. */
 class LineAsInput {
  public:
   explicit LineAsInput(const char* line) {
@@ -22,7 +22,7 @@ class LineAsInput {
     if (!m_usual || pipe2(ends.data(), O_CLOEXEC) != 0) return;
     const Descriptor read_end{ends[0]};
     const Descriptor write_end{ends[1]};
-    // Nobody reads yet, so a line for which the pipe has no room must not be waited for.
+    // Nobody reads yet, so a write must not block when the pipe has no room for the line.
     fcntl(write_end.number(), F_SETFL, O_NONBLOCK);
     const auto length = static_cast<ssize_t>(std::strlen(line));
     m_holds = write(write_end.number(), line, static_cast<std::size_t>(length)) == length &&

@@ -32,7 +32,7 @@ void op_cell_data_func(VhBakDefWidget* /*self*/, GtkCellRenderer* cell, GtkTreeM
   g_object_set(cell, "text", varnholt::take_text(vh_FileOperationType_tostr(op)).get(), nullptr);
 }
 
-/** A time in UTC; empty for 0 and for a time that no calendar holds. */
+/** Returns a time in UTC as a text; empty for 0 and for a time that no calendar can represent. */
 std::string date_of(gint64 time) {
   const time_t seconds = time;
   struct tm utc {};
@@ -55,7 +55,7 @@ void force_overwrite_cell_data_func(VhBakDefWidget* /*self*/, GtkCellRenderer* c
                nullptr);
 }
 
-/** Appends a column for whose cells `show` is called, with the table, before each is drawn. */
+/** Appends a column; `show` is called, with the table, before each of its cells is drawn. */
 template <auto show>
 GtkTreeViewColumn* append_computed_column(VhBakDefWidget* self, const char* title,
                                           GtkCellRenderer* renderer) {
@@ -93,7 +93,7 @@ std::array<Value, 6> values_of(const VhBakDefItem* item, bool ticked, bool force
           Value{item->op}, Value{item->last_oper_time}, Value{force}};
 }
 
-/** Which overwrite flag an item has after it was changed into `new_item`. */
+/** Returns the overwrite flag of an item after it is changed into `new_item`. */
 bool force_after_edit(const VhBakDefItem* new_item, const VhBakDefItem* old_item) {
   if (!new_item->has(VH_FILE_OPERATION_TYPE_FOT_OverWrite)) return new_item->force_overwrite;
   if (!old_item->has(VH_FILE_OPERATION_TYPE_FOT_OverWrite)) return true;
@@ -231,7 +231,7 @@ void vh_bak_def_widget_emit_selection_changed(VhBakDefWidget* self, int index) {
 
 char* g_time_to_string(const struct tm* time) {
   g_return_val_if_fail(time != NULL, nullptr);
-  // The year 2147483647 is in the calendar, but not 1900 years later in an int.
+  // tm_year counts from 1900, so the year itself may not fit into an int.
   const gint64 year = gint64{time->tm_year} + 1900;
   return g_strdup_printf("%04" G_GINT64_FORMAT "-%02d-%02d %02d:%02d:%02d", year, time->tm_mon + 1,
                          time->tm_mday, time->tm_hour, time->tm_min, time->tm_sec);

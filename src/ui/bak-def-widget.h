@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The table of file definitions or of boot scripts, whose functions keep rows and list in step.
+// The table of file definitions or of boot scripts. Its functions keep the rows and the list in
+// step.
 #pragma once
 
 #include <ctime>
@@ -9,7 +10,7 @@
 #include "model/bak-model.h"
 #include "ui/checked-rows.h"
 
-/** The columns of the store. Registered as an enumeration; nicks "sel" to "force-overwrite". */
+/** The columns of the store, registered as an enumeration; nicks "sel" to "force-overwrite". */
 enum VhBakDefWidgetCOL_IDX : int {
   /** Boolean: the item is ticked. */
   VH_BAK_DEF_WIDGET_COL_IDX_SEL = 0,
@@ -37,8 +38,9 @@ struct BakDefWidgetState : CheckedRows<VhBakDefWidget, VhBakDefItemList, VhBakDe
 }  // namespace varnholt
 
 /**
- * The table. Its signal "sig-selection-changed" hands over the index of the item that was added,
- * edited, ticked or highlighted, -1 when items were deleted or marked, and the number of items.
+ * The table. Its signal "sig-selection-changed" passes an index and the number of items. The index
+ * is that of the item that was edited, ticked or highlighted, that of the last item after one was
+ * added, and -1 after items were deleted or marked.
  */
 struct VhBakDefWidget : GtkScrolledWindow, varnholt::BakDefWidgetState {
   VhBakDefWidget() = delete;
@@ -49,55 +51,59 @@ struct VhBakDefWidgetClass : GtkScrolledWindowClass {};
 GType vh_bak_def_widget_get_type();
 
 /**
- * A new, empty table, or one of a derived type, floating as new widgets are. The column of the last
- * update time is shown when the environment variable "show_date" is defined.
+ * Creates an empty table, or one of a derived type; it is floating, like every new widget. The
+ * column of the last update time is shown when the environment variable "show_date" is set.
  */
 VhBakDefWidget* vh_bak_def_widget_new(int is_shell);
 VhBakDefWidget* vh_bak_def_widget_construct(GType object_type, int is_shell);
 
-/** A new reference to the table's own list, not a copy. */
+/** Returns a new reference to the table's own list, not a copy. */
 VhBakDefItemList* vh_bak_def_widget_get_items(VhBakDefWidget* self);
 
-/** How many items are ticked. */
+/** Returns how many items are ticked. */
 guint vh_bak_def_widget_get_total_selections(VhBakDefWidget* self);
 
-/** The item of the highlighted row as a new reference; none when no row is highlighted. */
+/** Returns the item of the highlighted row as a new reference, or null when there is none. */
 VhBakDefItem* vh_bak_def_widget_get_select_item(VhBakDefWidget* self);
 
 /**
- * Adds an item, of which the table takes its own reference: a symbolic one last, any other first.
- * False, with nothing changed, when vh_bak_def_widget_vaild_item() refuses it.
+ * Adds a symbolic item at the end and any other item at the front; the table takes its own
+ * reference. Returns false and changes nothing when vh_bak_def_widget_vaild_item() refuses it.
  */
 bool vh_bak_def_widget_add_item(VhBakDefWidget* self, VhBakDefItem* item);
 
 /**
- * Has `old_item`, which the table holds, take over what `new_item` says. It stays in its row and
- * keeps its last update time, and its overwrite flag when both overwrite. False, with nothing
- * changed, when vh_bak_def_widget_vaild_item() refuses `new_item`.
+ * Copies the contents of `new_item` into `old_item`, which the table holds. `old_item` stays in its
+ * row and keeps its last update time, and its overwrite flag when both overwrite. Returns false and
+ * changes nothing when vh_bak_def_widget_vaild_item() refuses `new_item`.
  */
 bool vh_bak_def_widget_edit_item(VhBakDefWidget* self, VhBakDefItem* new_item,
                                  VhBakDefItem* old_item);
 
-/** Removes every ticked item. Tells the user when that fails, and leaves the rest. */
+/** Removes every ticked item. When that fails, it shows a message and leaves the rest. */
 void vh_bak_def_widget_del_selected_items(VhBakDefWidget* self);
 
-/** Marks every ticked item deleted and unticks it. Failure as for deleting. */
+/** Marks every ticked item deleted and unticks it. A failure is handled as for deleting. */
 void vh_bak_def_widget_mark_del_selected_items(VhBakDefWidget* self);
 
-/** Stamps the current time on update definitions, and on overwrite ones with the flag set. */
+/** Sets the last update time of updates, and of overwrites with the flag, to the current time. */
 void vh_bak_def_widget_update_items_last_oper_time(VhBakDefWidget* self);
 
 /** Unticks every item. */
 void vh_bak_def_widget_clear_selection(VhBakDefWidget* self);
 
 /**
- * Whether an item may be added or take the place of another: source and target differ, and the user
- * agrees to a symbolic definition. Tells him when it may not.
+ * Returns whether an item may be added or replace another one: source and target must differ, and
+ * the user must agree to a symbolic definition. Shows a message when source and target are the
+ * same.
  */
 bool vh_bak_def_widget_vaild_item(VhBakDefWidget* self, VhBakDefItem* item);
 
 /** Emits "sig-selection-changed" with this index and the number of items. */
 void vh_bak_def_widget_emit_selection_changed(VhBakDefWidget* self, int index);
 
-/** A broken-down time as a new text, for example "2010-09-15 20:58:11". */
+/**
+ * Returns a broken-down time as a new text, for example "2010-09-15 20:58:11". The caller releases
+ * it with g_free().
+ */
 char* g_time_to_string(const struct tm* time);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the tables of definitions share: a list and its rows kept in step, the check box and the
-// highlight of a row, and the walk over the ticked rows.
+// What the tables of definitions share: a list and its rows that are kept in step, the check box
+// and the highlight of a row, and the walk over the ticked rows.
 #pragma once
 
 #include <array>
@@ -20,19 +20,19 @@
 
 namespace varnholt {
 
-/** How a column of a table may be given its width. */
+/** How a column of a table gets its width. */
 struct ColumnWidth {
   bool resizable;
   bool expands;
 };
 
-/** One value of a row, of the type of its column. */
+/** One value of a row, with the type of its column. */
 class Value {
  public:
   explicit Value(bool flag) { g_value_set_boolean(g_value_init(&m_value, G_TYPE_BOOLEAN), flag); }
   explicit Value(int number) { g_value_set_int(g_value_init(&m_value, G_TYPE_INT), number); }
   explicit Value(gint64 number) { g_value_set_int64(g_value_init(&m_value, G_TYPE_INT64), number); }
-  /** A text is written as it can be shown: a row must not be wider than a window can be. */
+  /** Stores a text in a form that can be shown: a row must not be wider than a window can be. */
   explicit Value(const std::string& text) {
     g_value_set_string(g_value_init(&m_value, G_TYPE_STRING), shown_shortened(text).c_str());
   }
@@ -44,7 +44,7 @@ class Value {
   GValue m_value = G_VALUE_INIT;
 };
 
-/** The value of a row in a column that holds a flag or a number. */
+/** Returns the value of a row in a column that holds a flag or a number. */
 template <typename T>
 T value_of(GtkTreeModel* model, GtkTreeIter* row, int column) {
   std::conditional_t<std::is_same_v<T, bool>, gboolean, T> value{};
@@ -53,8 +53,9 @@ T value_of(GtkTreeModel* model, GtkTreeIter* row, int column) {
 }
 
 /**
- * The state of a table widget of type Widget, whose List of Items is shown by `store`: one row for
- * each item, in the same order, the check box in the first column of both. Each item knows its row.
+ * The state of a table widget of type Widget. `store` shows its List of Items: it has one row for
+ * each item, in the same order, and the check box is in the first column of store and view. Each
+ * item knows its row.
  */
 template <typename Widget, typename List, typename Item>
 struct CheckedRows {
@@ -63,14 +64,14 @@ struct CheckedRows {
   ObjectPtr<GtkTreeView> tree_view;
   ObjectPtr<List> items;
   ObjectPtr<GtkListStore> store;
-  /** Borrowed from the view while it stands; one row can be highlighted. */
+  /** Borrowed from the view until that is destroyed, then null. Only one row can be highlighted. */
   GtkTreeSelection* selection = nullptr;
-  /** 1 from the ticking of a check box to the highlight of its row, which comes next. */
+  /** 1 after a check box was clicked, until the highlight of its row follows. */
   int sel_toggled = 0;
 
   /**
-   * Declares "sig-selection-changed": the index of the item concerned, -1 when items were deleted
-   * or marked, and the number of items.
+   * Declares "sig-selection-changed", which passes the index of the item concerned, or -1 when
+   * items were deleted or marked, and the number of items.
    */
   static void add_signal(gpointer klass) {
     s_selection_changed =
@@ -82,7 +83,7 @@ struct CheckedRows {
     g_signal_emit(widget(), s_selection_changed, 0, index, items->length());
   }
 
-  /** Makes view, store and list; typing into the table looks through `search_column`. */
+  /** Creates view and store, and takes over the list; typing searches in `search_column`. */
   void make_view(List* new_list, std::vector<GType> column_types, int search_column) {
     tree_view = sink_object<GtkTreeView>(gtk_tree_view_new());
     items = take_object(new_list);
@@ -94,7 +95,7 @@ struct CheckedRows {
     gtk_tree_selection_set_mode(selection, GTK_SELECTION_SINGLE);
   }
 
-  /** Appends a column that sizes itself to its contents; `attribute` shows the store's `column`. */
+  /** Appends a column that fits its contents; `attribute` shows the store's `column`. */
   GtkTreeViewColumn* append_column(const char* title, GtkCellRenderer* renderer, ColumnWidth width,
                                    const char* attribute = nullptr, int column = -1) {
     GtkTreeViewColumn* const made = gtk_tree_view_column_new();
@@ -103,7 +104,7 @@ struct CheckedRows {
     if (attribute != nullptr) {
       gtk_tree_view_column_add_attribute(made, renderer, attribute, column);
     }
-    // In this order: the toolkit takes the user's hand from a column that is made to size itself.
+    // The order matters: setting this sizing makes a column that users cannot resize.
     gtk_tree_view_column_set_sizing(made, GTK_TREE_VIEW_COLUMN_AUTOSIZE);
     gtk_tree_view_column_set_resizable(made, width.resizable);
     gtk_tree_view_column_set_expand(made, width.expands);
@@ -111,7 +112,7 @@ struct CheckedRows {
     return made;
   }
 
-  /** Appends the column of the check boxes; `on_toggled` gets the path of the clicked row. */
+  /** Appends the column of the check boxes; `on_toggled` receives the path of the clicked row. */
   void append_check_column(const char* title, void (*on_toggled)(Widget*, const char*)) {
     append_column(title, new_toggle(on_toggled), {false, false}, "active", sel_column);
   }
@@ -128,12 +129,14 @@ struct CheckedRows {
   void attach_signals() {
     connect(selection, "changed", widget(),
             [this](GtkTreeSelection* /*selection*/) { on_tree_selection_changed(); });
-    // The view ends its selection when it is destroyed; the table may live on.
+    // The view destroys its selection when it is destroyed; the table may live longer.
     connect(tree_view.get(), "destroy", widget(),
             [this](GtkTreeView* /*view*/) { selection = nullptr; });
   }
 
-  /** Toggles the flag in a column of the row at a path such as "3"; tells its item and the flag. */
+  /**
+   * Toggles the flag in a column of the row at a path such as "3". Returns its item and the flag.
+   */
   std::pair<typename List::Place, bool> toggle(const char* path, int column) {
     auto* const model = GTK_TREE_MODEL(store.get());
     GtkTreeIter row{};
@@ -143,7 +146,7 @@ struct CheckedRows {
     return {find(row), on};
   }
 
-  /** The item of a row of the store. It stands in the list where the row stands in the store. */
+  /** Returns the item of a row of the store; both have the same index in list and store. */
   typename List::Place find(GtkTreeIter row) const {
     const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
         gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
@@ -181,7 +184,7 @@ struct CheckedRows {
     }
   }
 
-  /** The item of the highlighted row; none when no row is highlighted. */
+  /** Returns the item of the highlighted row, or an empty place when no row is highlighted. */
   typename List::Place highlighted() const {
     GtkTreeIter row{};
     const bool any =
@@ -190,8 +193,8 @@ struct CheckedRows {
   }
 
   /**
-   * Adds an item, unticked, as first or last to list and store, with a value for each column of its
-   * row. The list takes its own reference.
+   * Adds an item, unticked, at the front or at the end of list and store, with a value for each
+   * column of its row. The list takes its own reference.
    */
   template <std::size_t N>
   void insert(Item* item, bool first, std::array<Value, N> values) {
@@ -205,8 +208,8 @@ struct CheckedRows {
   }
 
   /**
-   * Has `old_item`, which stays in its row, take over what `new_item` says, and ticks both. The row
-   * is written in one go: the toolkit measures it at each writing.
+   * Copies the contents of `new_item` into `old_item`, which stays in its row, and ticks both. The
+   * row is written in one call, because the toolkit measures it at each write.
    */
   template <std::size_t N>
   void replace(Item* old_item, Item* new_item, std::array<Value, N> values,
@@ -220,15 +223,16 @@ struct CheckedRows {
   }
 
   /**
-   * Has each ticked item taken out of the ticked ones, first to last. When `take` fails, when it
-   * does not help, or when an item has no row, tells the user and leaves the rest.
+   * Calls `take` for each ticked item, first to last; it must untick the item or remove it. When
+   * `take` fails, when the item is still ticked, or when an item has no row, shows a message and
+   * leaves the rest.
    */
   void take_ticked(const std::function<bool(const typename List::Place& ticked)>& take) {
     ObjectPtr<Item> taken;
     guint from = 0;
     while (true) {
       auto ticked = items->first_selected(from);
-      // Whoever hears of the changes may have ticked an item in front.
+      // A handler of the signal may have ticked an item in front of this one.
       if (ticked.item == nullptr) ticked = items->first_selected();
       if (ticked.item == nullptr) return;
       from = static_cast<guint>(ticked.index);
@@ -242,7 +246,7 @@ struct CheckedRows {
     }
   }
 
-  /** Takes every ticked item out of list and store. */
+  /** Removes every ticked item from list and store. */
   void del_selected_items() {
     take_ticked([this](const typename List::Place& ticked) {
       GtkTreeIter row = *ticked.item->iter;
@@ -262,7 +266,7 @@ struct CheckedRows {
 
   Widget* widget() { return static_cast<Widget*>(this); }
 
-  /** Writes only what changes: the toolkit measures a row anew whenever it is written. */
+  /** Writes only a change, because the toolkit measures a row again whenever it is written. */
   void set_check_box(GtkTreeIter row, bool ticked) {
     if (value_of<bool>(GTK_TREE_MODEL(store.get()), &row, sel_column) == ticked) return;
     gtk_list_store_set(store.get(), &row, sel_column, gboolean{ticked}, -1);

@@ -19,7 +19,7 @@ void togle_btns(VhControlWidget* self, int page) {
   }
 }
 
-/** The buttons in the order of their types. */
+/** Returns the buttons in the order of their types. */
 std::array<gpointer, VH_CONTROL_WIDGET_BTN_TYPE_BTNULL> buttons_of(const VhControlWidget* self) {
   return {self->btn_link.get(), self->btn_route.get(), self->btn_shell.get(),
           self->btn_edt.get(),  self->btn_del.get(),   self->btn_add.get()};

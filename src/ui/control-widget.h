@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The row of buttons below the ribbon: three page buttons, one of which is pressed, and three
-// action buttons. It reports clicks; what they do is not its matter.
+// action buttons. It only reports clicks and does not act on them.
 #pragma once
 
 #include <array>
@@ -10,8 +10,8 @@
 #include "base/glib-ptr.h"
 
 /**
- * A button of the bar. The page buttons have the numbers of their pages. Registered as an
- * enumeration; nicks "link", "route", "shell", "edt", "del", "add" and "btnull".
+ * A button of the bar. The page buttons have the numbers of their pages. The type is registered as
+ * an enumeration with the nicks "link", "route", "shell", "edt", "del", "add" and "btnull".
  */
 enum VhControlWidgetBtnType : int {
   VH_CONTROL_WIDGET_BTN_TYPE_Link = 0,
@@ -36,7 +36,7 @@ struct ControlWidgetState {
   ObjectPtr<GtkButton> btn_add;
   ObjectPtr<GtkButton> btn_del;
   ObjectPtr<GtkButton> btn_edt;
-  /** 1 while the bar itself presses and releases page buttons, which the toolkit reports too. */
+  /** 1 while the bar itself presses and releases page buttons: the toolkit reports that too. */
   int in_toggle = 0;
   /** The page button that was reported last. */
   VhControlWidgetBtnType last_page_btn = VH_CONTROL_WIDGET_BTN_TYPE_BTNULL;
@@ -45,8 +45,9 @@ struct ControlWidgetState {
 }  // namespace varnholt
 
 /**
- * The bar. Its signal "sig-btn-clicked" hands over the VhControlWidgetBtnType of the button: for an
- * action button at each click, for a page button when another page was reported last.
+ * The bar. Its signal "sig-btn-clicked" passes the VhControlWidgetBtnType of the clicked button. It
+ * is emitted at each click of an action button, and at a click of a page button when another page
+ * was reported last.
  */
 struct VhControlWidget : GtkHBox, varnholt::ControlWidgetState {
   VhControlWidget() = delete;
@@ -56,6 +57,9 @@ struct VhControlWidgetClass : GtkHBoxClass {};
 
 GType vh_control_widget_get_type();
 
-/** A new bar, or one of a derived type, floating as new widgets are; its first page is pressed. */
+/**
+ * Creates a bar, or one of a derived type, with its first page button pressed; it is floating, like
+ * every new widget.
+ */
 VhControlWidget* vh_control_widget_new();
 VhControlWidget* vh_control_widget_construct(GType object_type);

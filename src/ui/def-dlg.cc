@@ -19,7 +19,7 @@ namespace {
 using varnholt::BakDefFields;
 using varnholt::sink_object;
 
-/** Below it the backup keeps what it copies. */
+/** The folder below which the backup keeps its copies. */
 constexpr std::string_view backup_folder = "/data_bak";
 
 bool is_ticked(const auto& box) {
@@ -45,7 +45,7 @@ std::string location_in(GtkEntry* entry) {
   return path;
 }
 
-/** What to tell the user about values that cannot be a definition; none when they can. */
+/** Returns a message about values that cannot be a definition, or null when they can. */
 const char* objection_to(const BakDefFields& values) {
   if (values.from.empty()) return "原文件(夹)不能为空";
   if (values.to.empty()) return "目标文件(夹)不能为空";
@@ -54,7 +54,7 @@ const char* objection_to(const BakDefFields& values) {
   return varnholt::objection_to_field(values.to);
 }
 
-/** Whether the user wants a definition to be the symbolic one that it is. */
+/** Asks the user to confirm a symbolic definition. Returns true for any other one. */
 bool is_meant(const BakDefFields& values) {
   if (!values.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
   using varnholt::shown_shortened;
@@ -71,14 +71,13 @@ bool is_acceptable(const BakDefFields& values) {
   return false;
 }
 
-/** Has the user choose a path instead of that in an entry; none when he does not. */
+/** Lets the user choose a path to replace the one in an entry. Returns null when none is chosen. */
 varnholt::TextPtr ask_for_path(const VhDefDlg* self, GtkEntry* entry) {
   const bool files = self->select_file_shown != 0 && is_ticked(self->select_file_cb);
   return varnholt::choose_path(location_in(entry), self->is_shell == 0 && !files);
 }
 
-/** Makes a row of the grid: a caption, the entry of a path, and the button that opens the chooser.
- */
+/** Creates a row of the grid: a caption, an entry for a path, and the button of the chooser. */
 void make_path_row(GtkTable* table, guint row, auto& caption, auto& entry, auto& btn) {
   caption = sink_object<GtkLabel>(gtk_label_new(nullptr));
   gtk_label_set_max_width_chars(caption.get(), 10);
@@ -114,7 +113,7 @@ void arrange_widgets(VhDefDlg* self) {
   gtk_box_pack_start(box, GTK_WIDGET(self->overwrite_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_end(box, GTK_WIDGET(self->select_file_cb.get()), FALSE, FALSE, 0);
   varnholt::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
-  // To a screen reader a box is a group of its own only with this role.
+  // A screen reader treats a box as a group of its own only when it has this role.
   atk_object_set_role(gtk_widget_get_accessible(GTK_WIDGET(box)), ATK_ROLE_PANEL);
   varnholt::name_by(box, self->action_label.get());
 
@@ -262,7 +261,7 @@ void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
     main_alter(objection, GTK_BUTTONS_CLOSE);
     path.reset();
   }
-  // The chooser stood over the main window and left the keyboard there.
+  // The chooser was over the main window and left the keyboard there.
   if (gtk_widget_get_visible(GTK_WIDGET(self)) != 0) gtk_window_present(GTK_WINDOW(self));
   if (!path) return;
   if (!source) {

@@ -15,18 +15,18 @@ struct DefDlgState {
   ObjectPtr<GtkLabel> to_label;
   ObjectPtr<GtkEntry> from_entry;
   ObjectPtr<GtkEntry> to_entry;
-  /** They open the file chooser for the entry beside them. */
+  /** These buttons open the file chooser for the entry beside them. */
   ObjectPtr<GtkButton> from_btn;
   ObjectPtr<GtkButton> to_btn;
   ObjectPtr<GtkLabel> action_label;
   ObjectPtr<GtkRadioButton> append_rb;
   ObjectPtr<GtkRadioButton> overwrite_rb;
   ObjectPtr<GtkHBox> action_box;
-  /** Ticked: the chooser picks files, not folders. */
+  /** When this is ticked, the chooser selects files, not folders. */
   ObjectPtr<GtkCheckButton> select_file_cb;
   /** 1 while the dialog offers select_file_cb. */
   int select_file_shown = 0;
-  /** Ticked: the definition is a symbolic link. */
+  /** When this is ticked, the definition is a symbolic link. */
   ObjectPtr<GtkCheckButton> jnt_cb;
   /** 1 when the dialog offers jnt_cb. */
   int jnt_enabled = 0;
@@ -36,7 +36,7 @@ struct DefDlgState {
 
 }  // namespace varnholt
 
-/** The dialog. It stays hidden until it is run, and on the screen until its caller hides it. */
+/** The dialog. It is hidden until it is run, and stays on the screen until its caller hides it. */
 struct VhDefDlg : GtkDialog, varnholt::DefDlgState {
   VhDefDlg() = delete;
 };
@@ -46,8 +46,8 @@ struct VhDefDlgClass : GtkDialogClass {};
 GType vh_def_dlg_get_type();
 
 /**
- * A new dialog, or one of a derived type, over `parent`. As all windows it belongs to the toolkit
- * until it is destroyed. `title` may be missing.
+ * Creates a dialog, or one of a derived type, over `parent`. Like every window it belongs to the
+ * toolkit until it is destroyed. `title` may be null.
  */
 VhDefDlg* vh_def_dlg_new(int is_shell, const char* title, GtkWindow* parent);
 VhDefDlg* vh_def_dlg_construct(GType object_type, int is_shell, const char* title,
@@ -55,14 +55,15 @@ VhDefDlg* vh_def_dlg_construct(GType object_type, int is_shell, const char* titl
 
 /**
  * Runs the dialog until the user confirms values that can be a definition, or leaves it in another
- * way. Returns the response, GTK_RESPONSE_ACCEPT when confirmed. With `is_edit` 1 a definition
- * cannot be made a symbolic one or an ordinary one.
+ * way. Returns the response, which is GTK_RESPONSE_ACCEPT when the user confirmed. When `is_edit`
+ * is 1, an ordinary definition cannot become a symbolic one, or the other way round.
  */
 int vh_def_dlg_run(VhDefDlg* self, int is_edit);
 
 /**
- * The two paths, new texts that the caller releases with g_free(), and the operation: one of
- * Update, OverWrite and Symbolic. What is not wanted may be missing.
+ * Stores the two paths as new texts, which the caller releases with g_free(), and the operation,
+ * which is Update, OverWrite or Symbolic. A pointer may be null when its value is not wanted. The
+ * second function sets the same values.
  */
 void vh_def_dlg_get_ndata(VhDefDlg* self, char** from, char** to, VhFileOperationType* op);
 void vh_def_dlg_set_ndata(VhDefDlg* self, const char* from_loc, const char* to_loc,
@@ -70,35 +71,38 @@ void vh_def_dlg_set_ndata(VhDefDlg* self, const char* from_loc, const char* to_l
 
 namespace varnholt {
 
-/** The same values as a definition that was never applied. */
+/** Returns the same values as a definition that was never applied. */
 BakDefFields values_of(VhDefDlg* self);
 
 }  // namespace varnholt
 
 /**
- * The path in an entry as a new text, without white space at both ends and without one "/" at the
- * end. A path that no entry can show comes back as it was set, unless the user changed it.
+ * Returns the path in an entry as a new text, without white space at both ends and without one "/"
+ * at the end. A path that no entry can show is returned as it was set, unless the user changed it.
+ * The last two functions set the paths.
  */
 char* vh_def_dlg_get_from_location(VhDefDlg* self);
 char* vh_def_dlg_get_to_location(VhDefDlg* self);
 void vh_def_dlg_set_from_location(VhDefDlg* self, const char* val);
 void vh_def_dlg_set_to_location(VhDefDlg* self, const char* val);
 
-/** The chosen operation. Setting it takes any flags; what is neither symbolic nor update counts as
- * overwrite. */
+/**
+ * Returns or sets the chosen operation. Any flags may be set; what is neither symbolic nor update
+ * counts as overwrite.
+ */
 VhFileOperationType vh_def_dlg_get_file_operation_type(VhDefDlg* self);
 void vh_def_dlg_set_file_operation_type(VhDefDlg* self, VhFileOperationType op);
 
-/** Empties both entries; boxes and buttons stay as they are. */
+/** Empties both entries; check boxes and buttons stay as they are. */
 void vh_def_dlg_clear_entries(VhDefDlg* self);
 
-/** Shows what a symbolic definition needs with `on` 1, else what an ordinary one needs. */
+/** Shows what a symbolic definition needs when `on` is 1, otherwise what an ordinary one needs. */
 void vh_def_dlg_update_ui(VhDefDlg* self, int on);
 
-/** What happens when `cb`, the box for symbolic links, was toggled. */
+/** Updates the dialog after `cb`, the check box for symbolic links, was toggled. */
 void vh_def_dlg_on_jnt_toggled(VhDefDlg* self, GtkToggleButton* cb);
 
-/** Has the user choose the path for the entry beside `btn`. */
+/** Lets the user choose the path for the entry beside `btn`. */
 void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn);
 
 /** Connects the handlers above. */

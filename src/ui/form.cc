@@ -17,13 +17,13 @@ constexpr auto* original_key = "varnholt-original";
 using UriList = std::unique_ptr<char*, FreeWith<g_strfreev>>;
 using TargetList = std::unique_ptr<GtkTargetList, FreeWith<gtk_target_list_unref>>;
 
-/** A text that an entry cannot show, and what it shows instead. */
+/** A text that an entry cannot show, and what the entry shows instead. */
 struct Original {
   std::string text;
   std::string seen;
 };
 
-/** The path of the first file that was dropped; none when it was no file. */
+/** Returns the path of the first file that was dropped, or null when it was not a file. */
 TextPtr dropped_path(GtkSelectionData* dropped) {
   const UriList uris{gtk_selection_data_get_uris(dropped)};
   if (!uris || *uris == nullptr) return {};
@@ -62,7 +62,7 @@ void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input) 
 void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkEntry* entry) {
   attach_row(grid, row, caption, GTK_WIDGET(entry));
   gtk_entry_set_activates_default(entry, TRUE);
-  // In characters: the toolkit's usual width in pixels is too little for large fonts.
+  // The width is in characters: the toolkit's usual width in pixels is too small for large fonts.
   gtk_entry_set_width_chars(entry, 18);
 }
 
@@ -85,7 +85,7 @@ std::string entry_text(GtkEntry* entry) {
 }
 
 void take_dropped_paths(GtkEntry* entry) {
-  // A file manager offers its files as a text too; the entry takes the first kind that both name.
+  // A file manager also offers its files as a text; the entry takes the first kind that both name.
   const TargetList kinds{gtk_target_list_new(nullptr, 0)};
   gtk_target_list_add_uri_targets(kinds.get(), 0);
   gtk_target_list_add_text_targets(kinds.get(), 0);
@@ -106,7 +106,7 @@ int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
   const auto empty = std::ranges::find_if(entries, &std::string::empty, value_of);
   auto* const start = empty == entries.end() ? entries.front() : *empty;
   gtk_widget_grab_focus(GTK_WIDGET(start));
-  // A message stands over the main window and leaves the keyboard there.
+  // A message is shown over the main window and leaves the keyboard there.
   gtk_window_present(GTK_WINDOW(dialog));
   return gtk_dialog_run(dialog);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the two dialogs for a definition share: their frame, a grid of captions and inputs, entries
-// that keep what they cannot show and take dropped files, and which entry has the keyboard first.
+// What the dialogs for definitions and routes share: their frame, a grid of captions and inputs,
+// entries that keep what they cannot show and accept dropped files, and the entry that has the
+// keyboard first.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -11,43 +12,45 @@
 
 namespace varnholt {
 
-/** Puts a dialog over its parent, and gives it the buttons to cancel and, by default, to accept. */
+/** Places a dialog over its parent, with a button to cancel and a default one to accept. */
 void frame_form(GtkDialog* dialog, const char* title, GtkWindow* parent);
 
-/** A new grid, floating. Captions and buttons keep their size, inputs take the spare width. */
+/** Creates a floating grid. Captions and buttons keep their size, inputs take the spare width. */
 GtkTable* new_grid(guint rows, guint columns);
 void attach_small(GtkTable* grid, GtkWidget* widget, guint column, guint row);
 
-/** Attaches a caption and the input it names, also to those who cannot see, as columns 0 and 1. */
+/**
+ * Attaches a caption and its input as columns 0 and 1. The caption also names the input for screen
+ * readers.
+ */
 void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkWidget* input);
 
-/** Attaches the same for an entry, in which Enter then stands for the default button. */
+/** Does the same for an entry, in which Enter then presses the default button. */
 void attach_row(GtkTable* grid, guint row, GtkLabel* caption, GtkEntry* entry);
 
 /** Writes a text into an entry, which shows it as well as it can. */
 void set_entry_text(GtkEntry* entry, std::string_view text);
 
 /**
- * The text of an entry without the white space at both ends: as it was written into it, byte for
- * byte, as long as the user has not changed what he sees.
+ * Returns the text of an entry without the white space at both ends: the text that was written into
+ * it, byte for byte, as long as the user has not changed what the entry shows.
  */
 std::string entry_text(GtkEntry* entry);
 
 /**
- * Has an entry take the path of a file or folder that is dropped on it, of several the first, in
- * place of its text. A dropped text goes into the text as ever.
+ * Makes an entry accept a dropped file or folder: its path replaces the text of the entry. When
+ * several are dropped, the first one counts. A dropped text is inserted as usual.
  */
 void take_dropped_paths(GtkEntry* entry);
 
 /**
- * Runs a dialog from the first entry on whose value is empty, or from the first of all; returns the
- * response.
+ * Runs a dialog and returns the response. The keyboard starts in the first entry whose value is
+ * empty, or in the first entry of all.
  */
 int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
              std::string (*value_of)(GtkEntry*));
 
-/** What to tell the user when a line of the profile would not give a text back; none when it would.
- */
+/** Returns a message when a field of the profile cannot keep a text, or null when it can. */
 const char* objection_to_field(std::string_view text);
 
 }  // namespace varnholt

@@ -17,7 +17,7 @@ bool is_folder(const std::string& path) {
   return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
 }
 
-/** Starts a chooser at what a path names, or at the nearest folder above that is there. */
+/** Starts a chooser at the path, or at the nearest folder above it that exists. */
 void point_at(GtkFileChooser* chooser, std::string path, bool folder) {
   if (!path.starts_with('/')) path = "/";
   if (!folder && !is_folder(path) && vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS)) {
@@ -29,7 +29,7 @@ void point_at(GtkFileChooser* chooser, std::string path, bool folder) {
 }
 
 WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folder) {
-  // The toolkit keeps a list of recent files there, and warns when it cannot.
+  // The toolkit keeps its list of recent files in this folder, and warns when it cannot.
   g_mkdir_with_parents(g_get_user_data_dir(), 0700);
   const auto parent = take_object(main_get_main_window());
   auto dialog = own_window<GtkDialog>(gtk_file_chooser_dialog_new(
@@ -40,7 +40,7 @@ WindowPtr<GtkDialog> new_chooser(const std::string& start, bool folder) {
   auto* const chooser = GTK_FILE_CHOOSER(dialog.get());
   gtk_file_chooser_set_local_only(chooser, TRUE);
   gtk_file_chooser_set_select_multiple(chooser, FALSE);
-  // Set before it comes up, the chooser would go back to what it was set to last time.
+  // If this were set earlier, the chooser would go back to the setting of the last time.
   connect(chooser, "map", chooser,
           [](GtkFileChooser* mapped) { gtk_file_chooser_set_show_hidden(mapped, TRUE); });
   point_at(chooser, start, folder);

@@ -9,9 +9,9 @@
 namespace varnholt {
 
 /**
- * Has the user choose a folder, or else a file, in a dialog over the main window that starts at the
- * path `start`. The chosen folder is the one that the dialog displays. Returns none when the user
- * chooses nothing.
+ * Lets the user choose a folder, or a file when `folder` is false, in a dialog over the main window
+ * that starts at the path `start`. The chosen folder is the one that the dialog displays. Returns
+ * null when the user chooses nothing.
  */
 TextPtr choose_path(const std::string& start, bool folder);
 

@@ -8,8 +8,8 @@
 namespace {
 
 /**
- * Adds an entry for a password, with a caption above it that also names the entry to those who
- * cannot see.
+ * Adds an entry for a password, with a caption above it that also names the entry for screen
+ * readers.
  */
 GtkEntry* add_password_entry(GtkDialog* dialog, const char* msg) {
   auto* const entry = GTK_ENTRY(gtk_entry_new());

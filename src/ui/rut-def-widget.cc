@@ -13,7 +13,7 @@ namespace {
 using varnholt::sink_object;
 using varnholt::Value;
 
-/** The columns behind the check box, in the order of the store's. */
+/** The columns after the check box, in the order of the store's columns. */
 constexpr struct {
   const char* title;
   varnholt::ColumnWidth width;
@@ -40,7 +40,7 @@ std::array<Value, 7> values_of(const VhRutDefItem* item, bool ticked) {
           Value{item->gw}, Value{item->jup},  Value{item->nic}};
 }
 
-/** Why `item` cannot join the routes, if `except` is not counted; empty when it can. */
+/** Returns why `item` cannot join the routes when `except` is ignored; empty when it can. */
 std::string objection_to(const VhRutDefWidget* self, const VhRutDefItem* item,
                          const VhRutDefItem* except) {
   const auto* const rival = self->items->first_rival_of(*item, except);

@@ -8,11 +8,11 @@
 #include "model/bak-model.h"
 #include "ui/checked-rows.h"
 
-/** The columns of store and view. Registered as an enumeration; nicks "sel" to "nic". */
+/** The columns of store and view, registered as an enumeration with the nicks "sel" to "nic". */
 enum VhRutDefWidgetCOL_IDX : int {
   /** Boolean: the item is ticked. */
   VH_RUT_DEF_WIDGET_COL_IDX_SEL = 0,
-  /** The route's texts, as they can be shown. */
+  /** The route's texts, in a form that can be shown. */
   VH_RUT_DEF_WIDGET_COL_IDX_NAME = 1,
   VH_RUT_DEF_WIDGET_COL_IDX_ADDR = 2,
   VH_RUT_DEF_WIDGET_COL_IDX_MASK = 3,
@@ -37,8 +37,8 @@ struct RutDefWidgetState : CheckedRows<VhRutDefWidget, VhRutDefItemList, VhRutDe
 }  // namespace varnholt
 
 /**
- * The page. Its signal "sig-selection-changed" hands over the index of the route that was added,
- * edited, ticked or highlighted, -1 after a deletion, and the number of routes.
+ * The page. Its signal "sig-selection-changed" passes the index of the route that was added,
+ * edited, ticked or highlighted, or -1 after a deletion, and the number of routes.
  */
 struct VhRutDefWidget : GtkVBox, varnholt::RutDefWidgetState {
   VhRutDefWidget() = delete;
@@ -48,36 +48,39 @@ struct VhRutDefWidgetClass : GtkVBoxClass {};
 
 GType vh_rut_def_widget_get_type();
 
-/** A new page without routes, or one of a derived type, floating as new widgets are. */
+/** Creates an empty page, or one of a derived type; it is floating, like every new widget. */
 VhRutDefWidget* vh_rut_def_widget_new();
 VhRutDefWidget* vh_rut_def_widget_construct(GType object_type);
 
-/** A new reference to the page's own list, not a copy. */
+/** Returns a new reference to the page's own list, not a copy. */
 VhRutDefItemList* vh_rut_def_widget_get_items(VhRutDefWidget* self);
 
-/** How many routes are ticked. */
+/** Returns how many routes are ticked. */
 guint vh_rut_def_widget_get_total_selections(VhRutDefWidget* self);
 
-/** The route of the highlighted row as a new reference; none when no row is highlighted. */
+/** Returns the route of the highlighted row as a new reference, or null when there is none. */
 VhRutDefItem* vh_rut_def_widget_get_select_item(VhRutDefWidget* self);
 
 /**
- * Adds a route at the end; the list takes its own reference. False, with nothing changed, when
+ * Adds a route at the end; the list takes its own reference. Returns false and changes nothing when
  * vh_rut_def_widget_vaild_item() refuses it.
  */
 bool vh_rut_def_widget_add_item(VhRutDefWidget* self, VhRutDefItem* item);
 
 /**
- * Has `old_item`, which the page holds, take over what `new_item` says and stay in its row. False,
- * with nothing changed, when `new_item` repeats another route.
+ * Copies the contents of `new_item` into `old_item`, which the page holds and which stays in its
+ * row. Returns false and changes nothing when `new_item` repeats another route.
  */
 bool vh_rut_def_widget_edit_item(VhRutDefWidget* self, VhRutDefItem* new_item,
                                  VhRutDefItem* old_item);
 
-/** Removes every ticked route. Tells the user when that fails, and leaves the rest. */
+/** Removes every ticked route. When that fails, it shows a message and leaves the rest. */
 void vh_rut_def_widget_del_selected_items(VhRutDefWidget* self);
 
-/** Whether the default route is to be deleted: check box and list together. */
+/**
+ * Sets or returns whether to delete the default route. Setting it changes check box and list
+ * together.
+ */
 void vh_rut_def_widget_set_del_def_cb_active(VhRutDefWidget* self, bool active);
 bool vh_rut_def_widget_get_del_def_cb_active(VhRutDefWidget* self);
 
@@ -85,8 +88,8 @@ bool vh_rut_def_widget_get_del_def_cb_active(VhRutDefWidget* self);
 void vh_rut_def_widget_clear_selection(VhRutDefWidget* self);
 
 /**
- * Whether no route but `except`, which may be missing, has the name of `item`, or its address, mask
- * and gateway. Tells the user of the first that has.
+ * Returns whether no route other than `except`, which may be null, has the name of `item`, or its
+ * address, mask and gateway. Shows a message about the first route that has them.
  */
 bool vh_rut_def_widget_vaild_item(VhRutDefWidget* self, VhRutDefItem* item, VhRutDefItem* except);
 

@@ -18,13 +18,13 @@ namespace {
 
 using varnholt::sink_object;
 
-/** The entries from top to bottom. */
+/** Returns the entries from top to bottom. */
 std::array<GtkEntry*, 5> entries_of(VhRutDlg* self) {
   return {self->name_entry.get(), self->addr_entry.get(), self->mask_entry.get(),
           self->gw_entry.get(), self->jup_entry.get()};
 }
 
-/** What to tell the user about values that cannot be a route; none when they can. */
+/** Returns a message about values that cannot be a route, or null when they can. */
 const char* objection_to(const varnholt::RutDefFields& values) {
   if (values.name.empty()) return "名称不能为空";
   if (values.addr.empty()) return "网段地址不能为空";
@@ -36,7 +36,7 @@ const char* objection_to(const varnholt::RutDefFields& values) {
   return nullptr;
 }
 
-/** The interface that a line of /proc/net/dev is about; none for the headings of its columns. */
+/** Returns the interface in a line of /proc/net/dev, or nullopt for the heading lines. */
 std::optional<std::string> interface_of(std::string_view line) {
   const auto text = varnholt::trimmed(line);
   const auto colon = text.find(':');
@@ -73,7 +73,7 @@ void fill(VhRutDlg* self) {
 
 void offer_interfaces(VhRutDlg* self) {
   vh_rut_dlg_get_nics(&self->nics);
-  self->nics.insert(self->nics.begin(), "");
+  self->nics.emplace(self->nics.begin());
   for (const auto& nic : self->nics) {
     gtk_combo_box_text_append_text(GTK_COMBO_BOX_TEXT(self->nic_combo.get()),
                                    varnholt::shown(nic).c_str());
@@ -163,10 +163,9 @@ bool vh_rut_dlg_get_nics(std::vector<std::string>* nics) {
   nics->clear();
   const auto devices = varnholt::read_file("/proc/net/dev");
   if (devices.error) {
-    // The number is part of the message, which other programs know.
-    constexpr int told_line = 590;
     if (!varnholt::is_file_error(*devices.error)) {
-      varnholt::log_uncaught(*devices.error, "rut-dlg", told_line);
+      // The number is part of a message that other programs know.
+      varnholt::log_uncaught(*devices.error, "rut-dlg", 590);
     }
     return false;
   }

@@ -26,13 +26,13 @@ struct RutDlgState {
   ObjectPtr<GtkEntry> gw_entry;
   ObjectPtr<GtkEntry> jup_entry;
   ObjectPtr<GtkComboBox> nic_combo;
-  /** What nic_combo offers, row by row; the first, empty one stands for no interface. */
+  /** What nic_combo offers, row by row. The first row is empty and stands for no interface. */
   std::vector<std::string> nics;
 };
 
 }  // namespace varnholt
 
-/** The dialog. It stays hidden until it is run, and on the screen until its caller hides it. */
+/** The dialog. It is hidden until it is run, and stays on the screen until its caller hides it. */
 struct VhRutDlg : GtkDialog, varnholt::RutDlgState {
   VhRutDlg() = delete;
 };
@@ -42,29 +42,32 @@ struct VhRutDlgClass : GtkDialogClass {};
 GType vh_rut_dlg_get_type();
 
 /**
- * A new dialog, or one of a derived type, over `parent`. As all windows it belongs to the toolkit
- * until it is destroyed. `title` may be missing. It offers the network interfaces of this moment.
+ * Creates a dialog, or one of a derived type, over `parent`. Like every window it belongs to the
+ * toolkit until it is destroyed. `title` may be null. It offers the network interfaces that exist
+ * now.
  */
 VhRutDlg* vh_rut_dlg_new(const char* title, GtkWindow* parent);
 VhRutDlg* vh_rut_dlg_construct(GType object_type, const char* title, GtkWindow* parent);
 
 /**
  * Runs the dialog until the user confirms values that can be a route, or leaves it in another way.
- * Returns the response, GTK_RESPONSE_ACCEPT when confirmed. The form of addresses is not checked.
+ * Returns the response, which is GTK_RESPONSE_ACCEPT when the user confirmed. The form of addresses
+ * is not checked.
  */
 int vh_rut_dlg_run(VhRutDlg* self);
 
 /**
- * The values as new texts that the caller releases with g_free(), without white space at both ends:
- * name, address, mask, gateway, hop count, interface. What is not wanted may be missing. A text
- * that no entry can show comes back as it was set, unless the user changed it.
+ * Stores the values as new texts, which the caller releases with g_free(), without white space at
+ * both ends: name, address, mask, gateway, hop count and interface. A pointer may be null when its
+ * value is not wanted. A text that no entry can show is returned as it was set, unless the user
+ * changed it.
  */
 void vh_rut_dlg_get_ndata(VhRutDlg* self, char** name, char** addr, char** mask, char** gawy,
                           char** jump, char** nic);
 
 namespace varnholt {
 
-/** The same values as a route. */
+/** Returns the same values as a route. */
 RutDefFields values_of(VhRutDlg* self);
 
 }  // namespace varnholt
@@ -77,8 +80,8 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
 void vh_rut_dlg_clear_entries(VhRutDlg* self);
 
 /**
- * The network interfaces of the machine in the order of /proc/net/dev (see proc(5)), without those
- * whose names begin with "lo", such as the loopback one. False, with an empty list, when they
- * cannot be read.
+ * Stores in `nics` the network interfaces of the machine in the order of /proc/net/dev (see
+ * proc(5)), without those whose names begin with "lo", such as the loopback one. Returns false,
+ * with an empty list, when they cannot be read.
  */
 bool vh_rut_dlg_get_nics(std::vector<std::string>* nics);

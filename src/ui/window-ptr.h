@@ -8,7 +8,7 @@
 
 namespace varnholt {
 
-/** Takes a window from the screen for good, unless the user has done so, and gives it back. */
+/** Destroys a window, unless that has happened already, and releases the reference to it. */
 struct DestroyWindow {
   template <typename Window>
   void operator()(Window* owned) const noexcept {
@@ -20,7 +20,7 @@ struct DestroyWindow {
 template <typename Window>
 using WindowPtr = std::unique_ptr<Window, DestroyWindow>;
 
-/** Owns a new window as what it is. */
+/** Takes a reference to a new window and returns it with its own type. */
 template <typename Window>
 WindowPtr<Window> own_window(gpointer window) noexcept {
   return WindowPtr<Window>{static_cast<Window*>(g_object_ref(window))};
