@@ -4,8 +4,6 @@
 
 #include <unistd.h>
 
-#include <utility>
-
 namespace varnholt {
 
 /** Owns a file descriptor and closes it; -1 means that there is none. */
@@ -14,14 +12,12 @@ class Descriptor {
   explicit Descriptor(int number) noexcept : m_number(number) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() { reset(); }
+  ~Descriptor() {
+    if (m_number >= 0) close(m_number);
+  }
 
   explicit operator bool() const noexcept { return m_number >= 0; }
   int number() const noexcept { return m_number; }
-
-  void reset() noexcept {
-    if (const int number = std::exchange(m_number, -1); number >= 0) close(number);
-  }
 
  private:
   int m_number;

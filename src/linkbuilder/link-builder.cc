@@ -6,6 +6,7 @@
 #include <glib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "base/descriptor.h"
@@ -72,6 +73,10 @@ varnholt::Lines varnholt::apply_definitions(
 }
 
 std::string varnholt::without_lines(std::string_view profile, const Lines& lines) {
+  if (lines.empty()) {
+    // This is the usual run, in which only empty lines at the beginning vanish.
+    return std::string{profile.substr(std::min(profile.find_first_not_of('\n'), profile.size()))};
+  }
   return kept_lines(profile, [&lines](std::string_view line) { return !lines.contains(line); });
 }
 

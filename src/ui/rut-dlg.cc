@@ -72,8 +72,10 @@ void fill(VhRutDlg* self) {
 }
 
 void offer_interfaces(VhRutDlg* self) {
-  vh_rut_dlg_get_nics(&self->nics);
-  self->nics.emplace(self->nics.begin());
+  std::vector<std::string> found;
+  vh_rut_dlg_get_nics(&found);
+  self->nics = {""};
+  self->nics.insert(self->nics.end(), found.begin(), found.end());
   for (const auto& nic : self->nics) {
     gtk_combo_box_text_append_text(GTK_COMBO_BOX_TEXT(self->nic_combo.get()),
                                    varnholt::shown(nic).c_str());
