@@ -6,7 +6,6 @@
 
 #include "base/glib-ptr.h"
 #include "base/object-type.h"
-#include "model/rut-def-list.h"
 
 namespace {
 
@@ -51,7 +50,7 @@ void vh_rut_def_item_fill_by_other(VhRutDefItem* self, VhRutDefItem* item) {
   g_return_if_fail(item != NULL);
   self->is_selected = item->is_selected;
   static_cast<varnholt::RutDefFields&>(*self) = static_cast<const varnholt::RutDefFields&>(*item);
-  for (auto* list : self->lists) list->forget_texts();
+  for (auto* indexed : self->indexed) *indexed = 0;
 }
 
 void vh_rut_def_item_set_is_selected(VhRutDefItem* self, bool is_selected) {

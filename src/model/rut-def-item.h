@@ -12,11 +12,9 @@
 
 namespace varnholt {
 
-class RutDefListState;
-
 struct RutDefState : TableRow, RutDefFields {
-  /** The lists that hold the route. They index its texts and must be notified when these change. */
-  std::vector<RutDefListState*> lists;
+  /** How many routes each list that holds this one has indexed; 0 makes it index them anew. */
+  std::vector<guint*> indexed;
 };
 
 }  // namespace varnholt

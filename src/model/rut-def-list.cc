@@ -27,27 +27,23 @@ RutDefListState::~RutDefListState() {
 
 void RutDefListState::insert(VhRutDefItem* item, bool first) {
   RowList::insert(item, first);
-  item->lists.push_back(this);
-  if (first) forget_texts();
+  item->indexed.push_back(&m_indexed);
+  if (first) m_indexed = 0;
 }
 
 void RutDefListState::remove(const Place& place) {
   leave(*place.item);
-  forget_texts();
+  m_indexed = 0;
   RowList::remove(place);
 }
 
 void RutDefListState::leave(VhRutDefItem& item) {
-  item.lists.erase(std::ranges::find(item.lists, this));
-}
-
-void RutDefListState::forget_texts() {
-  m_index.clear();
-  m_indexed = 0;
+  item.indexed.erase(std::ranges::find(item.indexed, &m_indexed));
 }
 
 const VhRutDefItem* RutDefListState::first_rival_of(const RutDefFields& route,
                                                     const VhRutDefItem* except) {
+  if (m_indexed == 0) m_index.clear();
   for (; m_indexed < length(); ++m_indexed) {
     for (const auto hash : hashes_of(*nth(m_indexed).item)) m_index.emplace(hash, m_indexed);
   }

@@ -26,9 +26,6 @@ class RutDefListState : public RowList<VhRutDefItem> {
   /** Returns the first route other than `except` that is a rival of `route`, or null. */
   const VhRutDefItem* first_rival_of(const RutDefFields& route, const VhRutDefItem* except);
 
-  /** Drops the index. Must be called when the texts or the places of routes have changed. */
-  void forget_texts();
-
   bool del_def_rut = true;
 
  private:
@@ -36,6 +33,7 @@ class RutDefListState : public RowList<VhRutDefItem> {
 
   /** The places of the first m_indexed routes, by hashes of what no two routes may share. */
   std::unordered_multimap<std::size_t, guint> m_index;
+  /** A route whose texts change sets it to 0, and so does a change of the places. */
   guint m_indexed = 0;
 };
 
