@@ -75,6 +75,11 @@ class Lines : public testing::Test {
     script.commands["row"] = [](const std::string& number) {
       const GtkTreeIter row{std::stoi(number), GINT_TO_POINTER(2), GINT_TO_POINTER(3), nullptr};
       vh_print_iter(&row);
+      const GtkTreeIter other{row.stamp, row.user_data, nullptr, nullptr};
+      EXPECT_TRUE(vh_cmp_iter(&row, &row) && !vh_cmp_iter(&row, &other));
+    };
+    script.commands["word"] = [&script](const std::string& path) {
+      script.say(varnholt::command_word(path));
     };
     script.commands["run"] = [](const std::string& command) {
       varnholt::run_command("cd \"" + varnholt::scratch_folder() + "\"; " + command);

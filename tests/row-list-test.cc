@@ -18,18 +18,35 @@ static GtkTreeIter row_of(int number, int left_over = 0) {
 struct Definitions {
   static auto new_list() { return take_object(vh_bak_def_item_list_new()); }
   static auto new_item(int /*seed*/) { return take_object(vh_bak_def_item_new("/a", "/b", 0, 0)); }
-  static void change(VhBakDefItem* item, int /*seed*/) { item->is_selected = !item->is_selected; }
+  static void insert(VhBakDefItemList* list, VhBakDefItem* item, bool first) {
+    (first ? vh_bak_def_item_list_prepend_val : vh_bak_def_item_list_append_val)(list, item);
+  }
+  static void change(VhBakDefItem* item, int /*seed*/) {
+    vh_bak_def_item_set_is_selected(item, !vh_bak_def_item_get_is_selected(item));
+  }
   static void check(VhBakDefItemList* /*list*/, const auto& /*naive*/, int /*seed*/) {}
+  static constexpr auto* length = vh_bak_def_item_list_length;
+  static constexpr auto* nth = vh_bak_def_item_list_nth_data;
+  static constexpr auto* find = vh_bak_def_item_list_find_in_iter;
+  static constexpr auto* find_index = vh_bak_def_item_list_find_in_iter_idx;
+  static constexpr auto* remove = vh_bak_def_item_list_remove_in_iter;
+  static constexpr auto* ticked = vh_bak_def_item_list_total_selected_number;
+  static constexpr auto* first_ticked = vh_bak_def_item_list_get_first_selected_item;
 };
 
 struct Routes {
   static auto new_list() { return take_object(vh_rut_def_item_list_new()); }
   static auto new_item(int seed) {
     const auto text = [seed](int part) { return std::to_string(seed / part % 3); };
-    return take_object(varnholt::new_rut_def_item({{text(1), text(3), text(9), text(27), "", ""}}));
+    return take_object(vh_rut_def_item_new(text(1).c_str(), text(3).c_str(), text(9).c_str(),
+                                           text(27).c_str(), "", ""));
+  }
+  static void insert(VhRutDefItemList* list, VhRutDefItem* item, bool first) {
+    first ? list->insert(item, true) : vh_rut_def_item_list_append_val(list, item);
   }
   static void change(VhRutDefItem* item, int seed) {
     vh_rut_def_item_fill_by_other(item, new_item(seed).get());
+    vh_rut_def_item_set_is_selected(item, seed % 2 == 0);
   }
   static void check(VhRutDefItemList* list, const auto& naive, int seed) {
     const auto route = new_item(seed);
@@ -43,6 +60,13 @@ struct Routes {
     });
     ASSERT_EQ(list->first_rival_of(*route, except), rival == naive.end() ? nullptr : rival->get());
   }
+  static constexpr auto* length = vh_rut_def_item_list_length;
+  static constexpr auto* nth = vh_rut_def_item_list_nth_data;
+  static constexpr auto* find = vh_rut_def_item_list_find_in_iter;
+  static constexpr auto* find_index = vh_rut_def_item_list_find_in_iter_idx;
+  static constexpr auto* remove = vh_rut_def_item_list_remove_in_iter;
+  static constexpr auto* ticked = vh_rut_def_item_list_total_selected_number;
+  static constexpr auto* first_ticked = vh_rut_def_item_list_get_first_selected_item;
 };
 
 template <typename Kind>
@@ -54,7 +78,6 @@ class RowList : public testing::Test {
     return at == naive.end() ? std::pair{decltype(at->get()){}, -1}
                              : std::pair{at->get(), static_cast<int>(at - naive.begin())};
   }
-  static auto place_of(const auto& told) { return std::pair{told.item, told.index}; }
 
   auto at_row(int number) {
     return std::ranges::find_if(naive, [number](const auto& item) {
@@ -62,7 +85,7 @@ class RowList : public testing::Test {
     });
   }
 
-  /** Adds a new or a known item, sets a row late or twice, changes texts, or removes an item. */
+  /** New items, known ones once more, rows that come late or twice, changes, and removals. */
   void step() {
     const int how = roll(naive.empty() ? 2 : 7);
     auto item = Kind::new_item(roll(81));
@@ -71,27 +94,32 @@ class RowList : public testing::Test {
     if (how == 4) Kind::change(item.get(), roll(81));
     if (how < 3) {
       const bool first = roll(2) == 0;
-      list->insert(item.get(), first);
+      Kind::insert(list.get(), item.get(), first);
       naive.insert(first ? naive.begin() : naive.end(), std::move(item));
-    } else if (const auto gone = at_row(roll(8)); how > 4 && gone != naive.end()) {
-      list->remove(list->nth(static_cast<guint>(gone - naive.begin())));
-      naive.erase(gone);
+    } else if (how > 4) {
+      const int number = roll(8);
+      const auto row = row_of(number);
+      const auto gone = at_row(number);
+      ASSERT_EQ(Kind::remove(list.get(), &row), gone != naive.end());
+      if (gone != naive.end()) naive.erase(gone);
     }
   }
 
   void check() {
     const auto is_ticked = [](const auto& each) { return each->is_selected; };
-    ASSERT_EQ(list->length(), naive.size());
-    ASSERT_EQ(list->selected_number(), std::ranges::count_if(naive, is_ticked));
+    ASSERT_EQ(Kind::length(list.get()), naive.size());
+    ASSERT_EQ(Kind::ticked(list.get()), std::ranges::count_if(naive, is_ticked));
     for (guint at = 0; at <= naive.size(); ++at) {
-      const auto here = naive.begin() + at;
-      ASSERT_EQ(place_of(list->nth(at)), place(here));
-      ASSERT_EQ(place_of(list->first_selected(at)),
-                place(std::find_if(here, naive.end(), is_ticked)));
+      ASSERT_EQ(take_object(Kind::nth(list.get(), at)).get(), place(naive.begin() + at).first);
     }
-    for (int row = 0; row < 8; ++row) {
-      const auto right = place(at_row(row));
-      ASSERT_EQ(place_of(list->find(row_of(row, 5), roll(2) == 0 ? right.second : -1)), right);
+    int index = 0;
+    const auto ticked = take_object(Kind::first_ticked(list.get(), &index));
+    ASSERT_EQ(std::pair(ticked.get(), index), place(std::ranges::find_if(naive, is_ticked)));
+    for (int number = 0; number < 8; ++number) {
+      const auto row = row_of(number, 5);
+      const auto found = take_object(Kind::find(list.get(), &row, &index));
+      ASSERT_EQ(std::pair(found.get(), index), place(at_row(number)));
+      ASSERT_EQ(Kind::find_index(list.get(), &row), index);
     }
     Kind::check(list.get(), naive, roll(81));
   }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <deque>
 #include <iterator>
+#include <utility>
 
 #include <gtk/gtk.h>
 
@@ -58,7 +59,11 @@ class RowList {
   }
 
   /** Removes the item at a place from the list. */
-  void remove(const Place& place) { m_items.erase(m_items.begin() + place.index); }
+  void remove(const Place& place) {
+    // The item may end here, and its end may look at the list.
+    const auto removed = std::move(m_items[static_cast<std::size_t>(place.index)]);
+    m_items.erase(m_items.begin() + place.index);
+  }
 
   guint selected_number() const {
     return static_cast<guint>(std::ranges::count_if(m_items, is_selected));

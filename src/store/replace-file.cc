@@ -3,6 +3,7 @@
 #include "store/replace-file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +23,12 @@ ErrorPtr system_error(const char* path) {
       g_error_new(G_FILE_ERROR, g_file_error_from_errno(code), "%s: %s", path, g_strerror(code))};
 }
 
+/** Returns whether a file can be read and holds this text. */
+bool holds(const char* path, std::string_view text) {
+  const auto file = read_file(path);
+  return !file.error && file.text() == text;
+}
+
 /** A temporary file beside another one, for as long as this object lives. */
 class Neighbour {
  public:
@@ -34,6 +41,8 @@ class Neighbour {
   }
 
   const char* path() const { return m_path.c_str(); }
+  /** Leaves the file there in the end. */
+  void keep() { m_path.clear(); }
 
   ErrorPtr write(const std::string& text, mode_t mode) const {
     // GLib keeps the mode of an existing file, and the umask does not change it.
@@ -44,14 +53,9 @@ class Neighbour {
     return error;
   }
 
-  /** Exchanges the two files; where a file system cannot do that, the other file is replaced. */
   ErrorPtr exchange_with(const char* other) const {
-    const bool done = renameat2(AT_FDCWD, path(), AT_FDCWD, other, RENAME_EXCHANGE) == 0 ||
-                      (errno == EINVAL && rename(path(), other) == 0);
-    if (!done) return system_error(other);
-    const TextPtr folder = take_text(g_path_get_dirname(other));
-    if (const Descriptor opened{open(folder.get(), O_RDONLY | O_CLOEXEC)}) fsync(opened.number());
-    return {};
+    const int result = renameat2(AT_FDCWD, path(), AT_FDCWD, other, RENAME_EXCHANGE);
+    return result == 0 ? ErrorPtr{} : system_error(path());
   }
 
  private:
@@ -63,20 +67,33 @@ class Neighbour {
 
 ErrorPtr replace_file(const char* path, mode_t mode,
                       const std::function<std::string(std::string_view)>& rewritten) {
+  const TextPtr name = take_text(g_path_get_dirname(path));
+  const Descriptor folder{open(name.get(), O_RDONLY | O_CLOEXEC)};
+  // Two programs that replace the file wait for each other here.
+  flock(folder.number(), LOCK_EX);
   while (true) {
     auto found = read_file(path);
     if (found.error) return std::move(found.error);
     const std::string next = rewritten(found.text());
-    const Neighbour neighbour{path};
+    Neighbour neighbour{path};
     if (auto error = neighbour.write(next, mode)) return error;
-    if (auto error = neighbour.exchange_with(path)) return error;
-    const auto displaced = read_file(neighbour.path());
-    const bool none = displaced.error && displaced.error->code == G_FILE_ERROR_NOENT;
-    if (none || (!displaced.error && displaced.text() == found.text())) return {};
-    // Somebody has moved another text there, which goes back before it is rewritten in its turn. A
-    // still newer one that this displaces goes back too.
-    if (auto error = neighbour.exchange_with(path)) return error;
-    if (read_file(neighbour.path()).text() != next) neighbour.exchange_with(path);
+    // Writing takes its time, and somebody may have moved another text there.
+    if (!holds(path, found.text())) continue;
+    if (auto error = neighbour.exchange_with(path)) {
+      // Some file systems cannot exchange two files.
+      if (error->code != G_FILE_ERROR_INVAL || rename(neighbour.path(), path) != 0) return error;
+    } else if (!holds(neighbour.path(), found.text())) {
+      // Somebody was quicker. That text goes back before it is rewritten in its turn.
+      if (auto failed = neighbour.exchange_with(path)) {
+        neighbour.keep();
+        return failed;
+      }
+      // A still newer text that this has displaced goes back too.
+      if (!holds(neighbour.path(), next)) neighbour.exchange_with(path);
+      continue;
+    }
+    fsync(folder.number());
+    return {};
   }
 }
 

@@ -150,7 +150,8 @@ struct CheckedRows {
   typename List::Place find(GtkTreeIter row) const {
     const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
         gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
-    return items->find(row, *gtk_tree_path_get_indices(path.get()));
+    // Only a row of another store has no path.
+    return items->find(row, path ? *gtk_tree_path_get_indices(path.get()) : -1);
   }
 
   void on_sel_toggled(const char* path) {
@@ -268,7 +269,8 @@ struct CheckedRows {
 
   /** Writes only a change, because the toolkit measures a row again whenever it is written. */
   void set_check_box(GtkTreeIter row, bool ticked) {
-    if (value_of<bool>(GTK_TREE_MODEL(store.get()), &row, sel_column) == ticked) return;
+    const bool own = row.stamp == store->stamp;
+    if (!own || value_of<bool>(GTK_TREE_MODEL(store.get()), &row, sel_column) == ticked) return;
     gtk_list_store_set(store.get(), &row, sel_column, gboolean{ticked}, -1);
   }
 

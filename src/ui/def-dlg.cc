@@ -54,21 +54,17 @@ const char* objection_to(const BakDefFields& values) {
   return varnholt::objection_to_field(values.to);
 }
 
-/** Asks the user to confirm a symbolic definition. Returns true for any other one. */
-bool is_meant(const BakDefFields& values) {
+/** Returns whether the dialog may end with these values. Otherwise it has told the user why not. */
+bool is_acceptable(const BakDefFields& values) {
+  if (const char* const objection = objection_to(values)) {
+    main_alter(objection, GTK_BUTTONS_CLOSE);
+    return false;
+  }
   if (!values.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
-  using varnholt::shown_shortened;
-  const auto question = "是否添加软连接" + shown_shortened(values.from) + " (链接到" +
-                        shown_shortened(values.to) + ")";
+  const auto question = "是否添加软连接" + varnholt::shown_shortened(values.from) + " (链接到" +
+                        varnholt::shown_shortened(values.to) + ")";
   return varnholt::show_message(GTK_MESSAGE_INFO, question.c_str(), GTK_BUTTONS_YES_NO) ==
          GTK_RESPONSE_YES;
-}
-
-bool is_acceptable(const BakDefFields& values) {
-  const char* const objection = objection_to(values);
-  if (objection == nullptr) return is_meant(values);
-  main_alter(objection, GTK_BUTTONS_CLOSE);
-  return false;
 }
 
 /** Lets the user choose a path to replace the one in an entry. Returns null when none is chosen. */

@@ -49,12 +49,6 @@ std::string objection_to(const VhRutDefWidget* self, const VhRutDefItem* item,
   return "路由主要内容和已有路由[" + varnholt::shown_shortened(rival->name) + "]相同";
 }
 
-void attach_signals(VhRutDefWidget* self) {
-  self->attach_signals();
-  varnholt::connect(self->del_rut_cb.get(), "toggled", self,
-                    [self](GtkToggleButton* /*button*/) { on_del_rut_cb_toggled(self); });
-}
-
 }  // namespace
 
 GType vh_rut_def_widget_col_idx_get_type() {
@@ -105,7 +99,9 @@ VhRutDefWidget* vh_rut_def_widget_construct(GType object_type) {
                                  GTK_POLICY_ALWAYS);
   gtk_container_add(GTK_CONTAINER(self->scrolled_window.get()), GTK_WIDGET(self->tree_view.get()));
   gtk_box_pack_start(box, GTK_WIDGET(self->scrolled_window.get()), TRUE, TRUE, 0);
-  attach_signals(self);
+  self->attach_signals();
+  varnholt::connect(self->del_rut_cb.get(), "toggled", self,
+                    [self](GtkToggleButton* /*button*/) { on_del_rut_cb_toggled(self); });
   return self;
 }
 

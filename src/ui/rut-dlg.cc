@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string_view>
 
 #include "base/diagnostics.h"
@@ -34,14 +33,6 @@ const char* objection_to(const varnholt::RutDefFields& values) {
     if (const auto* objection = varnholt::objection_to_field(values.*text)) return objection;
   }
   return nullptr;
-}
-
-/** Returns the interface in a line of /proc/net/dev, or nullopt for the heading lines. */
-std::optional<std::string> interface_of(std::string_view line) {
-  const auto text = varnholt::trimmed(line);
-  const auto colon = text.find(':');
-  if (colon == std::string_view::npos) return std::nullopt;
-  return std::string{text.substr(0, colon)};
 }
 
 /** The rows of the grid that have an entry, from top to bottom. */
@@ -172,8 +163,11 @@ bool vh_rut_dlg_get_nics(std::vector<std::string>* nics) {
     return false;
   }
   for (const auto line : varnholt::split(devices.text(), '\n')) {
-    const auto name = interface_of(line);
-    if (name && !name->starts_with("lo")) nics->push_back(*name);
+    const auto text = varnholt::trimmed(line);
+    // Only the headings of the columns have no colon.
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos || text.starts_with("lo")) continue;
+    nics->emplace_back(text.substr(0, colon));
   }
   return true;
 }
