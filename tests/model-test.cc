@@ -63,6 +63,7 @@ class Lines : public testing::Test {
       strptime(local_time.c_str(), "%F %T", &broken_down);
       const auto item = take_object(vh_bak_def_item_new("/a", "/b", 1, 0));
       vh_bak_def_item_set_last_oper_time_dt(item.get(), &broken_down);
+      EXPECT_EQ(vh_bak_def_item_get_last_oper_time_int64(item.get()), item->last_oper_time);
       script.say(owned(vh_bak_def_item_lnk_to_string(item.get())));
     };
     script.commands["fill"] = [&script](const std::string& from) {
