@@ -54,6 +54,7 @@ const std::string& scratch_folder() {
 namespace paths {
 
 const char* const profile = in_scratch("/etc/.varnholt.ini");
+const char* const unfinished = in_scratch("/etc/.varnholt.unfinished");
 const char* const temporary_profile = in_scratch("/tmp/varnholt.tmp");
 const char* const backup_script = in_scratch("/usr/bin/nollacrest.sh");
 

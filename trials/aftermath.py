@@ -107,6 +107,12 @@ def losses(root: Path, job: Job, done: set[str]) -> list[str]:
     return [f"the content of {name} is gone" for name in lost]
 
 
+def strays(root: Path) -> list[str]:
+    """Returns what the link builder has left that belongs neither to the operator nor to the day."""
+    noted = [path for path in root.glob("etc/.varnholt*") if str(path.relative_to(root)) != PROFILE]
+    return sorted(str(path.relative_to(root)) for path in [*noted, *root.rglob("*.bak_*")])
+
+
 def profile_state(root: Path, job: Job) -> Verdict | None:
     """Returns None when the profile says nothing about the run."""
     if job.new_profile is None:
@@ -133,6 +139,7 @@ def judge(root: Path, job: Job) -> Verdict:
     profile = profile_state(root, job)
     all_found = [*paths.values(), *(Verdict(LOST, words) for words in lost)]
     all_found += [profile] if profile else []
+    all_found += [Verdict(BETWEEN, f"{name} is left") for name in strays(root)]
     ends = {verdict.end for verdict in all_found}
     end = BETWEEN if ends == {DONE, BEFORE} else max(ends, key=ENDS.index)
     telling = [v.words for v in all_found if v.end == end or ENDS.index(v.end) > 1]

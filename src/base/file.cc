@@ -1,8 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads whole files as texts, and logs unexpected errors of GLib.
+// Reads whole files as texts, brings changes to the disk, and logs unexpected errors of GLib.
 #include "base/file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "base/descriptor.h"
 
 namespace varnholt {
 namespace {
@@ -10,6 +17,12 @@ namespace {
 bool may_have_no_end(const char* path) {
   struct stat status {};
   return stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+void sync_with(int (*sync)(int), const std::string& path) {
+  const auto folder = take_text(g_path_get_dirname(path.c_str()));
+  const Descriptor opened{open(folder.get(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+  if (opened) sync(opened.number());
 }
 
 }  // namespace
@@ -22,6 +35,19 @@ FileText read_file(const char* path) {
   }
   g_file_get_contents(path, out(file.bytes), &file.length, out(file.error));
   return file;
+}
+
+std::string current_folder() {
+  std::error_code ignored;
+  return std::filesystem::current_path(ignored);
+}
+
+void sync_folder_above(const std::string& path) {
+  sync_with(fsync, path);
+}
+
+void sync_file_system(const std::string& path) {
+  sync_with(syncfs, path);
 }
 
 bool is_file_error(const GError& error) {

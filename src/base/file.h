@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads whole files as texts, and logs unexpected errors of GLib.
+// Reads whole files as texts, brings changes to the disk, and logs unexpected errors of GLib.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "base/glib-ptr.h"
@@ -22,6 +23,18 @@ struct FileText {
  * a device, might block or never end; it is not opened, and the error is G_FILE_ERROR_NXIO.
  */
 FileText read_file(const char* path);
+
+/** Returns the current folder; empty when it has none any more. */
+std::string current_folder();
+
+/**
+ * Waits until the entries of the folder above `path` are on the disk. What fails is left as it is;
+ * so it is in the next function.
+ */
+void sync_folder_above(const std::string& path);
+
+/** Waits until everything in the file system of that folder is on the disk. */
+void sync_file_system(const std::string& path);
 
 /** Returns whether an error belongs to the file layer, whose codes are GFileError values. */
 bool is_file_error(const GError& error);

@@ -7,6 +7,8 @@ namespace varnholt::paths {
 
 /** The profile, which holds all definitions, one per line. Only root may write it. */
 extern const char* const profile;
+/** The link builder notes here what it has not finished yet. Otherwise the file is not there. */
+extern const char* const unfinished;
 /** The next profile is written here before it is moved into place with root rights. */
 extern const char* const temporary_profile;
 /** The backup and distribution script, for which the definitions are made. */

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <glib.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,7 +15,11 @@
 #include "base/file.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "linkbuilder/healing.h"
 #include "linkbuilder/link-operations.h"
+#include "linkbuilder/note.h"
+#include "linkbuilder/stop-signals.h"
+#include "store/profile.h"
 #include "store/replace-file.h"
 
 namespace {
@@ -44,14 +49,91 @@ void secure_process() {
   g_setenv("LC_ALL", "C", TRUE);
 }
 
-void make_or_undo_link(const varnholt::BakDefFields& definition) {
-  if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return;
-  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
-    main_restore_del_symlink(definition.to.c_str());
-  } else {
-    varnholt::build_symlink(definition);
+/**
+ * Waits until no other run is at work. Its commands inherit the descriptor that is returned, so
+ * that one which has outlived its run counts too. A file system that knows no locks locks nothing.
+ */
+int wait_for_other_runs() {
+  const auto folder = varnholt::take_text(g_path_get_dirname(paths::profile));
+  // NOLINTNEXTLINE(android-cloexec-open): the commands must inherit it
+  const int lock = open(folder.get(), O_RDONLY | O_DIRECTORY);
+  if (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+    varnholt::print_progress("another run of the link builder is at work, waiting for its end\n");
+    const varnholt::EndsAtOnce interruptible;
+    flock(lock, LOCK_EX);
   }
+  return lock;
 }
+
+/** Returns whether a text has nothing that another one lacks, but for definitions to be undone. */
+bool is_contained(std::string_view text, std::string_view other) {
+  const auto unmarked = [](std::string_view profile) {
+    return varnholt::without_lines(profile, varnholt::apply_definitions(profile, [](auto&) {}));
+  };
+  return unmarked(other).starts_with(unmarked(text));
+}
+
+/** Removes the new profile that a run has left beside the old one when it was cut off. */
+void remove_older_profile(std::string_view profile) {
+  const auto left = varnholt::remove_leftover(paths::profile, [&](std::string_view text) {
+    std::string older{text};
+    std::string newer{profile};
+    return is_contained(text, profile) ||
+           main_get_cur_version(&older) < main_get_cur_version(&newer);
+  });
+  if (left.empty()) return;
+  varnholt::print_failure(
+      "%s is from a run that was cut off, and may hold more than %s: compare "
+      "the two, and remove the first\n",
+      left.c_str(), paths::profile);
+}
+
+/** One pass over the profile. */
+class Run {
+ public:
+  explicit Run(std::string_view profile) : m_profile(profile) {}
+
+  /** Does the work, and returns the lines for which nothing is left to do. */
+  varnholt::Lines do_all() {
+    finish_earlier_work();
+    return varnholt::apply_definitions(
+        m_profile, [this](const varnholt::BakDefFields& definition) { take(definition); });
+  }
+
+  /** Forgets the works that the profile on the disk does not ask for any more. */
+  void forget_undone() {
+    const auto works = m_note.works();
+    for (const auto& work : works) {
+      if (work.stage == varnholt::Stage::undone) m_note.drop(work);
+    }
+  }
+
+ private:
+  void finish_earlier_work() {
+    if (m_note.works().empty()) return;
+    std::vector<varnholt::BakDefFields> definitions;
+    varnholt::apply_definitions(m_profile, [&definitions](const varnholt::BakDefFields& each) {
+      definitions.push_back(each);
+    });
+    m_left_alone = varnholt::heal(m_note, definitions);
+  }
+
+  void take(const varnholt::BakDefFields& definition) {
+    if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return;
+    varnholt::end_if_stopped();
+    const auto same_path = [&](const varnholt::Work& work) { return work.to == definition.to; };
+    if (std::ranges::any_of(m_left_alone, same_path)) return;
+    if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
+      varnholt::undo_symlink(definition, m_note);
+    } else {
+      varnholt::build_symlink(definition, m_note);
+    }
+  }
+
+  std::string_view m_profile;
+  varnholt::Note m_note{paths::unfinished};
+  std::vector<varnholt::Work> m_left_alone;
+};
 
 void tell_failure(const GError& error) {
   varnholt::print_failure("open file [%s] failed : %s \n", paths::profile, error.message);
@@ -83,6 +165,8 @@ std::string varnholt::without_lines(std::string_view profile, const Lines& lines
 void main_save_symbolic_dir() {
   take_no_input();
   secure_process();
+  varnholt::catch_stop_signals();
+  const varnholt::Descriptor lock{wait_for_other_runs()};
   if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
     varnholt::print_progress("open file  [%s] is not exist \n", paths::profile);
     return;
@@ -92,10 +176,17 @@ void main_save_symbolic_dir() {
     tell_failure(*profile.error);
     return;
   }
-  const auto done = varnholt::apply_definitions(profile.text(), make_or_undo_link);
+  remove_older_profile(profile.text());
+  Run run{profile.text()};
+  const auto done = run.do_all();
   // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
   const auto error = varnholt::replace_file(
       paths::profile, profile_mode,
       [&done](std::string_view stored) { return varnholt::without_lines(stored, done); });
-  if (error) tell_failure(*error);
+  if (error) {
+    tell_failure(*error);
+  } else {
+    run.forget_undone();
+  }
+  varnholt::end_if_stopped();
 }

@@ -4,60 +4,45 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <filesystem>
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "base/diagnostics.h"
+#include "base/file.h"
 #include "base/glib-ptr.h"
 #include "base/shell.h"
+#include "linkbuilder/decision.h"
 #include "linkbuilder/places.h"
+#include "linkbuilder/stop-signals.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 using varnholt::BakDefFields;
+using varnholt::is_there;
 using varnholt::path_argument;
 using varnholt::print_failure;
 using varnholt::print_progress;
-using varnholt::run_command;
+using varnholt::run_step;
+using varnholt::Stage;
+using varnholt::Work;
 
-constexpr int backup_names = 1000;
 constexpr mode_t new_folder_mode = 0775;
-
-/** The content of a symbolic link, or the errno with which readlink(2) failed. */
-struct LinkContent {
-  std::optional<std::string> text;
-  int error = 0;
-};
-
-LinkContent link_content(const char* path) {
-  std::array<char, PATH_MAX> content{};
-  const ssize_t length = readlink(path, content.data(), content.size());
-  if (length < 0) return {std::nullopt, errno};
-  return {std::string{content.data(), static_cast<std::size_t>(length)}, 0};
-}
-
-/** Returns the status of a path itself; a link is not followed. */
-fs::file_status status_of(const std::string& path) {
-  std::error_code ignored;
-  return fs::symlink_status(path, ignored);
-}
 
 bool exists(const char* path) {
   return vh_FileTests(path, VH_FILE_TEST_TYPE_EXISTS);
 }
 
-std::string without_final_slash(std::string_view path) {
-  if (path.ends_with('/')) path.remove_suffix(1);
-  return std::string{path};
+/** Returns whether a path itself is a link. */
+bool is_link(const std::string& path) {
+  std::error_code ignored;
+  return fs::is_symlink(fs::symlink_status(path, ignored));
 }
 
 /**
@@ -65,8 +50,7 @@ std::string without_final_slash(std::string_view path) {
  * link and keep the link.
  */
 bool is_link_with_slash(const std::string& path) {
-  return path.ends_with('/') &&
-         fs::is_symlink(status_of(path.substr(0, 1 + path.find_last_not_of('/'))));
+  return path.ends_with('/') && is_link(path.substr(0, 1 + path.find_last_not_of('/')));
 }
 
 /** Prints the outcome of a call of symlink(2), and returns its result. */
@@ -85,20 +69,17 @@ int make_link(const BakDefFields& definition) {
   return tell_link(definition, symlink(definition.from.c_str(), definition.to.c_str()));
 }
 
-/** Replaces the link at `to`, which holds `content`, unless it is already the wanted one. */
+constexpr auto* already_a_link = "%s is  already a symlink ,the target is %s .\n";
+
+/** Replaces the link at `to`, which holds `content`. */
 void renew_link(const BakDefFields& definition, const std::string& content) {
-  constexpr auto* told_format = "%s is  already a symlink ,the target is %s .\n";
   const char* const to = definition.to.c_str();
-  if (definition.from == content) {
-    print_progress(told_format, to, content.c_str());
-    return;
-  }
   const int result = std::remove(to);
   if (result == 0) {
     make_link(definition);
     return;
   }
-  print_failure(told_format, to, content.c_str());
+  print_failure(already_a_link, to, content.c_str());
   print_failure("remove %s failed , the return code is %d .\n", to, result);
 }
 
@@ -126,55 +107,152 @@ void build_fresh_link(const BakDefFields& definition) {
   tell_link(definition, result);
 }
 
+/**
+ * Does what main_move_file_force() does, and calls `begin_move` between the deletion and the move,
+ * which is not made when it returns false.
+ */
+bool move_file(const char* from_fn, const char* to_fn, const std::function<bool()>& begin_move) {
+  const std::string from = varnholt::without_final_slash(from_fn);
+  const std::string to = varnholt::without_final_slash(to_fn);
+  const auto move_failed = [&] {
+    print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
+    return false;
+  };
+  if (exists(to.c_str())) {
+    if (is_link_with_slash(to) || varnholt::deletion_takes_away(to, from)) return move_failed();
+    // Anything that still exists after the removal would receive the data inside it.
+    if (run_step("/bin/rm -rf " + path_argument(to)) != 0 || exists(to.c_str())) {
+      print_failure("remove  file %s failed \n", to.c_str());
+      return false;
+    }
+  }
+  const auto command = "/bin/mv " + path_argument(from) + ' ' + path_argument(to);
+  return begin_move() && run_step(command) == 0 ? true : move_failed();
+}
+
+/** Returns a path as an absolute one without links above its last name; empty when it has none. */
+std::string real_path(const std::string& path) {
+  std::error_code error;
+  const fs::path spelled = path;
+  const auto folder = spelled.has_parent_path() ? spelled.parent_path() : ".";
+  const auto real = fs::canonical(folder, error) / spelled.filename();
+  return error ? std::string{} : real.string();
+}
+
 /** Moves the folder or file at `to` onto the source and makes the link in its place. */
-void adopt_and_link(const BakDefFields& definition) {
+void adopt_and_link(const BakDefFields& definition, ino_t inode, varnholt::Note& run_note) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
+  const bool nothing_at_source = !exists(from) && !is_link(definition.from);
+  const auto expected = varnholt::free_backup_name(definition.to);
+  Work work{nothing_at_source ? Stage::move : Stage::aside, definition.from, definition.to,
+            real_path(expected), inode};
+  varnholt::Note unwritten;
+  auto& note = varnholt::is_backup_name(work.other) ? run_note : unwritten;
+  note.keep(work);
   const std::string backup = varnholt::take_text(main_backup_file(to)).get();
   // Without a backup the call of symlink(2) fails, and its message reports the failure.
-  const bool moved = !backup.empty();
-  if (moved) {
-    print_progress("move force  %s  to %s \n", backup.c_str(), from);
-    if (!main_move_file_force(backup.c_str(), from)) return;
+  if (backup.empty()) {
+    make_link(definition);
+    return note.drop(work);
   }
-  if (make_link(definition) == 0 || !moved) return;
-  const bool moved_back = main_move_file_force(from, to);
-  print_failure(
-      "build symlink failed ,so  reback the file ,move  %s to %s (is already exists) ,and it "
-      "reback is %s \n",
-      from, to, moved_back ? "true" : "false");
+  if (backup != expected) {
+    const auto name = fs::path{backup}.filename();
+    work.other = fs::path{work.other}.replace_filename(name);
+    note.keep(work);
+  }
+  print_progress("move force  %s  to %s \n", backup.c_str(), from);
+  const bool moved = move_file(backup.c_str(), from, [&] {
+    if (work.stage == Stage::move) return true;
+    work.stage = Stage::move;
+    // The deletion must not come back after the note says that it is done.
+    varnholt::sync_folder_above(work.from);
+    return note.keep(work);
+  });
+  if (moved) varnholt::link_adopted(work, note);
+}
+
+/** Replaces a link by a copy of what it leads to. */
+void replace_by_copy(Work work, varnholt::Note& note) {
+  const auto link = path_argument(work.to);
+  const std::string command =
+      "/bin/rm -rf " + link + " && /bin/cp -r " + path_argument(work.other) + "  " + link + ' ';
+  note.keep(work);
+  const int status = run_step(command);
+  print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
+  if (status != 0) return;
+  if (!is_link(work.to)) return note.drop(work);
+  work.stage = Stage::undone;
+  note.keep(work);
 }
 
 }  // namespace
 
-void varnholt::build_symlink(const BakDefFields& definition) {
+void varnholt::link_adopted(Work work, Note& note) {
+  const BakDefFields definition{.from = work.from, .to = work.to};
+  if (make_link(definition) == 0) return note.drop(work);
+  const char* const from = work.from.c_str();
+  const char* const to = work.to.c_str();
+  work.stage = Stage::back;
+  const bool moved_back = note.keep(work) && main_move_file_force(from, to);
+  print_failure(
+      "build symlink failed ,so  reback the file ,move  %s to %s (is already exists) ,and it "
+      "reback is %s \n",
+      from, to, moved_back ? "true" : "false");
+  if (moved_back) note.drop(work);
+}
+
+void varnholt::build_symlink(const BakDefFields& definition, Note& note) {
   if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) ||
       definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
     return;
   }
-  // Nearly every run finds nearly every link as it should be, and one call is enough to see that.
-  const char* const to = definition.to.c_str();
-  const auto content = link_content(to);
-  if (content.text) {
-    renew_link(definition, *content.text);
-    return;
+  const auto decision = decide_link(definition);
+  switch (decision.task) {
+    case LinkTask::none:
+      print_progress(already_a_link, definition.to.c_str(), decision.content.c_str());
+      return;
+    case LinkTask::replace:
+      return renew_link(definition, decision.content);
+    case LinkTask::make:
+      return build_fresh_link(definition);
+    case LinkTask::adopt:
+      return adopt_and_link(definition, decision.inode, note);
+    case LinkTask::unreadable:
+      print_failure("read_link failed , the error code  %d \n",
+                    g_file_error_from_errno(decision.error));
+      return;
+    case LinkTask::refuse:
+      print_failure("unknow file type,cat not  build symlink \n");
+      return;
   }
-  const auto status = content.error == ENOENT ? fs::file_status{} : status_of(definition.to);
-  if (fs::is_symlink(status)) {
-    print_failure("read_link failed , the error code  %d \n",
-                  g_file_error_from_errno(content.error));
-  } else if (!fs::exists(status)) {
-    build_fresh_link(definition);
-  } else if (fs::is_directory(status) || fs::is_regular_file(status)) {
-    adopt_and_link(definition);
-  } else {
-    print_failure("unknow file type,cat not  build symlink \n");
+}
+
+void varnholt::undo_symlink(const BakDefFields& definition, Note& note) {
+  const char* const link = definition.to.c_str();
+  const auto decision = decide_undo(definition.to);
+  const char* const content = decision.content.c_str();
+  switch (decision.task) {
+    case UndoTask::copy:
+      return replace_by_copy({Stage::undo, definition.from, definition.to, decision.content}, note);
+    case UndoTask::missing:
+      return print_failure("symlink %s is not exist \n", link);
+    case UndoTask::no_link:
+      return print_failure("file %s is not symlink \n", link);
+    case UndoTask::unreadable:
+      return print_failure("restore_del_symlink:read link failed ,message %s\n",
+                           decision.message.c_str());
+    case UndoTask::leads_nowhere:
+      return print_failure("symlink target %s is not exist", content);
+    case UndoTask::root:
+      return print_failure("rm / is not be allow ,so return\n");
   }
 }
 
 void main_build_symlink(VhBakDefItem* v) {
   g_return_if_fail(v != NULL);
-  varnholt::build_symlink(*v);
+  varnholt::Note unwritten;
+  varnholt::build_symlink(*v, unwritten);
 }
 
 int main_build_symlink_imp(VhBakDefItem* v) {
@@ -184,11 +262,11 @@ int main_build_symlink_imp(VhBakDefItem* v) {
 
 char* main_backup_file(const char* filename) {
   g_return_val_if_fail(filename != NULL, nullptr);
-  for (int number = 0; number < backup_names; ++number) {
-    const std::string name = std::string{filename} + ".bak_" + std::to_string(number);
-    if (fs::exists(status_of(name))) continue;
+  for (int number = 0; number < varnholt::backup_names; ++number) {
+    const auto name = varnholt::backup_name(filename, number);
+    if (is_there(name)) continue;
     const int status =
-        run_command("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
+        run_step("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
     if (status == 0) return g_strdup(name.c_str());
     print_failure("rename from %s to  %s  failed ,return code  %d \n", filename, name.c_str(),
                   status);
@@ -200,53 +278,13 @@ char* main_backup_file(const char* filename) {
 bool main_move_file_force(const char* from_fn, const char* to_fn) {
   g_return_val_if_fail(from_fn != NULL, false);
   g_return_val_if_fail(to_fn != NULL, false);
-  const std::string from = without_final_slash(from_fn);
-  const std::string to = without_final_slash(to_fn);
-  const auto move_failed = [&] {
-    print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
-    return false;
-  };
-  if (exists(to.c_str())) {
-    if (is_link_with_slash(to) || varnholt::deletion_takes_away(to, from)) return move_failed();
-    // Anything that still exists after the removal would receive the data inside it.
-    if (run_command("/bin/rm -rf " + path_argument(to)) != 0 || exists(to.c_str())) {
-      print_failure("remove  file %s failed \n", to.c_str());
-      return false;
-    }
-  }
-  if (run_command("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) != 0) {
-    return move_failed();
-  }
-  return true;
+  return move_file(from_fn, to_fn, [] { return true; });
 }
 
 void main_restore_del_symlink(const char* link) {
   g_return_if_fail(link != NULL);
-  if (!exists(link)) {
-    print_failure("symlink %s is not exist \n", link);
-    return;
-  }
-  if (!fs::is_symlink(status_of(link))) {
-    print_failure("file %s is not symlink \n", link);
-    return;
-  }
-  varnholt::ErrorPtr error;
-  const varnholt::TextPtr content =
-      varnholt::take_text(g_file_read_link(link, varnholt::out(error)));
-  if (!content) {
-    print_failure("restore_del_symlink:read link failed ,message %s\n", error->message);
-    return;
-  }
-  if (!exists(content.get())) {
-    print_failure("symlink target %s is not exist", content.get());
-    return;
-  }
-  if (std::string_view{link} == "/") {
-    print_failure("rm / is not be allow ,so return\n");
-    return;
-  }
-  const std::string command = "/bin/rm -rf " + path_argument(link) + " && /bin/cp -r " +
-                              path_argument(content.get()) + "  " + path_argument(link) + ' ';
-  const int status = run_command(command);
-  print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
+  varnholt::Note unwritten;
+  varnholt::BakDefFields definition;
+  definition.to = link;
+  varnholt::undo_symlink(definition, unwritten);
 }

@@ -5,6 +5,7 @@
 // argument logs a critical warning, and the function returns null, 0 or false.
 #pragma once
 
+#include "linkbuilder/note.h"
 #include "model/bak-model.h"
 
 /**
@@ -18,8 +19,17 @@ void main_build_symlink(VhBakDefItem* v);
 
 namespace varnholt {
 
-/** Does the same for a definition as a plain value. */
-void build_symlink(const BakDefFields& definition);
+/** Does the same for a definition as a plain value, and notes what it is about to do. */
+void build_symlink(const BakDefFields& definition, Note& note);
+
+/** Makes the link of a work whose data is at the source, or moves the data back. */
+void link_adopted(Work work, Note& note);
+
+/**
+ * Does what main_restore_del_symlink() does for the path of a definition, and notes what it is
+ * about to do. The note then holds a copy that failed, and one that is a link.
+ */
+void undo_symlink(const BakDefFields& definition, Note& note);
 
 }  // namespace varnholt
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Replaces a file as a whole by a rewritten one.
+// Replaces files as a whole.
 #include "store/replace-file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,11 +28,17 @@ bool holds(const char* path, std::string_view text) {
   return !file.error && file.text() == text;
 }
 
-/** A temporary file beside another one, for as long as this object lives. */
+std::string next_to(const char* path) {
+  return std::string{path} + ".next";
+}
+
+/** A new file beside another one. It is removed in the end, unless it was moved away. */
 class Neighbour {
  public:
-  explicit Neighbour(const std::string& path)
-      : m_path(path + ".XXXXXX"), m_made(g_mkstemp_full(m_path.data(), O_RDWR | O_CLOEXEC, 0600)) {}
+  Neighbour(const char* other, mode_t mode)
+      : m_path(next_to(other)),
+        m_made(open(path(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)),
+        m_mode(mode) {}
   Neighbour(const Neighbour&) = delete;
   Neighbour& operator=(const Neighbour&) = delete;
   ~Neighbour() {
@@ -44,12 +49,12 @@ class Neighbour {
   /** Leaves the file there in the end. */
   void keep() { m_path.clear(); }
 
-  ErrorPtr write(const std::string& text, mode_t mode) const {
+  ErrorPtr write(const std::string& text) const {
     // GLib keeps the mode of an existing file, and the umask does not change it.
-    if (!m_made || fchmod(m_made.number(), mode) != 0) return system_error(path());
+    if (!m_made || fchmod(m_made.number(), m_mode) != 0) return system_error(path());
     ErrorPtr error;
     g_file_set_contents_full(path(), text.data(), static_cast<gssize>(text.size()),
-                             G_FILE_SET_CONTENTS_DURABLE, static_cast<int>(mode), out(error));
+                             G_FILE_SET_CONTENTS_DURABLE, static_cast<int>(m_mode), out(error));
     return error;
   }
 
@@ -58,30 +63,41 @@ class Neighbour {
     return result == 0 ? ErrorPtr{} : system_error(path());
   }
 
+  ErrorPtr move_to(const char* other) {
+    if (rename(path(), other) != 0) return system_error(other);
+    keep();
+    return {};
+  }
+
  private:
   std::string m_path;
   Descriptor m_made;
+  mode_t m_mode;
 };
 
 }  // namespace
 
+ErrorPtr write_file(const char* path, mode_t mode, const std::string& text) {
+  Neighbour neighbour{path, mode};
+  if (auto error = neighbour.write(text)) return error;
+  if (auto error = neighbour.move_to(path)) return error;
+  sync_folder_above(path);
+  return {};
+}
+
 ErrorPtr replace_file(const char* path, mode_t mode,
                       const std::function<std::string(std::string_view)>& rewritten) {
-  const TextPtr name = take_text(g_path_get_dirname(path));
-  const Descriptor folder{open(name.get(), O_RDONLY | O_CLOEXEC)};
-  // Two programs that replace the file wait for each other here.
-  flock(folder.number(), LOCK_EX);
   while (true) {
     auto found = read_file(path);
     if (found.error) return std::move(found.error);
     const std::string next = rewritten(found.text());
-    Neighbour neighbour{path};
-    if (auto error = neighbour.write(next, mode)) return error;
+    Neighbour neighbour{path, mode};
+    if (auto error = neighbour.write(next)) return error;
     // Writing takes its time, and somebody may have moved another text there.
     if (!holds(path, found.text())) continue;
     if (auto error = neighbour.exchange_with(path)) {
       // Some file systems cannot exchange two files.
-      if (error->code != G_FILE_ERROR_INVAL || rename(neighbour.path(), path) != 0) return error;
+      if (error->code != G_FILE_ERROR_INVAL || neighbour.move_to(path)) return error;
     } else if (!holds(neighbour.path(), found.text())) {
       // Somebody was quicker. That text goes back before it is rewritten in its turn.
       if (auto failed = neighbour.exchange_with(path)) {
@@ -92,9 +108,18 @@ ErrorPtr replace_file(const char* path, mode_t mode,
       if (!holds(neighbour.path(), next)) neighbour.exchange_with(path);
       continue;
     }
-    fsync(folder.number());
+    sync_folder_above(path);
     return {};
   }
+}
+
+std::string remove_leftover(const char* path,
+                            const std::function<bool(std::string_view)>& is_needless) {
+  auto leftover = next_to(path);
+  if (access(leftover.c_str(), F_OK) != 0) return {};
+  const auto file = read_file(leftover.c_str());
+  const bool removed = !file.error && is_needless(file.text()) && unlink(leftover.c_str()) == 0;
+  return removed ? std::string{} : leftover;
 }
 
 }  // namespace varnholt

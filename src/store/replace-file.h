@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Replaces a file as a whole by a rewritten one.
+// Replaces files as a whole. A new text is first written beside the file, as FILE.next, so only one
+// program at a time may do so.
 #pragma once
 
 #include <sys/types.h>
@@ -13,6 +14,12 @@
 namespace varnholt {
 
 /**
+ * Replaces a file, or makes it, with this text and mode, as a whole and synced to the disk. Returns
+ * null, or the error; the file then is as it was.
+ */
+ErrorPtr write_file(const char* path, mode_t mode, const std::string& text);
+
+/**
  * Replaces a file by what `rewritten` returns for its text, with this mode and synced to the disk.
  * A reader sees either the old text or the new one. When somebody moves another text there at the
  * same time, that text is rewritten too, so `rewritten` may be called several times. Returns null,
@@ -20,5 +27,12 @@ namespace varnholt {
  */
 ErrorPtr replace_file(const char* path, mode_t mode,
                       const std::function<std::string(std::string_view)>& rewritten);
+
+/**
+ * Removes the new text that one of these functions has left beside a file when it was cut off, if
+ * `is_needless` says of the text that it may go. Returns the name of what stays; empty for none.
+ */
+std::string remove_leftover(const char* path,
+                            const std::function<bool(std::string_view)>& is_needless);
 
 }  // namespace varnholt

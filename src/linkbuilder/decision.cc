@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What is to be done with a symbolic definition.
+#include "linkbuilder/decision.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+
+#include "base/glib-ptr.h"
+#include "model/file-test.h"
+
+namespace varnholt {
+namespace {
+
+bool exists(const std::string& path) {
+  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS);
+}
+
+/** Decides by what lstat(2) says of a path that readlink(2) could not read. */
+LinkDecision decide_by_kind(const char* path, int error) {
+  struct stat status {};
+  if (error == ENOENT || lstat(path, &status) != 0) return {LinkTask::make, "", 0, 0};
+  switch (status.st_mode & S_IFMT) {
+    case S_IFLNK:
+      return {LinkTask::unreadable, "", error, 0};
+    case S_IFDIR:
+    case S_IFREG:
+      return {LinkTask::adopt, "", 0, status.st_ino};
+    default:
+      return {LinkTask::refuse, "", 0, 0};
+  }
+}
+
+}  // namespace
+
+LinkDecision decide_link(const BakDefFields& definition) {
+  // Nearly every run finds nearly every link as it should be, and one call is enough to see that.
+  std::array<char, PATH_MAX> content{};
+  const char* const to = definition.to.c_str();
+  const ssize_t length = readlink(to, content.data(), content.size());
+  if (length < 0) return decide_by_kind(to, errno);
+  LinkDecision decision{
+      LinkTask::replace, {content.data(), static_cast<std::size_t>(length)}, 0, 0};
+  if (definition.from == decision.content) decision.task = LinkTask::none;
+  return decision;
+}
+
+UndoDecision decide_undo(const std::string& link) {
+  if (!exists(link)) return {UndoTask::missing, ""};
+  struct stat status {};
+  if (lstat(link.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) {
+    return {UndoTask::no_link, ""};
+  }
+  ErrorPtr error;
+  const auto content = take_text(g_file_read_link(link.c_str(), out(error)));
+  if (!content) return {UndoTask::unreadable, "", error->message};
+  if (!exists(content.get())) return {UndoTask::leads_nowhere, content.get()};
+  return {link == "/" ? UndoTask::root : UndoTask::copy, content.get()};
+}
+
+std::string without_final_slash(std::string_view path) {
+  if (path.ends_with('/')) path.remove_suffix(1);
+  return std::string{path};
+}
+
+bool is_there(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
+}
+
+std::string backup_name(const std::string& path, int number) {
+  return (path + std::string{backup_mark}) + std::to_string(number);
+}
+
+bool is_backup_name(std::string_view path) {
+  const auto mark = path.rfind(backup_mark);
+  if (!path.starts_with('/') || mark == std::string_view::npos) return false;
+  const auto number = path.substr(mark + backup_mark.size());
+  return !number.empty() && number.size() < std::to_string(backup_names).size() &&
+         number.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+std::string free_backup_name(const std::string& path) {
+  for (int number = 0; number < backup_names; ++number) {
+    auto name = backup_name(path, number);
+    if (!is_there(name)) return name;
+  }
+  return {};
+}
+
+}  // namespace varnholt

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What is to be done with a symbolic definition, given what stands at its path. Deciding changes
+// nothing.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+
+#include "model/definition.h"
+
+namespace varnholt {
+
+/** What making a link takes. */
+enum class LinkTask {
+  /** The link is there. */
+  none,
+  /** A link with another content is there and is replaced. */
+  replace,
+  /** Nothing is there, and the link is made. */
+  make,
+  /** A folder or a regular file is there; it is moved onto the source, and the link is made. */
+  adopt,
+  /** The content of the link that is there cannot be read. */
+  unreadable,
+  /** Something else is there, such as a device, and is left alone. */
+  refuse,
+};
+
+struct LinkDecision {
+  LinkTask task = LinkTask::make;
+  /** The content of the link that is there. */
+  std::string content;
+  /** The errno with which readlink(2) failed, when the link is unreadable. */
+  int error = 0;
+  /** The inode of what is adopted. */
+  ino_t inode = 0;
+};
+
+/** Decides about a definition that is not marked deleted. */
+LinkDecision decide_link(const BakDefFields& definition);
+
+/** What undoing a link takes. */
+enum class UndoTask {
+  /** The link is replaced by a copy of what it leads to. */
+  copy,
+  /** Nothing is there, or a link that leads nowhere. */
+  missing,
+  /** No link is there. */
+  no_link,
+  /** The content of the link cannot be read. */
+  unreadable,
+  /** The content leads nowhere from the current folder, where the copy would be made. */
+  leads_nowhere,
+  /** The path is the root folder. */
+  root,
+};
+
+struct UndoDecision {
+  UndoTask task = UndoTask::copy;
+  std::string content;
+  /** What made the link unreadable. */
+  std::string message{};
+};
+
+/** Decides about the link of a definition that is marked deleted. */
+UndoDecision decide_undo(const std::string& link);
+
+/** Returns a path without one slash at its end, as the commands that move get it. */
+std::string without_final_slash(std::string_view path);
+
+/** Returns whether anything is at a path, even a dangling link. */
+bool is_there(const std::string& path);
+
+/** What stands between a path and the number in the name of its backup. */
+constexpr std::string_view backup_mark = ".bak_";
+
+/** Returns whether a path is absolute and ends as the name of a backup does. */
+bool is_backup_name(std::string_view path);
+
+/** Returns the path as the backup with this number is called. */
+std::string backup_name(const std::string& path, int number);
+
+/** Returns the first backup name at which nothing exists; empty when there is none. */
+std::string free_backup_name(const std::string& path);
+
+/** The number of backup names; they begin with 0. */
+constexpr int backup_names = 1000;
+
+}  // namespace varnholt

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The note of unfinished work.
+#include "linkbuilder/note.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <span>
+#include <system_error>
+
+#include "base/descriptor.h"
+#include "base/diagnostics.h"
+#include "base/file.h"
+#include "base/text.h"
+#include "store/replace-file.h"
+
+namespace varnholt {
+namespace {
+
+// A path may hold any byte but NUL, so that one ends each field.
+constexpr char field_end = '\0';
+constexpr std::string_view first_field = "varnholt 1";
+constexpr std::string_view last_field = "end";
+constexpr std::array<std::string_view, 5> stage_words{"aside", "move", "back", "undo", "undone"};
+
+/** Reads the fields of one work. */
+std::optional<Work> read_work(std::span<const std::string_view> field) {
+  const auto* const word = std::ranges::find(stage_words, field[0]);
+  if (word == stage_words.end()) return std::nullopt;
+  Work work{static_cast<Stage>(word - stage_words.begin()),
+            std::string{field[1]},
+            std::string{field[2]},
+            std::string{field[3]},
+            0,
+            std::string{field[5]}};
+  std::from_chars(field[4].data(), field[4].data() + field[4].size(), work.inode);
+  // Only what this program itself moves aside may be taken for that.
+  return work.undoes() || is_backup_name(work.other) ? std::optional{work} : std::nullopt;
+}
+
+/** Returns why nobody but this user can have written a file; null when nobody can. */
+const char* distrust(int descriptor) {
+  struct stat status {};
+  if (fstat(descriptor, &status) != 0) return g_strerror(errno);
+  if (!S_ISREG(status.st_mode)) return "it is no regular file";
+  if (status.st_uid != geteuid()) return "it belongs to another user";
+  return (status.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? "other users may write it" : nullptr;
+}
+
+/** Waits until what has come of a work is on the disk. */
+void sync_work(const Work& work) {
+  if (work.undoes()) return sync_file_system(work.to);
+  struct stat moved {};
+  const bool renamed = lstat(work.from.c_str(), &moved) == 0 && moved.st_ino == work.inode;
+  // After a rename the data is where it was.
+  renamed ? sync_folder_above(work.from) : sync_file_system(work.from);
+  sync_folder_above(work.to);
+}
+
+}  // namespace
+
+std::string note_text(const std::vector<Work>& works) {
+  std::string text;
+  const auto add = [&text](std::string_view field) { (text += field) += field_end; };
+  add(first_field);
+  for (const auto& work : works) {
+    add(stage_words.at(static_cast<std::size_t>(work.stage)));
+    for (const auto& field : {work.from, work.to, work.other, std::to_string(work.inode)}) {
+      add(field);
+    }
+    add(work.folder);
+  }
+  add(last_field);
+  return text;
+}
+
+std::optional<std::vector<Work>> read_note(std::string_view bytes) {
+  constexpr std::size_t fields_of_work = 6;
+  const auto fields = split(bytes, field_end);
+  std::vector<Work> works;
+  for (std::size_t at = 1; at + fields_of_work < fields.size(); at += fields_of_work) {
+    auto work = read_work(std::span{fields}.subspan(at, fields_of_work));
+    if (!work) return std::nullopt;
+    works.push_back(std::move(*work));
+  }
+  return note_text(works) == bytes ? std::optional{std::move(works)} : std::nullopt;
+}
+
+Note::Note(const char* path) : m_path(path) {
+  // The step that it would have told of has not begun.
+  remove_leftover(path, [](std::string_view /*text*/) { return true; });
+  const Descriptor file{open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK)};
+  if (!file && errno == ENOENT) return;
+  const char* why = file ? distrust(file.number()) : g_strerror(errno);
+  if (why == nullptr) {
+    const auto bytes = read_file(path);
+    if (auto works = bytes.error ? std::nullopt : read_note(bytes.text())) {
+      m_works = std::move(*works);
+      return;
+    }
+    why = "it is damaged";
+  }
+  tell("is left alone, and nothing is noted", why);
+  // Nobody knows what it is good for, so it is not replaced either.
+  m_path = nullptr;
+}
+
+bool Note::keep(const Work& work) {
+  std::erase_if(m_works, [&](const Work& known) { return known.same_definition(work); });
+  m_works.push_back(work);
+  m_works.back().folder = current_folder();
+  return write();
+}
+
+void Note::drop(const Work& work) {
+  const auto same = [&](const Work& known) { return known.same_definition(work); };
+  if (std::ranges::none_of(m_works, same)) return;
+  if (m_path != nullptr) sync_work(work);
+  std::erase_if(m_works, same);
+  write();
+}
+
+bool Note::write() {
+  if (m_path == nullptr) return true;
+  if (!m_works.empty()) {
+    constexpr mode_t own_mode = 0600;
+    const auto error = write_file(m_path, own_mode, note_text(m_works));
+    if (!error) return true;
+    tell("cannot be written, and the run goes on without it", error->message);
+  }
+  // No note is better than one that says less than what has been done.
+  return unlink(m_path) == 0 || errno == ENOENT;
+}
+
+void Note::tell(const char* what, const char* why) {
+  if (!m_told) print_failure("the note of unfinished work %s %s: %s\n", m_path, what, why);
+  m_told = true;
+}
+
+}  // namespace varnholt

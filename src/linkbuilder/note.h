@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The note of unfinished work: what a run of the link builder is about to do with a definition, so
+// that a later run can finish it after a cut or a failure. It is a small file of root beside the
+// profile, which is there only while something is unfinished.
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "linkbuilder/decision.h"
+#include "model/definition.h"
+
+namespace varnholt {
+
+/** How far the work on a definition has come. The words in the note are those of the names. */
+enum class Stage {
+  /** What stands at the path gets its backup name, and then what stands at the source goes. */
+  aside,
+  /** What has the backup name moves to the source, where nothing stands. */
+  move,
+  /** What is at the source moves back to the path, because the link could not be made. */
+  back,
+  /** The link is removed, and a copy of what it leads to is made in its place. */
+  undo,
+  /** That copy is whole, but it is a link itself, which must not be undone in its turn. */
+  undone,
+};
+
+/** The unfinished work on one definition. Paths are as the definition spells them. */
+struct Work {
+  bool undoes() const { return stage == Stage::undo || stage == Stage::undone; }
+  /** Returns whether both are about the same definition. */
+  bool same_definition(const Work& that) const {
+    return from == that.from && to == that.to && undoes() == that.undoes();
+  }
+  bool operator==(const Work& that) const = default;
+
+  /** Returns the path at which the backup stood. */
+  std::string path_of_backup() const { return other.substr(0, other.rfind(backup_mark)); }
+
+  Stage stage = Stage::aside;
+  std::string from;
+  std::string to;
+  /**
+   * The backup, as an absolute path without links above its name, because the path may be spelled
+   * by way of what is moved; or the content of the link that is undone.
+   */
+  std::string other{};
+  /** The inode of what stood at the path. */
+  ino_t inode = 0;
+  /** The folder from which relative paths count. */
+  std::string folder{};
+};
+
+/** Writes works as the bytes of a note. */
+std::string note_text(const std::vector<Work>& works);
+
+/** Reads a note. Returns nullopt unless the bytes are, from end to end, what note_text() writes. */
+std::optional<std::vector<Work>> read_note(std::string_view bytes);
+
+/**
+ * The note on the disk. It is replaced as a whole and synced at each change. When it cannot be read
+ * or written, or another user may write it, that is told on standard error, and the work goes on
+ * without it.
+ */
+class Note {
+ public:
+  /** A note that is written nowhere. */
+  Note() = default;
+  /** Reads the note at `path`, which need not be there. The string must outlive this object. */
+  explicit Note(const char* path);
+
+  /** The unfinished works, the newest one last. */
+  const std::vector<Work>& works() const { return m_works; }
+
+  /**
+   * Adds a work as the newest one, in the place of an earlier one on the same definition. Returns
+   * false when the disk still holds an older note, which can be neither replaced nor removed: what
+   * this work tells of must not begin then, or a later run would misjudge what it finds.
+   */
+  bool keep(const Work& work);
+
+  /** Removes the work on this definition, after what has come of it is on the disk. */
+  void drop(const Work& work);
+
+ private:
+  bool write();
+  void tell(const char* what, const char* why);
+
+  const char* m_path = nullptr;
+  std::vector<Work> m_works;
+  bool m_told = false;
+};
+
+}  // namespace varnholt

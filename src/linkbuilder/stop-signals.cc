@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Lets a person or the system end a run of the link builder.
+#include "linkbuilder/stop-signals.h"
+
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+
+#include "base/diagnostics.h"
+#include "base/shell.h"
+
+namespace varnholt {
+namespace {
+
+constexpr std::array<int, 4> stop_signals{SIGINT, SIGQUIT, SIGHUP, SIGTERM};
+
+bool caught = false;
+/** The signal that has come; 0 when none has. */
+volatile std::sig_atomic_t came = 0;
+volatile std::sig_atomic_t at_once = 0;
+
+void end_by(int signal) {
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+void on_signal(int signal) {
+  came = signal;
+  if (at_once != 0) end_by(signal);
+}
+
+/** Returns the stop signal that has ended a command; 0 when none has. */
+int stop_signal_in(int wait_status) {
+  if (!WIFSIGNALED(wait_status)) return 0;
+  const int signal = WTERMSIG(wait_status);
+  return std::ranges::count(stop_signals, signal) > 0 ? signal : 0;
+}
+
+}  // namespace
+
+void catch_stop_signals() {
+  caught = true;
+  for (const int signal : stop_signals) {
+    if (std::signal(signal, on_signal) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+}
+
+void end_if_stopped() {
+  if (came == 0) return;
+  print_failure("stopped by signal %d: the next run goes on from here\n", static_cast<int>(came));
+  end_by(came);
+}
+
+EndsAtOnce::EndsAtOnce() {
+  flush_progress();
+  at_once = 1;
+  end_if_stopped();
+}
+
+EndsAtOnce::~EndsAtOnce() {
+  at_once = 0;
+}
+
+int run_step(const std::string& command_line) {
+  int status = 0;
+  {
+    const EndsAtOnce interruptible;
+    status = run_command(command_line);
+  }
+  // While it waits for a command, system(3) ignores two of the signals.
+  if (const int signal = stop_signal_in(status); caught && signal != 0) came = signal;
+  end_if_stopped();
+  return status;
+}
+
+}  // namespace varnholt

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Lets a person or the system end a run of the link builder without leaving a step half done that
+// could be finished. The signals are SIGINT, SIGQUIT, SIGHUP and SIGTERM, unless the caller of the
+// process has them ignored.
+#pragma once
+
+#include <string>
+
+namespace varnholt {
+
+/**
+ * From this call on, a stop signal no longer ends the process wherever it happens to be. It ends it
+ * at the next call of end_if_stopped(), or at once where a scope says that this does no harm.
+ */
+void catch_stop_signals();
+
+/** Ends the process by the stop signal that has come, if one has. */
+void end_if_stopped();
+
+/** As long as this object lives, a stop signal ends the process at once. */
+class EndsAtOnce {
+ public:
+  EndsAtOnce();
+  EndsAtOnce(const EndsAtOnce&) = delete;
+  EndsAtOnce& operator=(const EndsAtOnce&) = delete;
+  ~EndsAtOnce();
+};
+
+/**
+ * Runs a command line as run_command() does. A stop signal ends the process before or during the
+ * command; so does one that has ended the command only, as Ctrl-C does. The command itself is not
+ * ended when the signal was sent to this process alone.
+ */
+int run_step(const std::string& command_line);
+
+}  // namespace varnholt
