@@ -11,7 +11,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   must_hold(varnholt::note_text(*works) == bytes, "written as it was read");
   must_hold(!varnholt::read_note(bytes.substr(0, size - 1)), "a part of a note is none");
   for (const auto& work : *works) {
-    const auto remedy = varnholt::remedy_for(work);
+    const auto remedy = varnholt::remedy_for(work, {});
     // Only what is whole elsewhere is ever removed.
     must_hold(!remedy || remedy->removed.empty() || remedy->removed != remedy->whole_at, "kept");
   }

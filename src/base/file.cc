@@ -20,7 +20,8 @@ bool may_have_no_end(const char* path) {
 }
 
 void sync_with(int (*sync)(int), const std::string& path) {
-  const auto folder = take_text(g_path_get_dirname(path.c_str()));
+  const auto without_slashes = path.substr(0, 1 + path.find_last_not_of('/'));
+  const auto folder = take_text(g_path_get_dirname(without_slashes.c_str()));
   const Descriptor opened{open(folder.get(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
   if (opened) sync(opened.number());
 }

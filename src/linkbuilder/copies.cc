@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <optional>
 #include <set>
@@ -40,7 +41,8 @@ using Alike = bool (*)(const Entry& one, const Entry& counterpart);
 
 /** Returns whether one file is the beginning of the other, or the whole of it. */
 bool begins_alike(const Entry& shorter, const Entry& longer) {
-  constexpr std::size_t block = 1U << 18U;
+  constexpr std::size_t largest_block = 1U << 18U;
+  const auto block = std::min(largest_block, static_cast<std::size_t>(shorter.status.st_size));
   std::vector<char> one(block);
   std::vector<char> other(block);
   const Descriptor first{open(shorter.path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW)};
@@ -74,17 +76,6 @@ bool holds_same(const Entry& one, const Entry& other) {
   }
 }
 
-std::optional<std::set<std::string>> names_in(const fs::path& folder) {
-  std::error_code error;
-  std::set<std::string> names;
-  for (fs::directory_iterator at{folder, error}; !error && at != fs::directory_iterator{};
-       at.increment(error)) {
-    names.insert(at->path().filename());
-  }
-  if (error) return std::nullopt;
-  return names;
-}
-
 using Attributes = std::map<std::string, std::string, std::less<>>;
 
 std::optional<Attributes> attributes_of(const fs::path& path) {
@@ -104,9 +95,11 @@ std::optional<Attributes> attributes_of(const fs::path& path) {
   return found;
 }
 
-bool same_time(const Entry& one, const Entry& other) {
-  return one.status.st_mtim.tv_sec == other.status.st_mtim.tv_sec &&
-         one.status.st_mtim.tv_nsec == other.status.st_mtim.tv_nsec;
+/** Returns whether a copy has the time of its original, as far as its file system can hold that. */
+bool same_time(const Entry& one, const Entry& copy) {
+  const auto& time = one.status.st_mtim;
+  const auto& copied = copy.status.st_mtim;
+  return time.tv_sec == copied.tv_sec && (time.tv_nsec == copied.tv_nsec || copied.tv_nsec == 0);
 }
 
 /** Returns whether the time of a folder says that it is a finished copy. */
@@ -148,12 +141,43 @@ bool all_alike(const fs::path& path, const fs::path& other, Alike alike) {
 
 }  // namespace
 
+std::optional<std::set<std::string>> names_in(const fs::path& folder) {
+  std::error_code error;
+  std::set<std::string> names;
+  for (fs::directory_iterator at{folder, error}; !error && at != fs::directory_iterator{};
+       at.increment(error)) {
+    names.insert(at->path().filename());
+  }
+  if (error) return std::nullopt;
+  return names;
+}
+
 bool is_part_of_copy(const fs::path& copy, const fs::path& original) {
   return all_alike(copy, original, holds_same);
 }
 
 bool is_rest_of_move(const fs::path& rest, const fs::path& copy) {
   return all_alike(rest, copy, wholly_alike);
+}
+
+bool is_untouched_since(const fs::path& path, std::int64_t time) {
+  constexpr std::int64_t nanoseconds = 1'000'000'000;
+  std::vector<fs::path> left{path};
+  while (!left.empty()) {
+    const Entry entry{left.back()};
+    left.pop_back();
+    if (!entry.exists) continue;
+    if (entry.kind() == S_IFDIR) {
+      const auto names = names_in(entry.path);
+      if (!names) return false;
+      for (const auto& name : *names) left.push_back(entry.path / name);
+      continue;
+    }
+    // The deletion of another link to the same file counts as a change of its status.
+    const auto& last = entry.status.st_nlink > 1 ? entry.status.st_mtim : entry.status.st_ctim;
+    if (last.tv_sec * nanoseconds + last.tv_nsec > time) return false;
+  }
+  return true;
 }
 
 }  // namespace varnholt

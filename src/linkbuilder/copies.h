@@ -5,9 +5,16 @@
 // followed. Whatever cannot be read makes the answer false.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
 
 namespace varnholt {
+
+/** Returns the names in a folder, or nullopt when it is none or cannot be read. */
+std::optional<std::set<std::string>> names_in(const std::filesystem::path& folder);
 
 /**
  * Returns whether `copy` can be what a copying command had made of `original` when it was cut off:
@@ -21,5 +28,11 @@ bool is_part_of_copy(const std::filesystem::path& copy, const std::filesystem::p
  * mode, time of change and extended attributes.
  */
 bool is_rest_of_move(const std::filesystem::path& rest, const std::filesystem::path& copy);
+
+/**
+ * Returns whether no file from `path` down has come or changed since a time, in nanoseconds since
+ * the epoch. Nothing at all at the path is an answer of true, too.
+ */
+bool is_untouched_since(const std::filesystem::path& path, std::int64_t time);
 
 }  // namespace varnholt

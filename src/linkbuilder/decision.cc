@@ -61,34 +61,4 @@ UndoDecision decide_undo(const std::string& link) {
   return {link == "/" ? UndoTask::root : UndoTask::copy, content.get()};
 }
 
-std::string without_final_slash(std::string_view path) {
-  if (path.ends_with('/')) path.remove_suffix(1);
-  return std::string{path};
-}
-
-bool is_there(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0;
-}
-
-std::string backup_name(const std::string& path, int number) {
-  return (path + std::string{backup_mark}) + std::to_string(number);
-}
-
-bool is_backup_name(std::string_view path) {
-  const auto mark = path.rfind(backup_mark);
-  if (!path.starts_with('/') || mark == std::string_view::npos) return false;
-  const auto number = path.substr(mark + backup_mark.size());
-  return !number.empty() && number.size() < std::to_string(backup_names).size() &&
-         number.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
-std::string free_backup_name(const std::string& path) {
-  for (int number = 0; number < backup_names; ++number) {
-    auto name = backup_name(path, number);
-    if (!is_there(name)) return name;
-  }
-  return {};
-}
-
 }  // namespace varnholt

@@ -6,7 +6,6 @@
 #include <sys/types.h>
 
 #include <string>
-#include <string_view>
 
 #include "model/definition.h"
 
@@ -66,26 +65,5 @@ struct UndoDecision {
 
 /** Decides about the link of a definition that is marked deleted. */
 UndoDecision decide_undo(const std::string& link);
-
-/** Returns a path without one slash at its end, as the commands that move get it. */
-std::string without_final_slash(std::string_view path);
-
-/** Returns whether anything is at a path, even a dangling link. */
-bool is_there(const std::string& path);
-
-/** What stands between a path and the number in the name of its backup. */
-constexpr std::string_view backup_mark = ".bak_";
-
-/** Returns whether a path is absolute and ends as the name of a backup does. */
-bool is_backup_name(std::string_view path);
-
-/** Returns the path as the backup with this number is called. */
-std::string backup_name(const std::string& path, int number);
-
-/** Returns the first backup name at which nothing exists; empty when there is none. */
-std::string free_backup_name(const std::string& path);
-
-/** The number of backup names; they begin with 0. */
-constexpr int backup_names = 1000;
 
 }  // namespace varnholt

@@ -3,7 +3,9 @@
 #include "linkbuilder/healing.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,6 +19,7 @@
 #include "linkbuilder/copies.h"
 #include "linkbuilder/decision.h"
 #include "linkbuilder/link-operations.h"
+#include "linkbuilder/moves.h"
 #include "linkbuilder/places.h"
 #include "linkbuilder/stop-signals.h"
 
@@ -30,13 +33,16 @@ using Definitions = std::vector<BakDefFields>;
 
 /** What stands at a path. A link is not followed. */
 struct Place {
-  explicit Place(const std::string& spelled) : path(without_final_slash(spelled)) {
+  explicit Place(std::string spelled) : path(std::move(spelled)) {
     std::error_code ignored;
     there = lstat(path.c_str(), &status) == 0;
     if (is_link()) content = fs::read_symlink(path, ignored);
   }
   bool is_link() const { return there && S_ISLNK(status.st_mode); }
-  bool leads_nowhere() const { return is_link() && !fs::exists(path); }
+  bool leads_nowhere() const {
+    std::error_code ignored;
+    return is_link() && !fs::exists(path, ignored);
+  }
   bool holds_data() const { return there && !is_link(); }
   std::string told() const {
     if (is_link()) return path + " is a link to " + content;
@@ -66,34 +72,104 @@ std::optional<Remedy> remove_rest(const Place& rest, const Place& whole, Then th
   return remove_part(rest, whole, is_rest_of_move(rest.path, whole.path), then);
 }
 
+/** Returns whether the file system of the source is there, as it was when the work began. */
+bool is_reachable(const Work& work) {
+  return !work.crosses || is_elsewhere(without_final_slash(work.from), work.other);
+}
+
 /** Decides when the backup is there and nothing is at the path. */
 std::optional<Remedy> decide_aside(const Work& work, const Place& source, const Place& backup) {
   const Remedy put_back{"", "", Then::put_back};
-  // Until the move begins the backup is whole, and the next run deletes the source once more.
-  if (work.stage == Stage::aside || !source.there || source.leads_nowhere()) return put_back;
-  if (auto finish = remove_rest(backup, source, Then::link)) return finish;
+  if (work.stage == Stage::aside) {
+    // The next run deletes the source once more, so nothing new may have come there.
+    return is_untouched_since(source.path, work.time) ? std::optional{put_back} : std::nullopt;
+  }
+  if (!source.there || source.leads_nowhere()) return put_back;
+  if (auto finish = remove_rest(backup, source, Then::link_first)) return finish;
   if (is_part_of_copy(source.path, backup.path)) return put_back;
   return std::nullopt;
 }
 
-std::optional<Remedy> decide_adoption(const Work& work) {
-  const Place path{work.path_of_backup()};
-  const Place source{work.from};
-  const Place backup{work.other};
-  if (!backup.there) {
-    const bool moved = !path.there && source.holds_data() && work.stage == Stage::move;
-    return Remedy{"", "", moved ? Then::link : Then::nothing};
+/** Decides when the backup is gone: it was put back, or everything is at the source. */
+std::optional<Remedy> decide_without_backup(const Work& work, const Place& path,
+                                            const Place& source) {
+  if (work.stage == Stage::aside || !source.holds_data()) return Remedy{};
+  if (!path.there) return Remedy{"", "", Then::link};
+  if (path.is_link() || path.status.st_ino != work.inode) return Remedy{};
+  // Somebody may have put back what was only the rest of a move.
+  if (auto rest = remove_rest(path, source, Then::link)) return rest;
+  return is_part_of_copy(source.path, path.path) ? std::optional{Remedy{}} : std::nullopt;
+}
+
+/** Returns whether mv(1) renames a folder in its place by a copy, as overlays make it do. */
+bool renames_by_copy(const std::string& path) {
+  struct statfs status {};
+  return statfs(path.c_str(), &status) == 0 && status.f_type == OVERLAYFS_SUPER_MAGIC;
+}
+
+/** Decides when the backup is there, and at the path what stood there when the work began. */
+std::optional<Remedy> decide_half_renamed(const Place& path, const Place& backup) {
+  const bool overlay = renames_by_copy(path.path);
+  if (is_part_of_copy(backup.path, path.path)) {
+    // Elsewhere a rename leaves nothing behind, so the backup is somebody's own.
+    return overlay ? remove_copy(backup, path, Then::nothing) : Remedy{};
   }
+  auto rest = remove_rest(path, backup, Then::put_back);
+  return rest || overlay ? rest : Remedy{};
+}
+
+bool wants_link(const BakDefFields& definition) {
+  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) &&
+         !definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
+}
+
+/**
+ * Returns whether only folders and links stand at the path that definitions below it have made
+ * since it was moved aside, and will make again.
+ */
+bool is_made_by_others(const Work& work, const Definitions& definitions) {
+  const fs::path top = work.path_of_backup();
+  std::vector<fs::path> left{top};
+  while (!left.empty()) {
+    const Place place{left.back()};
+    left.pop_back();
+    if (place.is_link()) {
+      const auto spelled = work.to + place.path.substr(top.native().size());
+      const bool wanted = std::ranges::any_of(definitions, [&](const BakDefFields& each) {
+        return wants_link(each) && each.to == spelled && each.from == place.content;
+      });
+      if (!wanted) return false;
+      continue;
+    }
+    // The program makes no folder but for what is in it.
+    const auto names = names_in(place.path);
+    if (!names || names->empty()) return false;
+    for (const auto& name : *names) left.push_back(fs::path{place.path} / name);
+  }
+  return true;
+}
+
+std::optional<Remedy> decide_adoption(const Work& work, const Definitions& definitions) {
+  const Place path{work.path_of_backup()};
+  const Place source{without_final_slash(work.from)};
+  const Place backup{work.other};
+  if (!is_reachable(work)) return Remedy{"", "", Then::wait};
+  if (!backup.there) return decide_without_backup(work, path, source);
   if (!path.there) return decide_aside(work, source, backup);
-  if (path.is_link() || path.status.st_ino != work.inode) return std::nullopt;
-  // Some file systems rename a folder by a copy of it.
-  if (auto copy = remove_copy(backup, path, Then::nothing)) return copy;
-  return remove_rest(path, backup, Then::put_back);
+  if (path.is_link()) {
+    return path.content == work.from ? remove_rest(backup, source, Then::nothing) : std::nullopt;
+  }
+  if (path.status.st_ino == work.inode) return decide_half_renamed(path, backup);
+  auto aside = decide_aside(work, source, backup);
+  const bool can_be_put_back = aside && aside->then == Then::put_back;
+  if (!can_be_put_back || !is_made_by_others(work, definitions)) return std::nullopt;
+  return Remedy{path.path, "the profile", Then::put_back};
 }
 
 std::optional<Remedy> decide_way_back(const Work& work) {
   const Place path{work.path_of_backup()};
-  const Place source{work.from};
+  const Place source{without_final_slash(work.from)};
+  if (!is_reachable(work)) return Remedy{"", "", Then::wait};
   if (!source.holds_data() || path.is_link()) return Remedy{};
   if (!path.there) return Remedy{"", "", Then::link};
   std::error_code ignored;
@@ -103,25 +179,27 @@ std::optional<Remedy> decide_way_back(const Work& work) {
 }
 
 std::optional<Remedy> decide_undoing(const Work& work) {
-  const Place path{work.to};
+  const Place path{without_final_slash(work.to)};
   const Place original{work.other};
-  if (!path.there) return Remedy{"", "", Then::make_link_again};
   if (path.is_link() && path.content == work.other) return Remedy{};
-  return remove_copy(path, original, Then::make_link_again);
+  const bool removed_since = work.stage == Stage::again && work.inode != 0 && !path.there;
+  if (removed_since) return Remedy{"", "", Then::done};
+  if (!original.there) return Remedy{"", "", Then::wait};
+  if (!path.there) return Remedy{"", "", Then::make_link_again};
+  // Somebody may have finished the copy by hand, with its owners and times.
+  const bool is_part = is_part_of_copy(path.path, original.path);
+  if (is_part && is_part_of_copy(original.path, path.path)) return Remedy{"", "", Then::done};
+  return remove_part(path, original, is_part, Then::make_link_again);
+}
+
+Remedy decide_undone(const Work& work) {
+  const Place path{work.to};
+  const bool stands = path.is_link() && path.content != work.other;
+  return {"", "", stands ? Then::done : Then::nothing};
 }
 
 std::string path_of(const Work& work) {
   return work.undoes() ? work.to : work.path_of_backup();
-}
-
-bool wants_link(const BakDefFields& definition) {
-  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) &&
-         !definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
-}
-
-bool wants_no_link(const BakDefFields& definition) {
-  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) &&
-         definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
 }
 
 /** Returns whether the paths of a work lead to where they led when it began. */
@@ -148,16 +226,24 @@ bool remove_all(const std::string& path) {
   return !error;
 }
 
-/** Carries out what a remedy does after the deletion. Returns whether it worked. */
+BakDefFields definition_of(const Work& work) {
+  return {.from = work.from, .to = work.to};
+}
+
+/** Carries out what a remedy does beside the deletion. Returns whether it worked. */
 bool carry_out(Then then, const Work& work, Note& note) {
   const char* const path = work.to.c_str();
   switch (then) {
     case Then::nothing:
-      return true;
+    case Then::done:
+    case Then::wait:
+      return then != Then::wait;
     case Then::put_back:
       print_progress("an earlier run did not finish: %s becomes %s again\n", work.other.c_str(),
                      path);
       return put_back(work);
+    case Then::link_first:
+      return is_there(work.to) || make_link(definition_of(work)) == 0;
     case Then::link:
       print_progress("an earlier run did not finish: %s is at %s, and its link is made\n", path,
                      work.from.c_str());
@@ -172,9 +258,10 @@ bool carry_out(Then then, const Work& work, Note& note) {
 
 /** Tells what is not finished and why, and what stands where. */
 void tell(const Work& work, const std::string& why) {
+  const bool has_backup = work.stage == Stage::aside || work.stage == Stage::move;
+  const auto backup = has_backup ? Place{work.other}.told() + ", " : "";
   const auto path = Place{path_of(work)}.told();
   const auto source = Place{work.undoes() ? work.other : work.from}.told();
-  const auto backup = work.undoes() ? "" : Place{work.other}.told() + ", ";
   print_failure("an earlier run did not finish %s, and %s: %s%s, and %s\n", work.to.c_str(),
                 why.c_str(), backup.c_str(), path.c_str(), source.c_str());
 }
@@ -182,32 +269,50 @@ void tell(const Work& work, const std::string& why) {
 constexpr auto* changed_since = "somebody has changed something since";
 
 /**
- * Leaves a work to the operator. A copy in the place of a link then counts as finished, as the
- * original is whole. But only the note knows where the backup comes from, so the work stays in it,
- * and its path is left alone, until the backup is gone or the link is there.
+ * Leaves a work to the operator, and its path alone as long as what the note alone knows of is
+ * there: where the backup comes from, or that a copy is not whole. A copy in the place of a link
+ * counts as finished when no line wants the link: the original is whole. Returns whether this run
+ * may take the path.
  */
-bool leave_alone(const Work& work, const char* why, Note& note) {
-  const bool settled = work.undoes() || Place{path_of(work)}.content == work.from;
-  const auto how_long = settled ? "" : " until " + work.other + " is gone";
-  tell(work, "it is left alone" + how_long + ", because " + why);
+bool leave_alone(const Work& work, const char* why, bool settled, Note& note) {
+  const bool has_backup = work.stage == Stage::aside || work.stage == Stage::move;
+  const auto how_long = " as long as " + (has_backup ? work.other : work.to) + " is there";
+  tell(work, "it is left alone" + (settled ? "" : how_long) + ", because " + why);
   if (settled) note.drop(work);
   return settled;
 }
 
-/** Carries out what is to be done about a work. Returns whether this run may take its path. */
+bool remove_part(const Remedy& remedy) {
+  if (remedy.removed.empty()) return true;
+  print_progress("an earlier run did not finish: %s is removed, as all of it is in %s\n",
+                 remedy.removed.c_str(), remedy.whole_at.c_str());
+  return remove_all(remedy.removed);
+}
+
+/** Carries out what is to be done about a work. Returns whether that worked. */
+bool mend(const Work& work, const Remedy& remedy, Note& note) {
+  const bool link_first = remedy.then == Then::link_first;
+  const bool mended = link_first ? carry_out(remedy.then, work, note) && remove_part(remedy)
+                                 : remove_part(remedy) && carry_out(remedy.then, work, note);
+  if (mended) return true;
+  const auto* const why =
+      remedy.then == Then::wait ? "what it needs is missing" : g_strerror(errno);
+  tell(work, std::string{"it cannot be finished now ("} + why + ")");
+  return false;
+}
+
+/** Does the same, and drops the work when it is mended. Returns whether this run may take it. */
 bool finish(const Work& work, const Remedy& remedy, Note& note) {
-  if (!remedy.removed.empty()) {
-    print_progress("an earlier run did not finish: %s is removed, as all of it is in %s\n",
-                   remedy.removed.c_str(), remedy.whole_at.c_str());
-  }
-  const bool removed = remedy.removed.empty() || remove_all(remedy.removed);
-  if (!removed || !carry_out(remedy.then, work, note)) {
-    tell(work, std::string{"it cannot be finished now ("} + g_strerror(errno) + ")");
-    return false;
-  }
+  if (!mend(work, remedy, note)) return false;
   // The link has its own ends.
   if (remedy.then != Then::link) note.drop(work);
   return true;
+}
+
+/** Decides without being in the way of a stop signal, as comparing may take long. */
+std::optional<Remedy> looked_up_remedy(const Work& work, const Definitions& definitions) {
+  const EndsAtOnce interruptible;
+  return remedy_for(work, definitions);
 }
 
 /** Returns whether this run may take the path of the work. */
@@ -216,38 +321,60 @@ bool heal_adoption(const Work& work, const Definitions& definitions, Note& note)
     return wants_link(definition) && definition.from == work.from && definition.to == work.to;
   });
   if (wanted) {
-    const auto remedy = remedy_for(work);
-    return remedy ? finish(work, *remedy, note) : leave_alone(work, changed_since, note);
+    const auto remedy = looked_up_remedy(work, definitions);
+    const bool linked = Place{path_of(work)}.content == work.from;
+    return remedy ? finish(work, *remedy, note) : leave_alone(work, changed_since, linked, note);
   }
-  if (is_there(work.other)) {
-    return leave_alone(work, "the profile asks for it no longer", note);
+  if (work.stage != Stage::back && is_there(work.other)) {
+    return leave_alone(work, "the profile asks for it no longer", false, note);
   }
   note.drop(work);
   return true;
 }
 
+/** What the lines of the profile want at the path of a work that undoes a link. */
+struct Wishes {
+  Wishes(const std::string& path, const Definitions& definitions) {
+    for (const auto& each : definitions) {
+      if (each.to != path) continue;
+      any = true;
+      link = link || wants_link(each);
+      undoing = undoing || (each.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) && !wants_link(each));
+    }
+  }
+  bool any = false;
+  bool link = false;
+  bool undoing = false;
+};
+
+/** Undoes a link for which there is no line any more; the note must not forget it in between. */
+void undo_again(const Work& work, Note& note) {
+  if (decide_undo(work.to).task != UndoTask::copy) return note.drop(work);
+  undo_symlink(definition_of(work), note, Stage::again);
+  const auto left = std::ranges::find_if(note.works(), [&work](const Work& each) {
+    return each.stage == Stage::again && each.same_definition(work);
+  });
+  if (left != note.works().end()) keep_without_line(*left, note);
+}
+
 /** Returns whether this run may take the path of the work. */
-bool heal_undoing(const Work& work, const Definitions& definitions, Note& note) {
-  const auto defined =
-      std::ranges::find_if(definitions, [&work](const auto& each) { return each.to == work.to; });
-  // The line of a copy that failed has left the profile all the same.
-  const bool forgotten = defined == definitions.end();
-  if (!forgotten && !wants_no_link(*defined)) {
+bool heal_undoing(Work work, const Definitions& definitions, Note& note) {
+  const Wishes wishes{work.to, definitions};
+  const bool forgotten = work.stage == Stage::again && !wishes.any;
+  if (!forgotten && !wishes.link && !wishes.undoing) {
     note.drop(work);
     return true;
   }
-  if (work.stage == Stage::undone) {
-    const Place path{work.to};
-    const bool stands = path.is_link() && path.content != work.other;
-    if (!stands || forgotten) note.drop(work);
-    return !stands;
+  const auto remedy = looked_up_remedy(work, definitions);
+  if (!remedy) return leave_alone(work, changed_since, !wishes.link, note);
+  if (remedy->then == Then::done && wishes.undoing && Place{work.to}.is_link()) {
+    work.stage = Stage::undone;
+    note.keep(work);
+    return false;
   }
-  const auto remedy = remedy_for(work);
-  if (!remedy) {
-    return leave_alone(work, changed_since, note);
-  }
-  if (!finish(work, *remedy, note)) return false;
-  if (forgotten) undo_symlink({.from = work.from, .to = work.to}, note);
+  if (!forgotten || remedy->then == Then::done) return finish(work, *remedy, note);
+  if (!mend(work, *remedy, note)) return false;
+  undo_again(work, note);
   return true;
 }
 
@@ -262,19 +389,27 @@ bool heal_work(const Work& work, const Definitions& definitions, Note& note) {
 
 }  // namespace
 
-std::optional<Remedy> remedy_for(const Work& work) {
+std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefFields>& definitions) {
   switch (work.stage) {
     case Stage::aside:
     case Stage::move:
-      return decide_adoption(work);
+      return decide_adoption(work, definitions);
     case Stage::back:
       return decide_way_back(work);
     case Stage::undo:
+    case Stage::again:
       return decide_undoing(work);
     case Stage::undone:
-      return Remedy{};
+      return decide_undone(work);
   }
   return std::nullopt;
+}
+
+void keep_without_line(Work work, Note& note) {
+  struct stat left {};
+  work.inode = lstat(work.to.c_str(), &left) == 0 ? left.st_ino : 0;
+  work.stage = Stage::again;
+  note.keep(work);
 }
 
 std::vector<Work> heal(Note& note, const std::vector<BakDefFields>& definitions) {

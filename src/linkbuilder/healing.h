@@ -17,12 +17,18 @@ namespace varnholt {
 /** What is to be done about an unfinished work, given what stands where. */
 struct Remedy {
   enum class Then {
-    /** The definition can be taken anew, or is done. */
+    /** The definition can be taken anew. */
     nothing,
+    /** The copy in the place of a link is whole, or was removed: nothing is left to do. */
+    done,
+    /** What the work needs is not there, such as a file system that is not mounted yet. */
+    wait,
     /** What has the backup name gets its path back. */
     put_back,
     /** The data is at the source: the link is made, or the data moved back. */
     link,
+    /** The same, but the link is made before the deletion, which may fail. */
+    link_first,
     /** The link that is undone is made again. */
     make_link_again,
   };
@@ -34,10 +40,11 @@ struct Remedy {
 };
 
 /**
- * Decides what is to be done, and changes nothing. Returns nullopt in doubt: when what stands there
- * is not what the work can have left, because somebody has changed something since.
+ * Decides what is to be done, given the definitions of the profile, and changes nothing. Returns
+ * nullopt in doubt: when what stands there is not what the work, or a definition below its path,
+ * can have left, because somebody has changed something since.
  */
-std::optional<Remedy> remedy_for(const Work& work);
+std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefFields>& definitions);
 
 /**
  * Finishes the works of a note, the newest one first, as far as the definitions of the profile
@@ -45,5 +52,8 @@ std::optional<Remedy> remedy_for(const Work& work);
  * alone in doubt. Returns the works whose definitions this run must leave alone.
  */
 std::vector<Work> heal(Note& note, const std::vector<BakDefFields>& definitions);
+
+/** Notes that the line of an undoing whose copy has failed has left the profile. */
+void keep_without_line(Work work, Note& note);
 
 }  // namespace varnholt

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <glib.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -49,14 +50,24 @@ void secure_process() {
   g_setenv("LC_ALL", "C", TRUE);
 }
 
+/** Opens a folder whose lock only root can take; others could keep root waiting for ever. */
+int open_folder_to_lock() {
+  // NOLINTBEGIN(android-cloexec-open): the commands must inherit it
+  const int of_root = open(paths::private_folder, O_RDONLY | O_DIRECTORY);
+  struct stat status {};
+  if (fstat(of_root, &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0) return of_root;
+  if (of_root >= 0) close(of_root);
+  const auto folder = varnholt::take_text(g_path_get_dirname(paths::profile));
+  return open(folder.get(), O_RDONLY | O_DIRECTORY);
+  // NOLINTEND(android-cloexec-open)
+}
+
 /**
  * Waits until no other run is at work. Its commands inherit the descriptor that is returned, so
  * that one which has outlived its run counts too. A file system that knows no locks locks nothing.
  */
 int wait_for_other_runs() {
-  const auto folder = varnholt::take_text(g_path_get_dirname(paths::profile));
-  // NOLINTNEXTLINE(android-cloexec-open): the commands must inherit it
-  const int lock = open(folder.get(), O_RDONLY | O_DIRECTORY);
+  const int lock = open_folder_to_lock();
   if (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
     varnholt::print_progress("another run of the link builder is at work, waiting for its end\n");
     const varnholt::EndsAtOnce interruptible;
@@ -68,6 +79,8 @@ int wait_for_other_runs() {
 /** Returns whether a text has nothing that another one lacks, but for definitions to be undone. */
 bool is_contained(std::string_view text, std::string_view other) {
   const auto unmarked = [](std::string_view profile) {
+    // The room for a text is made before it is written.
+    profile = profile.substr(0, profile.find('\0'));
     return varnholt::without_lines(profile, varnholt::apply_definitions(profile, [](auto&) {}));
   };
   return unmarked(other).starts_with(unmarked(text));
@@ -100,11 +113,12 @@ class Run {
         m_profile, [this](const varnholt::BakDefFields& definition) { take(definition); });
   }
 
-  /** Forgets the works that the profile on the disk does not ask for any more. */
-  void forget_undone() {
+  /** Notes that the lines of definitions that are marked deleted have left the profile. */
+  void forget_lines() {
     const auto works = m_note.works();
     for (const auto& work : works) {
       if (work.stage == varnholt::Stage::undone) m_note.drop(work);
+      if (work.stage == varnholt::Stage::undo) varnholt::keep_without_line(work, m_note);
     }
   }
 
@@ -124,10 +138,15 @@ class Run {
     const auto same_path = [&](const varnholt::Work& work) { return work.to == definition.to; };
     if (std::ranges::any_of(m_left_alone, same_path)) return;
     if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
-      varnholt::undo_symlink(definition, m_note);
-    } else {
-      varnholt::build_symlink(definition, m_note);
+      return varnholt::undo_symlink(definition, m_note);
     }
+    const bool half_copied = std::ranges::any_of(m_note.works(), [&](const varnholt::Work& work) {
+      return work.stage == varnholt::Stage::undo && same_path(work);
+    });
+    if (!half_copied) return varnholt::build_symlink(definition, m_note);
+    // The part of a copy would replace the original.
+    varnholt::print_failure("%s is left alone, because what stands there may not be whole\n",
+                            definition.to.c_str());
   }
 
   std::string_view m_profile;
@@ -186,7 +205,7 @@ void main_save_symbolic_dir() {
   if (error) {
     tell_failure(*error);
   } else {
-    run.forget_undone();
+    run.forget_lines();
   }
   varnholt::end_if_stopped();
 }

@@ -45,14 +45,6 @@ bool is_link(const std::string& path) {
   return fs::is_symlink(fs::symlink_status(path, ignored));
 }
 
-/**
- * Returns whether a path names a link and ends with a slash: rm would empty the folder behind the
- * link and keep the link.
- */
-bool is_link_with_slash(const std::string& path) {
-  return path.ends_with('/') && is_link(path.substr(0, 1 + path.find_last_not_of('/')));
-}
-
 /** Prints the outcome of a call of symlink(2), and returns its result. */
 int tell_link(const BakDefFields& definition, int result) {
   const char* const from = definition.from.c_str();
@@ -65,10 +57,6 @@ int tell_link(const BakDefFields& definition, int result) {
   return result;
 }
 
-int make_link(const BakDefFields& definition) {
-  return tell_link(definition, symlink(definition.from.c_str(), definition.to.c_str()));
-}
-
 constexpr auto* already_a_link = "%s is  already a symlink ,the target is %s .\n";
 
 /** Replaces the link at `to`, which holds `content`. */
@@ -76,7 +64,7 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
   const char* const to = definition.to.c_str();
   const int result = std::remove(to);
   if (result == 0) {
-    make_link(definition);
+    varnholt::make_link(definition);
     return;
   }
   print_failure(already_a_link, to, content.c_str());
@@ -107,29 +95,6 @@ void build_fresh_link(const BakDefFields& definition) {
   tell_link(definition, result);
 }
 
-/**
- * Does what main_move_file_force() does, and calls `begin_move` between the deletion and the move,
- * which is not made when it returns false.
- */
-bool move_file(const char* from_fn, const char* to_fn, const std::function<bool()>& begin_move) {
-  const std::string from = varnholt::without_final_slash(from_fn);
-  const std::string to = varnholt::without_final_slash(to_fn);
-  const auto move_failed = [&] {
-    print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
-    return false;
-  };
-  if (exists(to.c_str())) {
-    if (is_link_with_slash(to) || varnholt::deletion_takes_away(to, from)) return move_failed();
-    // Anything that still exists after the removal would receive the data inside it.
-    if (run_step("/bin/rm -rf " + path_argument(to)) != 0 || exists(to.c_str())) {
-      print_failure("remove  file %s failed \n", to.c_str());
-      return false;
-    }
-  }
-  const auto command = "/bin/mv " + path_argument(from) + ' ' + path_argument(to);
-  return begin_move() && run_step(command) == 0 ? true : move_failed();
-}
-
 /** Returns a path as an absolute one without links above its last name; empty when it has none. */
 std::string real_path(const std::string& path) {
   std::error_code error;
@@ -137,6 +102,15 @@ std::string real_path(const std::string& path) {
   const auto folder = spelled.has_parent_path() ? spelled.parent_path() : ".";
   const auto real = fs::canonical(folder, error) / spelled.filename();
   return error ? std::string{} : real.string();
+}
+
+/** Returns whether the source is on another file system than the path of a work. */
+bool lies_elsewhere(const Work& work) {
+  return varnholt::is_elsewhere(varnholt::without_final_slash(work.from), work.other);
+}
+
+void tell_stale_note(const char* path) {
+  print_failure("%s is left alone, because an older note says something else of it\n", path);
 }
 
 /** Moves the folder or file at `to` onto the source and makes the link in its place. */
@@ -149,11 +123,14 @@ void adopt_and_link(const BakDefFields& definition, ino_t inode, varnholt::Note&
             real_path(expected), inode};
   varnholt::Note unwritten;
   auto& note = varnholt::is_backup_name(work.other) ? run_note : unwritten;
-  note.keep(work);
+  work.crosses = lies_elsewhere(work);
+  if (!note.keep(work)) return tell_stale_note(to);
   const std::string backup = varnholt::take_text(main_backup_file(to)).get();
-  // Without a backup the call of symlink(2) fails, and its message reports the failure.
   if (backup.empty()) {
-    make_link(definition);
+    // A command that was killed may have renamed it nevertheless; the next run will find it.
+    if (!is_there(definition.to)) return;
+    // The call of symlink(2) fails, and its message reports the failure.
+    varnholt::make_link(definition);
     return note.drop(work);
   }
   if (backup != expected) {
@@ -162,7 +139,7 @@ void adopt_and_link(const BakDefFields& definition, ino_t inode, varnholt::Note&
     note.keep(work);
   }
   print_progress("move force  %s  to %s \n", backup.c_str(), from);
-  const bool moved = move_file(backup.c_str(), from, [&] {
+  const bool moved = varnholt::move_file(backup.c_str(), from, [&] {
     if (work.stage == Stage::move) return true;
     work.stage = Stage::move;
     // The deletion must not come back after the note says that it is done.
@@ -177,7 +154,7 @@ void replace_by_copy(Work work, varnholt::Note& note) {
   const auto link = path_argument(work.to);
   const std::string command =
       "/bin/rm -rf " + link + " && /bin/cp -r " + path_argument(work.other) + "  " + link + ' ';
-  note.keep(work);
+  if (!note.keep(work)) return tell_stale_note(work.to.c_str());
   const int status = run_step(command);
   print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
   if (status != 0) return;
@@ -187,6 +164,10 @@ void replace_by_copy(Work work, varnholt::Note& note) {
 }
 
 }  // namespace
+
+int varnholt::make_link(const BakDefFields& definition) {
+  return tell_link(definition, symlink(definition.from.c_str(), definition.to.c_str()));
+}
 
 void varnholt::link_adopted(Work work, Note& note) {
   const BakDefFields definition{.from = work.from, .to = work.to};
@@ -228,13 +209,13 @@ void varnholt::build_symlink(const BakDefFields& definition, Note& note) {
   }
 }
 
-void varnholt::undo_symlink(const BakDefFields& definition, Note& note) {
+void varnholt::undo_symlink(const BakDefFields& definition, Note& note, Stage stage) {
   const char* const link = definition.to.c_str();
   const auto decision = decide_undo(definition.to);
   const char* const content = decision.content.c_str();
   switch (decision.task) {
     case UndoTask::copy:
-      return replace_by_copy({Stage::undo, definition.from, definition.to, decision.content}, note);
+      return replace_by_copy({stage, definition.from, definition.to, decision.content}, note);
     case UndoTask::missing:
       return print_failure("symlink %s is not exist \n", link);
     case UndoTask::no_link:
@@ -257,28 +238,7 @@ void main_build_symlink(VhBakDefItem* v) {
 
 int main_build_symlink_imp(VhBakDefItem* v) {
   g_return_val_if_fail(v != NULL, 0);
-  return make_link(*v);
-}
-
-char* main_backup_file(const char* filename) {
-  g_return_val_if_fail(filename != NULL, nullptr);
-  for (int number = 0; number < varnholt::backup_names; ++number) {
-    const auto name = varnholt::backup_name(filename, number);
-    if (is_there(name)) continue;
-    const int status =
-        run_step("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
-    if (status == 0) return g_strdup(name.c_str());
-    print_failure("rename from %s to  %s  failed ,return code  %d \n", filename, name.c_str(),
-                  status);
-  }
-  print_failure("can not  assign  a temp name for  %s \n", filename);
-  return g_strdup("");
-}
-
-bool main_move_file_force(const char* from_fn, const char* to_fn) {
-  g_return_val_if_fail(from_fn != NULL, false);
-  g_return_val_if_fail(to_fn != NULL, false);
-  return move_file(from_fn, to_fn, [] { return true; });
+  return varnholt::make_link(*v);
 }
 
 void main_restore_del_symlink(const char* link) {

@@ -10,6 +10,8 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <ctime>
+#include <filesystem>
 #include <span>
 #include <system_error>
 
@@ -19,6 +21,8 @@
 #include "base/text.h"
 #include "store/replace-file.h"
 
+namespace fs = std::filesystem;
+
 namespace varnholt {
 namespace {
 
@@ -26,9 +30,19 @@ namespace {
 constexpr char field_end = '\0';
 constexpr std::string_view first_field = "varnholt 1";
 constexpr std::string_view last_field = "end";
-constexpr std::array<std::string_view, 5> stage_words{"aside", "move", "back", "undo", "undone"};
+constexpr std::array<std::string_view, 6> stage_words{"aside", "move",  "back",
+                                                      "undo",  "again", "undone"};
+constexpr std::array<std::string_view, 2> crossing_words{"near", "far"};
+constexpr std::size_t fields_of_work = 8;
 
-/** Reads the fields of one work. */
+template <typename Number>
+Number number_in(std::string_view text) {
+  Number number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+/** Reads the fields of one work; what does not fit is not written as the same again. */
 std::optional<Work> read_work(std::span<const std::string_view> field) {
   const auto* const word = std::ranges::find(stage_words, field[0]);
   if (word == stage_words.end()) return std::nullopt;
@@ -36,11 +50,20 @@ std::optional<Work> read_work(std::span<const std::string_view> field) {
             std::string{field[1]},
             std::string{field[2]},
             std::string{field[3]},
-            0,
-            std::string{field[5]}};
-  std::from_chars(field[4].data(), field[4].data() + field[4].size(), work.inode);
+            number_in<ino_t>(field[4]),
+            field[5] == crossing_words[1],
+            std::string{field[6]},
+            number_in<std::int64_t>(field[7])};
   // Only what this program itself moves aside may be taken for that.
   return work.undoes() || is_backup_name(work.other) ? std::optional{work} : std::nullopt;
+}
+
+/** Returns the time as files get it, which is that of the last tick of the clock. */
+std::int64_t time_of_files() {
+  constexpr std::int64_t nanoseconds = 1'000'000'000;
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  return now.tv_sec * nanoseconds + now.tv_nsec;
 }
 
 /** Returns why nobody but this user can have written a file; null when nobody can. */
@@ -52,13 +75,19 @@ const char* distrust(int descriptor) {
   return (status.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? "other users may write it" : nullptr;
 }
 
+/** Returns whether what a work has moved to the source was renamed, so that it is no copy. */
+bool was_renamed(const Work& work) {
+  struct stat moved {};
+  struct stat folder {};
+  const auto path = fs::path{work.path_of_backup()}.parent_path();
+  return lstat(work.from.c_str(), &moved) == 0 && moved.st_ino == work.inode &&
+         stat(path.c_str(), &folder) == 0 && moved.st_dev == folder.st_dev;
+}
+
 /** Waits until what has come of a work is on the disk. */
 void sync_work(const Work& work) {
   if (work.undoes()) return sync_file_system(work.to);
-  struct stat moved {};
-  const bool renamed = lstat(work.from.c_str(), &moved) == 0 && moved.st_ino == work.inode;
-  // After a rename the data is where it was.
-  renamed ? sync_folder_above(work.from) : sync_file_system(work.from);
+  was_renamed(work) ? sync_folder_above(work.from) : sync_file_system(work.from);
   sync_folder_above(work.to);
 }
 
@@ -73,14 +102,15 @@ std::string note_text(const std::vector<Work>& works) {
     for (const auto& field : {work.from, work.to, work.other, std::to_string(work.inode)}) {
       add(field);
     }
+    add(crossing_words.at(work.crosses ? 1 : 0));
     add(work.folder);
+    add(std::to_string(work.time));
   }
   add(last_field);
   return text;
 }
 
 std::optional<std::vector<Work>> read_note(std::string_view bytes) {
-  constexpr std::size_t fields_of_work = 6;
   const auto fields = split(bytes, field_end);
   std::vector<Work> works;
   for (std::size_t at = 1; at + fields_of_work < fields.size(); at += fields_of_work) {
@@ -101,6 +131,7 @@ Note::Note(const char* path) : m_path(path) {
     const auto bytes = read_file(path);
     if (auto works = bytes.error ? std::nullopt : read_note(bytes.text())) {
       m_works = std::move(*works);
+      m_stored = m_works;
       return;
     }
     why = "it is damaged";
@@ -111,10 +142,14 @@ Note::Note(const char* path) : m_path(path) {
 }
 
 bool Note::keep(const Work& work) {
-  std::erase_if(m_works, [&](const Work& known) { return known.same_definition(work); });
+  const auto same = [&](const Work& known) { return known.same_definition(work); };
+  std::erase_if(m_works, same);
   m_works.push_back(work);
   m_works.back().folder = current_folder();
-  return write();
+  m_works.back().time = time_of_files();
+  write();
+  return std::ranges::none_of(
+      m_stored, [&](const Work& stored) { return same(stored) && stored != m_works.back(); });
 }
 
 void Note::drop(const Work& work) {
@@ -125,16 +160,19 @@ void Note::drop(const Work& work) {
   write();
 }
 
-bool Note::write() {
-  if (m_path == nullptr) return true;
+void Note::write() {
+  if (m_path == nullptr) return;
   if (!m_works.empty()) {
     constexpr mode_t own_mode = 0600;
     const auto error = write_file(m_path, own_mode, note_text(m_works));
-    if (!error) return true;
+    if (!error) {
+      m_stored = m_works;
+      return;
+    }
     tell("cannot be written, and the run goes on without it", error->message);
   }
   // No note is better than one that says less than what has been done.
-  return unlink(m_path) == 0 || errno == ENOENT;
+  if (unlink(m_path) == 0 || errno == ENOENT) m_stored.clear();
 }
 
 void Note::tell(const char* what, const char* why) {

@@ -6,12 +6,13 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "linkbuilder/decision.h"
+#include "linkbuilder/moves.h"
 #include "model/definition.h"
 
 namespace varnholt {
@@ -26,13 +27,15 @@ enum class Stage {
   back,
   /** The link is removed, and a copy of what it leads to is made in its place. */
   undo,
+  /** That copy has failed, and the line that asked for it has left the profile. */
+  again,
   /** That copy is whole, but it is a link itself, which must not be undone in its turn. */
   undone,
 };
 
 /** The unfinished work on one definition. Paths are as the definition spells them. */
 struct Work {
-  bool undoes() const { return stage == Stage::undo || stage == Stage::undone; }
+  bool undoes() const { return stage >= Stage::undo; }
   /** Returns whether both are about the same definition. */
   bool same_definition(const Work& that) const {
     return from == that.from && to == that.to && undoes() == that.undoes();
@@ -50,10 +53,14 @@ struct Work {
    * by way of what is moved; or the content of the link that is undone.
    */
   std::string other{};
-  /** The inode of what stood at the path. */
+  /** The inode of what stood at the path; of what a failed copy has left there, 0 for nothing. */
   ino_t inode = 0;
+  /** Whether the source was on another file system than the path. */
+  bool crosses = false;
   /** The folder from which relative paths count. */
   std::string folder{};
+  /** When this was noted, in nanoseconds since the epoch; see Note::keep(). */
+  std::int64_t time = 0;
 };
 
 /** Writes works as the bytes of a note. */
@@ -78,9 +85,10 @@ class Note {
   const std::vector<Work>& works() const { return m_works; }
 
   /**
-   * Adds a work as the newest one, in the place of an earlier one on the same definition. Returns
-   * false when the disk still holds an older note, which can be neither replaced nor removed: what
-   * this work tells of must not begin then, or a later run would misjudge what it finds.
+   * Adds a work as the newest one, in the place of an earlier one on the same definition, with the
+   * current folder and time. Returns false when an older note on the disk says something else of
+   * this definition and can be neither replaced nor removed: what the work tells of must not begin
+   * then, or a later run would misjudge what it finds.
    */
   bool keep(const Work& work);
 
@@ -88,11 +96,13 @@ class Note {
   void drop(const Work& work);
 
  private:
-  bool write();
+  void write();
   void tell(const char* what, const char* why);
 
   const char* m_path = nullptr;
   std::vector<Work> m_works;
+  /** What the note on the disk says. */
+  std::vector<Work> m_stored;
   bool m_told = false;
 };
 

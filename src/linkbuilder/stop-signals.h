@@ -29,7 +29,7 @@ class EndsAtOnce {
 /**
  * Runs a command line as run_command() does. A stop signal ends the process before or during the
  * command; so does one that has ended the command only, as Ctrl-C does. The command itself is not
- * ended when the signal was sent to this process alone.
+ * ended when the signal was sent to this process alone; of such ones SIGINT and SIGQUIT are lost.
  */
 int run_step(const std::string& command_line);
 
