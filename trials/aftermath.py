@@ -38,6 +38,8 @@ class Job:
     links: tuple[tuple[str, str], ...] = ()
     adopts: bool = True  # Whether what exists at a path must outlive its link.
     mounts: tuple[str, ...] = ()
+    disks: tuple[str, ...] = ()  # These are ext4 file systems, whose power is cut.
+    stride: int = 0  # Every so many calls the second run is cut as well; never for 0.
     window: bool = False
     answered_for: bool = False  # Whether a loss fails the trial.
     # Makes the regular expression of the new profile from the old one.
