@@ -373,7 +373,9 @@ bool heal_undoing(Work work, const Definitions& definitions, Note& note) {
     return false;
   }
   if (!forgotten || remedy->then == Then::done) return finish(work, *remedy, note);
-  if (!mend(work, *remedy, note)) return false;
+  // From here on nobody can tell the removal of the part from one by hand.
+  work.inode = 0;
+  if (!note.keep(work) || !mend(work, *remedy, note)) return false;
   undo_again(work, note);
   return true;
 }

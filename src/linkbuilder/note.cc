@@ -10,7 +10,6 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <ctime>
 #include <filesystem>
 #include <span>
 #include <system_error>
@@ -34,6 +33,7 @@ constexpr std::array<std::string_view, 6> stage_words{"aside", "move",  "back",
                                                       "undo",  "again", "undone"};
 constexpr std::array<std::string_view, 2> crossing_words{"near", "far"};
 constexpr std::size_t fields_of_work = 8;
+constexpr std::int64_t nanoseconds_of_microsecond = 1000;
 
 template <typename Number>
 Number number_in(std::string_view text) {
@@ -56,14 +56,6 @@ std::optional<Work> read_work(std::span<const std::string_view> field) {
             number_in<std::int64_t>(field[7])};
   // Only what this program itself moves aside may be taken for that.
   return work.undoes() || is_backup_name(work.other) ? std::optional{work} : std::nullopt;
-}
-
-/** Returns the time as files get it, which is that of the last tick of the clock. */
-std::int64_t time_of_files() {
-  constexpr std::int64_t nanoseconds = 1'000'000'000;
-  timespec now{};
-  clock_gettime(CLOCK_REALTIME_COARSE, &now);
-  return now.tv_sec * nanoseconds + now.tv_nsec;
 }
 
 /** Returns why nobody but this user can have written a file; null when nobody can. */
@@ -146,7 +138,7 @@ bool Note::keep(const Work& work) {
   std::erase_if(m_works, same);
   m_works.push_back(work);
   m_works.back().folder = current_folder();
-  m_works.back().time = time_of_files();
+  m_works.back().time = g_get_real_time() * nanoseconds_of_microsecond;
   write();
   return std::ranges::none_of(
       m_stored, [&](const Work& stored) { return same(stored) && stored != m_works.back(); });
