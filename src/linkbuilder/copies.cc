@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <map>
 #include <optional>
@@ -81,8 +82,8 @@ using Attributes = std::map<std::string, std::string, std::less<>>;
 std::optional<Attributes> attributes_of(const fs::path& path) {
   std::string names(XATTR_LIST_MAX, '\0');
   const auto length = llistxattr(path.c_str(), names.data(), names.size());
+  if (length < 0) return std::nullopt;
   Attributes found;
-  if (length < 0) return errno == ENOTSUP ? std::optional{found} : std::nullopt;
   for (std::string_view left{names.data(), static_cast<std::size_t>(length)}; !left.empty();) {
     const std::string name{left.substr(0, left.find('\0'))};
     std::string value(XATTR_SIZE_MAX, '\0');
@@ -95,11 +96,28 @@ std::optional<Attributes> attributes_of(const fs::path& path) {
   return found;
 }
 
+/** Returns whether a copy has the attributes of its original, if its file system can hold any. */
+bool same_attributes(const Entry& one, const Entry& copy) {
+  if (llistxattr(copy.path.c_str(), nullptr, 0) < 0) return errno == ENOTSUP;
+  const auto attributes = attributes_of(one.path);
+  const auto copied = attributes_of(copy.path);
+  return attributes && attributes == copied;
+}
+
+std::int64_t nanoseconds_of(const timespec& time) {
+  constexpr std::int64_t in_a_second = 1'000'000'000;
+  return time.tv_sec * in_a_second + time.tv_nsec;
+}
+
 /** Returns whether a copy has the time of its original, as far as its file system can hold that. */
 bool same_time(const Entry& one, const Entry& copy) {
-  const auto& time = one.status.st_mtim;
-  const auto& copied = copy.status.st_mtim;
-  return time.tv_sec == copied.tv_sec && (time.tv_nsec == copied.tv_nsec || copied.tv_nsec == 0);
+  const auto time = nanoseconds_of(one.status.st_mtim);
+  const auto copied = nanoseconds_of(copy.status.st_mtim);
+  // File systems count in nanoseconds, tenths of microseconds, hundredths of seconds, or one or two
+  // seconds.
+  constexpr std::array<std::int64_t, 5> steps{1, 100, 10'000'000, 1'000'000'000, 2'000'000'000};
+  return std::ranges::any_of(steps,
+                             [&](std::int64_t step) { return copied == time - time % step; });
 }
 
 /** Returns whether the time of a folder says that it is a finished copy. */
@@ -116,8 +134,18 @@ bool wholly_alike(const Entry& rest, const Entry& copy) {
   const bool finished = rest.kind() == S_IFDIR
                             ? finished_folder(rest, copy)
                             : rest.status.st_size == copy.status.st_size && same_time(rest, copy);
-  const auto attributes = attributes_of(rest.path);
-  return finished && attributes && attributes == attributes_of(copy.path) && holds_same(rest, copy);
+  return finished && same_attributes(rest, copy) && holds_same(rest, copy);
+}
+
+/** Returns whether a folder does not have the mode that cp(1) gives some folders for a while. */
+bool has_final_mode(const Entry& copy, const Entry& original) {
+  if (copy.kind() != S_IFDIR) return true;
+  const mode_t mask = umask(0);
+  umask(mask);
+  constexpr mode_t written_by_others = S_IWGRP | S_IWOTH;
+  const mode_t final = original.status.st_mode & ACCESSPERMS & ~mask;
+  const mode_t interim = ((final & ~written_by_others) | S_IRWXU) & ~mask;
+  return (copy.status.st_mode & ACCESSPERMS) != interim || interim == final;
 }
 
 /** Returns whether everything from `path` down is like its counterpart from `other` down. */
@@ -160,22 +188,55 @@ bool is_rest_of_move(const fs::path& rest, const fs::path& copy) {
   return all_alike(rest, copy, wholly_alike);
 }
 
+bool is_whole_copy(const fs::path& copy, const fs::path& original) {
+  return all_alike(copy, original, holds_same) && all_alike(original, copy, holds_same) &&
+         all_alike(copy, original, has_final_mode);
+}
+
+namespace {
+
+/** Looks for what has come to a tree since a time, entry by entry. */
+class Newcomers {
+ public:
+  Newcomers(const Entry& top, std::int64_t time) : m_top(top.status), m_time(time) {}
+
+  /** Returns whether an entry can have been there before. */
+  bool was_there(const Entry& entry) {
+    const auto& status = entry.status;
+    const auto changed = nanoseconds_of(status.st_ctim);
+    const auto modified = nanoseconds_of(status.st_mtim);
+    if (entry.kind() == S_IFDIR) {
+      // A deletion in a folder sets both times, and moving the folder only one.
+      return changed <= m_time || changed == modified;
+    }
+    // What is mounted there may have been mounted since.
+    if (status.st_dev != m_top.st_dev) return false;
+    if (status.st_nlink == 1 || changed <= m_time) return changed <= m_time;
+    // The deletion of another link to the same file sets the time, too.
+    ++m_links[status.st_ino];
+    return modified <= m_time && m_links[status.st_ino] < status.st_nlink;
+  }
+
+ private:
+  struct stat m_top;
+  std::int64_t m_time;
+  std::map<ino_t, nlink_t> m_links;
+};
+
+}  // namespace
+
 bool is_untouched_since(const fs::path& path, std::int64_t time) {
-  constexpr std::int64_t nanoseconds = 1'000'000'000;
+  Newcomers newcomers{Entry{path}, time};
   std::vector<fs::path> left{path};
   while (!left.empty()) {
     const Entry entry{left.back()};
     left.pop_back();
     if (!entry.exists) continue;
-    if (entry.kind() == S_IFDIR) {
-      const auto names = names_in(entry.path);
-      if (!names) return false;
-      for (const auto& name : *names) left.push_back(entry.path / name);
-      continue;
-    }
-    // The deletion of another link to the same file counts as a change of its status.
-    const auto& last = entry.status.st_nlink > 1 ? entry.status.st_mtim : entry.status.st_ctim;
-    if (last.tv_sec * nanoseconds + last.tv_nsec > time) return false;
+    if (!newcomers.was_there(entry)) return false;
+    if (entry.kind() != S_IFDIR) continue;
+    const auto names = names_in(entry.path);
+    if (!names) return false;
+    for (const auto& name : *names) left.push_back(entry.path / name);
   }
   return true;
 }

@@ -30,8 +30,14 @@ bool is_part_of_copy(const std::filesystem::path& copy, const std::filesystem::p
 bool is_rest_of_move(const std::filesystem::path& rest, const std::filesystem::path& copy);
 
 /**
- * Returns whether no file from `path` down has come or changed since a time, in nanoseconds since
- * the epoch. Nothing at all at the path is an answer of true, too.
+ * Returns whether `copy` is all that cp(1) makes of `original`. It gives some folders their mode at
+ * last.
+ */
+bool is_whole_copy(const std::filesystem::path& copy, const std::filesystem::path& original);
+
+/**
+ * Returns whether nothing from `path` down has come or changed since a time, in nanoseconds since
+ * the epoch, except by a deletion. Nothing at all at the path is an answer of true, too.
  */
 bool is_untouched_since(const std::filesystem::path& path, std::int64_t time);
 

@@ -82,7 +82,9 @@ std::optional<Remedy> decide_aside(const Work& work, const Place& source, const 
   const Remedy put_back{"", "", Then::put_back};
   if (work.stage == Stage::aside) {
     // The next run deletes the source once more, so nothing new may have come there.
-    return is_untouched_since(source.path, work.time) ? std::optional{put_back} : std::nullopt;
+    const bool same = !source.there || source.status.st_ino == work.source_inode;
+    return same && is_untouched_since(source.path, work.time) ? std::optional{put_back}
+                                                              : std::nullopt;
   }
   if (!source.there || source.leads_nowhere()) return put_back;
   if (auto finish = remove_rest(backup, source, Then::link_first)) return finish;
@@ -181,15 +183,15 @@ std::optional<Remedy> decide_way_back(const Work& work) {
 std::optional<Remedy> decide_undoing(const Work& work) {
   const Place path{without_final_slash(work.to)};
   const Place original{work.other};
+  // What a person has put in the place of a part, or nothing, is what he wants.
+  const bool replaced = !path.there || path.status.st_ino != work.inode;
+  if (work.stage == Stage::again && work.inode != 0 && replaced) return Remedy{"", "", Then::done};
   if (path.is_link() && path.content == work.other) return Remedy{};
-  const bool removed_since = work.stage == Stage::again && work.inode != 0 && !path.there;
-  if (removed_since) return Remedy{"", "", Then::done};
   if (!original.there) return Remedy{"", "", Then::wait};
   if (!path.there) return Remedy{"", "", Then::make_link_again};
   // Somebody may have finished the copy by hand, with its owners and times.
-  const bool is_part = is_part_of_copy(path.path, original.path);
-  if (is_part && is_part_of_copy(original.path, path.path)) return Remedy{"", "", Then::done};
-  return remove_part(path, original, is_part, Then::make_link_again);
+  if (is_whole_copy(path.path, original.path)) return Remedy{"", "", Then::done};
+  return remove_copy(path, original, Then::make_link_again);
 }
 
 Remedy decide_undone(const Work& work) {
@@ -276,8 +278,10 @@ constexpr auto* changed_since = "somebody has changed something since";
  */
 bool leave_alone(const Work& work, const char* why, bool settled, Note& note) {
   const bool has_backup = work.stage == Stage::aside || work.stage == Stage::move;
-  const auto how_long = " as long as " + (has_backup ? work.other : work.to) + " is there";
-  tell(work, "it is left alone" + (settled ? "" : how_long) + ", because " + why);
+  const auto how_long = !has_backup            ? work.to + " is there"
+                        : is_there(work.other) ? work.other + " is there"
+                                               : work.to + " and " + work.from + " are there";
+  tell(work, "it is left alone" + (settled ? "" : " as long as " + how_long) + ", because " + why);
   if (settled) note.drop(work);
   return settled;
 }
@@ -408,8 +412,7 @@ std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefField
 }
 
 void keep_without_line(Work work, Note& note) {
-  struct stat left {};
-  work.inode = lstat(work.to.c_str(), &left) == 0 ? left.st_ino : 0;
+  work.inode = inode_at(work.to);
   work.stage = Stage::again;
   note.keep(work);
 }

@@ -53,7 +53,7 @@ std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefField
  */
 std::vector<Work> heal(Note& note, const std::vector<BakDefFields>& definitions);
 
-/** Notes that the line of an undoing whose copy has failed has left the profile. */
+/** Notes that the line of an undoing whose copy has failed leaves the profile. */
 void keep_without_line(Work work, Note& note);
 
 }  // namespace varnholt

@@ -113,16 +113,27 @@ class Run {
         m_profile, [this](const varnholt::BakDefFields& definition) { take(definition); });
   }
 
-  /** Notes that the lines of definitions that are marked deleted have left the profile. */
-  void forget_lines() {
-    const auto works = m_note.works();
-    for (const auto& work : works) {
-      if (work.stage == varnholt::Stage::undone) m_note.drop(work);
-      if (work.stage == varnholt::Stage::undo) varnholt::keep_without_line(work, m_note);
-    }
+  /** Notes that the lines of copies that have failed are about to leave the profile. */
+  void expect_new_profile() {
+    for_each_work(varnholt::Stage::undo, [this](const varnholt::Work& work) {
+      varnholt::keep_without_line(work, m_note);
+    });
+  }
+
+  /** Forgets the copies for which the profile has no line any more. */
+  void forget_copies() {
+    for_each_work(varnholt::Stage::undone,
+                  [this](const varnholt::Work& work) { m_note.drop(work); });
   }
 
  private:
+  void for_each_work(varnholt::Stage stage, const std::function<void(const varnholt::Work&)>& act) {
+    const auto works = m_note.works();
+    for (const auto& work : works) {
+      if (work.stage == stage) act(work);
+    }
+  }
+
   void finish_earlier_work() {
     if (m_note.works().empty()) return;
     std::vector<varnholt::BakDefFields> definitions;
@@ -141,7 +152,7 @@ class Run {
       return varnholt::undo_symlink(definition, m_note);
     }
     const bool half_copied = std::ranges::any_of(m_note.works(), [&](const varnholt::Work& work) {
-      return work.stage == varnholt::Stage::undo && same_path(work);
+      return work.undoes() && work.stage != varnholt::Stage::undone && same_path(work);
     });
     if (!half_copied) return varnholt::build_symlink(definition, m_note);
     // The part of a copy would replace the original.
@@ -198,6 +209,7 @@ void main_save_symbolic_dir() {
   remove_older_profile(profile.text());
   Run run{profile.text()};
   const auto done = run.do_all();
+  run.expect_new_profile();
   // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
   const auto error = varnholt::replace_file(
       paths::profile, profile_mode,
@@ -205,7 +217,7 @@ void main_save_symbolic_dir() {
   if (error) {
     tell_failure(*error);
   } else {
-    run.forget_lines();
+    run.forget_copies();
   }
   varnholt::end_if_stopped();
 }

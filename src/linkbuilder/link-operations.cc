@@ -123,6 +123,7 @@ void adopt_and_link(const BakDefFields& definition, ino_t inode, varnholt::Note&
             real_path(expected), inode};
   varnholt::Note unwritten;
   auto& note = varnholt::is_backup_name(work.other) ? run_note : unwritten;
+  work.source_inode = varnholt::inode_at(varnholt::without_final_slash(work.from));
   work.crosses = lies_elsewhere(work);
   if (!note.keep(work)) return tell_stale_note(to);
   const std::string backup = varnholt::take_text(main_backup_file(to)).get();

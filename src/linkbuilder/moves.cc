@@ -44,6 +44,11 @@ std::string without_final_slash(std::string_view path) {
   return std::string{path};
 }
 
+ino_t inode_at(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
 bool is_there(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0;

@@ -2,6 +2,8 @@
 // Moves what stands at the path of a link out of the way, and onto the source.
 #pragma once
 
+#include <sys/types.h>
+
 #include <functional>
 #include <string>
 #include <string_view>
@@ -10,6 +12,9 @@ namespace varnholt {
 
 /** Returns a path without one slash at its end, as the commands that move get it. */
 std::string without_final_slash(std::string_view path);
+
+/** Returns the inode of what is at a path, and 0 for nothing. A link is not followed. */
+ino_t inode_at(const std::string& path);
 
 /** Returns whether anything is at a path, even a dangling link. */
 bool is_there(const std::string& path);

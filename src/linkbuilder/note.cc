@@ -32,7 +32,7 @@ constexpr std::string_view last_field = "end";
 constexpr std::array<std::string_view, 6> stage_words{"aside", "move",  "back",
                                                       "undo",  "again", "undone"};
 constexpr std::array<std::string_view, 2> crossing_words{"near", "far"};
-constexpr std::size_t fields_of_work = 8;
+constexpr std::size_t fields_of_work = 9;
 constexpr std::int64_t nanoseconds_of_microsecond = 1000;
 
 template <typename Number>
@@ -51,9 +51,10 @@ std::optional<Work> read_work(std::span<const std::string_view> field) {
             std::string{field[2]},
             std::string{field[3]},
             number_in<ino_t>(field[4]),
-            field[5] == crossing_words[1],
-            std::string{field[6]},
-            number_in<std::int64_t>(field[7])};
+            number_in<ino_t>(field[5]),
+            field[6] == crossing_words[1],
+            std::string{field[7]},
+            number_in<std::int64_t>(field[8])};
   // Only what this program itself moves aside may be taken for that.
   return work.undoes() || is_backup_name(work.other) ? std::optional{work} : std::nullopt;
 }
@@ -91,7 +92,8 @@ std::string note_text(const std::vector<Work>& works) {
   add(first_field);
   for (const auto& work : works) {
     add(stage_words.at(static_cast<std::size_t>(work.stage)));
-    for (const auto& field : {work.from, work.to, work.other, std::to_string(work.inode)}) {
+    for (const auto& field : {work.from, work.to, work.other, std::to_string(work.inode),
+                              std::to_string(work.source_inode)}) {
       add(field);
     }
     add(crossing_words.at(work.crosses ? 1 : 0));

@@ -55,6 +55,8 @@ struct Work {
   std::string other{};
   /** The inode of what stood at the path; of what a failed copy has left there, 0 for nothing. */
   ino_t inode = 0;
+  /** The inode of what stood at the source; 0 for nothing. */
+  ino_t source_inode = 0;
   /** Whether the source was on another file system than the path. */
   bool crosses = false;
   /** The folder from which relative paths count. */
