@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "linkbuilder/healing.h"
+#include "linkbuilder/remedy.h"
 #include "scratch/scratch-paths.h"
 #include "target.h"
 

@@ -36,6 +36,11 @@ LinkDecision decide_by_kind(const char* path, int error) {
 
 }  // namespace
 
+bool wants_link(const BakDefFields& definition) {
+  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) &&
+         !definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
+}
+
 LinkDecision decide_link(const BakDefFields& definition) {
   // Nearly every run finds nearly every link as it should be, and one call is enough to see that.
   std::array<char, PATH_MAX> content{};

@@ -11,6 +11,9 @@
 
 namespace varnholt {
 
+/** Returns whether a definition wants a link, that is, is symbolic and not marked deleted. */
+bool wants_link(const BakDefFields& definition);
+
 /** What making a link takes. */
 enum class LinkTask {
   /** The link is there. */

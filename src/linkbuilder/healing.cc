@@ -3,9 +3,7 @@
 #include "linkbuilder/healing.h"
 
 #include <fcntl.h>
-#include <linux/magic.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,12 +13,10 @@
 
 #include "base/diagnostics.h"
 #include "base/file.h"
-#include "base/text.h"
-#include "linkbuilder/copies.h"
 #include "linkbuilder/decision.h"
 #include "linkbuilder/link-operations.h"
 #include "linkbuilder/moves.h"
-#include "linkbuilder/places.h"
+#include "linkbuilder/remedy.h"
 #include "linkbuilder/stop-signals.h"
 
 namespace fs = std::filesystem;
@@ -30,179 +26,6 @@ namespace {
 
 using Then = Remedy::Then;
 using Definitions = std::vector<BakDefFields>;
-
-/** What stands at a path. A link is not followed. */
-struct Place {
-  explicit Place(std::string spelled) : path(std::move(spelled)) {
-    std::error_code ignored;
-    there = lstat(path.c_str(), &status) == 0;
-    if (is_link()) content = fs::read_symlink(path, ignored);
-  }
-  bool is_link() const { return there && S_ISLNK(status.st_mode); }
-  bool leads_nowhere() const {
-    std::error_code ignored;
-    return is_link() && !fs::exists(path, ignored);
-  }
-  bool holds_data() const { return there && !is_link(); }
-  std::string told() const {
-    if (is_link()) return path + " is a link to " + content;
-    return path + (!there                    ? " is missing"
-                   : S_ISDIR(status.st_mode) ? " is a folder"
-                                             : " is a file");
-  }
-
-  std::string path;
-  bool there = false;
-  struct stat status {};
-  std::string content;
-};
-
-/** Returns the remedy when the part is only a part of what is whole elsewhere. */
-std::optional<Remedy> remove_part(const Place& part, const Place& whole, bool is_part, Then then) {
-  // Below the part another file system may be mounted, with what is whole in it.
-  if (!is_part || deletion_takes_away(part.path, whole.path)) return std::nullopt;
-  return Remedy{part.path, whole.path, then};
-}
-
-std::optional<Remedy> remove_copy(const Place& copy, const Place& whole, Then then) {
-  return remove_part(copy, whole, is_part_of_copy(copy.path, whole.path), then);
-}
-
-std::optional<Remedy> remove_rest(const Place& rest, const Place& whole, Then then) {
-  return remove_part(rest, whole, is_rest_of_move(rest.path, whole.path), then);
-}
-
-/** Returns whether the file system of the source is there, as it was when the work began. */
-bool is_reachable(const Work& work) {
-  return !work.crosses || is_elsewhere(without_final_slash(work.from), work.other);
-}
-
-/** Decides when the backup is there and nothing is at the path. */
-std::optional<Remedy> decide_aside(const Work& work, const Place& source, const Place& backup) {
-  const Remedy put_back{"", "", Then::put_back};
-  if (work.stage == Stage::aside) {
-    // The next run deletes the source once more, so nothing new may have come there.
-    const bool same = !source.there || source.status.st_ino == work.source_inode;
-    return same && is_untouched_since(source.path, work.time) ? std::optional{put_back}
-                                                              : std::nullopt;
-  }
-  if (!source.there || source.leads_nowhere()) return put_back;
-  if (auto finish = remove_rest(backup, source, Then::link_first)) return finish;
-  if (is_part_of_copy(source.path, backup.path)) return put_back;
-  return std::nullopt;
-}
-
-/** Decides when the backup is gone: it was put back, or everything is at the source. */
-std::optional<Remedy> decide_without_backup(const Work& work, const Place& path,
-                                            const Place& source) {
-  if (work.stage == Stage::aside || !source.holds_data()) return Remedy{};
-  if (!path.there) return Remedy{"", "", Then::link};
-  if (path.is_link() || path.status.st_ino != work.inode) return Remedy{};
-  // Somebody may have put back what was only the rest of a move.
-  if (auto rest = remove_rest(path, source, Then::link)) return rest;
-  return is_part_of_copy(source.path, path.path) ? std::optional{Remedy{}} : std::nullopt;
-}
-
-/** Returns whether mv(1) renames a folder in its place by a copy, as overlays make it do. */
-bool renames_by_copy(const std::string& path) {
-  struct statfs status {};
-  return statfs(path.c_str(), &status) == 0 && status.f_type == OVERLAYFS_SUPER_MAGIC;
-}
-
-/** Decides when the backup is there, and at the path what stood there when the work began. */
-std::optional<Remedy> decide_half_renamed(const Place& path, const Place& backup) {
-  const bool overlay = renames_by_copy(path.path);
-  if (is_part_of_copy(backup.path, path.path)) {
-    // Elsewhere a rename leaves nothing behind, so the backup is somebody's own.
-    return overlay ? remove_copy(backup, path, Then::nothing) : Remedy{};
-  }
-  auto rest = remove_rest(path, backup, Then::put_back);
-  return rest || overlay ? rest : Remedy{};
-}
-
-bool wants_link(const BakDefFields& definition) {
-  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) &&
-         !definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
-}
-
-/**
- * Returns whether only folders and links stand at the path that definitions below it have made
- * since it was moved aside, and will make again.
- */
-bool is_made_by_others(const Work& work, const Definitions& definitions) {
-  const fs::path top = work.path_of_backup();
-  std::vector<fs::path> left{top};
-  while (!left.empty()) {
-    const Place place{left.back()};
-    left.pop_back();
-    if (place.is_link()) {
-      const auto spelled = work.to + place.path.substr(top.native().size());
-      const bool wanted = std::ranges::any_of(definitions, [&](const BakDefFields& each) {
-        return wants_link(each) && each.to == spelled && each.from == place.content;
-      });
-      if (!wanted) return false;
-      continue;
-    }
-    // The program makes no folder but for what is in it.
-    const auto names = names_in(place.path);
-    if (!names || names->empty()) return false;
-    for (const auto& name : *names) left.push_back(fs::path{place.path} / name);
-  }
-  return true;
-}
-
-std::optional<Remedy> decide_adoption(const Work& work, const Definitions& definitions) {
-  const Place path{work.path_of_backup()};
-  const Place source{without_final_slash(work.from)};
-  const Place backup{work.other};
-  if (!is_reachable(work)) return Remedy{"", "", Then::wait};
-  if (!backup.there) return decide_without_backup(work, path, source);
-  if (!path.there) return decide_aside(work, source, backup);
-  if (path.is_link()) {
-    return path.content == work.from ? remove_rest(backup, source, Then::nothing) : std::nullopt;
-  }
-  if (path.status.st_ino == work.inode) return decide_half_renamed(path, backup);
-  auto aside = decide_aside(work, source, backup);
-  const bool can_be_put_back = aside && aside->then == Then::put_back;
-  if (!can_be_put_back || !is_made_by_others(work, definitions)) return std::nullopt;
-  return Remedy{path.path, "the profile", Then::put_back};
-}
-
-std::optional<Remedy> decide_way_back(const Work& work) {
-  const Place path{work.path_of_backup()};
-  const Place source{without_final_slash(work.from)};
-  if (!is_reachable(work)) return Remedy{"", "", Then::wait};
-  if (!source.holds_data() || path.is_link()) return Remedy{};
-  if (!path.there) return Remedy{"", "", Then::link};
-  std::error_code ignored;
-  if (fs::equivalent(path.path, source.path, ignored)) return Remedy{};
-  if (auto copy = remove_copy(path, source, Then::link)) return copy;
-  return remove_rest(source, path, Then::nothing);
-}
-
-std::optional<Remedy> decide_undoing(const Work& work) {
-  const Place path{without_final_slash(work.to)};
-  const Place original{work.other};
-  // What a person has put in the place of a part, or nothing, is what he wants.
-  const bool replaced = !path.there || path.status.st_ino != work.inode;
-  if (work.stage == Stage::again && work.inode != 0 && replaced) return Remedy{"", "", Then::done};
-  if (path.is_link() && path.content == work.other) return Remedy{};
-  if (!original.there) return Remedy{"", "", Then::wait};
-  if (!path.there) return Remedy{"", "", Then::make_link_again};
-  // Somebody may have finished the copy by hand, with its owners and times.
-  if (is_whole_copy(path.path, original.path)) return Remedy{"", "", Then::done};
-  return remove_copy(path, original, Then::make_link_again);
-}
-
-Remedy decide_undone(const Work& work) {
-  const Place path{work.to};
-  const bool stands = path.is_link() && path.content != work.other;
-  return {"", "", stands ? Then::done : Then::nothing};
-}
-
-std::string path_of(const Work& work) {
-  return work.undoes() ? work.to : work.path_of_backup();
-}
 
 /** Returns whether the paths of a work lead to where they led when it began. */
 bool is_at_home(const Work& work) {
@@ -262,7 +85,7 @@ bool carry_out(Then then, const Work& work, Note& note) {
 void tell(const Work& work, const std::string& why) {
   const bool has_backup = work.stage == Stage::aside || work.stage == Stage::move;
   const auto backup = has_backup ? Place{work.other}.told() + ", " : "";
-  const auto path = Place{path_of(work)}.told();
+  const auto path = Place{work.path()}.told();
   const auto source = Place{work.undoes() ? work.other : work.from}.told();
   print_failure("an earlier run did not finish %s, and %s: %s%s, and %s\n", work.to.c_str(),
                 why.c_str(), backup.c_str(), path.c_str(), source.c_str());
@@ -326,7 +149,7 @@ bool heal_adoption(const Work& work, const Definitions& definitions, Note& note)
   });
   if (wanted) {
     const auto remedy = looked_up_remedy(work, definitions);
-    const bool linked = Place{path_of(work)}.content == work.from;
+    const bool linked = Place{work.path()}.content == work.from;
     return remedy ? finish(work, *remedy, note) : leave_alone(work, changed_since, linked, note);
   }
   if (work.stage != Stage::back && is_there(work.other)) {
@@ -394,22 +217,6 @@ bool heal_work(const Work& work, const Definitions& definitions, Note& note) {
 }
 
 }  // namespace
-
-std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefFields>& definitions) {
-  switch (work.stage) {
-    case Stage::aside:
-    case Stage::move:
-      return decide_adoption(work, definitions);
-    case Stage::back:
-      return decide_way_back(work);
-    case Stage::undo:
-    case Stage::again:
-      return decide_undoing(work);
-    case Stage::undone:
-      return decide_undone(work);
-  }
-  return std::nullopt;
-}
 
 void keep_without_line(Work work, Note& note) {
   work.inode = inode_at(work.to);

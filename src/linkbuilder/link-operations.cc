@@ -185,10 +185,7 @@ void varnholt::link_adopted(Work work, Note& note) {
 }
 
 void varnholt::build_symlink(const BakDefFields& definition, Note& note) {
-  if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) ||
-      definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
-    return;
-  }
+  if (!wants_link(definition)) return;
   const auto decision = decide_link(definition);
   switch (decision.task) {
     case LinkTask::none:

@@ -44,6 +44,8 @@ struct Work {
 
   /** Returns the path at which the backup stood. */
   std::string path_of_backup() const { return other.substr(0, other.rfind(backup_mark)); }
+  /** Returns the path of the definition, for an adoption without links above its last name. */
+  std::string path() const { return undoes() ? to : path_of_backup(); }
 
   Stage stage = Stage::aside;
   std::string from;
