@@ -167,34 +167,6 @@ bool all_alike(const fs::path& path, const fs::path& other, Alike alike) {
   return true;
 }
 
-}  // namespace
-
-std::optional<std::set<std::string>> names_in(const fs::path& folder) {
-  std::error_code error;
-  std::set<std::string> names;
-  for (fs::directory_iterator at{folder, error}; !error && at != fs::directory_iterator{};
-       at.increment(error)) {
-    names.insert(at->path().filename());
-  }
-  if (error) return std::nullopt;
-  return names;
-}
-
-bool is_part_of_copy(const fs::path& copy, const fs::path& original) {
-  return all_alike(copy, original, holds_same);
-}
-
-bool is_rest_of_move(const fs::path& rest, const fs::path& copy) {
-  return all_alike(rest, copy, wholly_alike);
-}
-
-bool is_whole_copy(const fs::path& copy, const fs::path& original) {
-  return all_alike(copy, original, holds_same) && all_alike(original, copy, holds_same) &&
-         all_alike(copy, original, has_final_mode);
-}
-
-namespace {
-
 /** Looks for what has come to a tree since a time, entry by entry. */
 class Newcomers {
  public:
@@ -224,6 +196,29 @@ class Newcomers {
 };
 
 }  // namespace
+
+std::optional<std::set<std::string>> names_in(const fs::path& folder) {
+  std::error_code error;
+  std::set<std::string> names;
+  for (fs::directory_iterator at{folder, error}; !error && at != fs::directory_iterator{};
+       at.increment(error)) {
+    names.insert(at->path().filename());
+  }
+  if (error) return std::nullopt;
+  return names;
+}
+
+bool is_part_of_copy(const fs::path& copy, const fs::path& original) {
+  return all_alike(copy, original, holds_same);
+}
+
+bool is_rest_of_move(const fs::path& rest, const fs::path& copy) {
+  return all_alike(rest, copy, wholly_alike);
+}
+
+bool lacks_nothing(const fs::path& copy, const fs::path& original) {
+  return all_alike(original, copy, holds_same) && all_alike(copy, original, has_final_mode);
+}
 
 bool is_untouched_since(const fs::path& path, std::int64_t time) {
   Newcomers newcomers{Entry{path}, time};

@@ -30,10 +30,10 @@ bool is_part_of_copy(const std::filesystem::path& copy, const std::filesystem::p
 bool is_rest_of_move(const std::filesystem::path& rest, const std::filesystem::path& copy);
 
 /**
- * Returns whether `copy` is all that cp(1) makes of `original`. It gives some folders their mode at
- * last.
+ * Returns whether `copy`, which is a part of a copy, is all that cp(1) makes of `original`. It
+ * gives some folders their mode at last.
  */
-bool is_whole_copy(const std::filesystem::path& copy, const std::filesystem::path& original);
+bool lacks_nothing(const std::filesystem::path& copy, const std::filesystem::path& original);
 
 /**
  * Returns whether nothing from `path` down has come or changed since a time, in nanoseconds since

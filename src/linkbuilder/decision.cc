@@ -10,14 +10,10 @@
 #include <climits>
 
 #include "base/glib-ptr.h"
-#include "model/file-test.h"
+#include "linkbuilder/moves.h"
 
 namespace varnholt {
 namespace {
-
-bool exists(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS);
-}
 
 /** Decides by what lstat(2) says of a path that readlink(2) could not read. */
 LinkDecision decide_by_kind(const char* path, int error) {

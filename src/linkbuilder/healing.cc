@@ -83,8 +83,7 @@ bool carry_out(Then then, const Work& work, Note& note) {
 
 /** Tells what is not finished and why, and what stands where. */
 void tell(const Work& work, const std::string& why) {
-  const bool has_backup = work.stage == Stage::aside || work.stage == Stage::move;
-  const auto backup = has_backup ? Place{work.other}.told() + ", " : "";
+  const auto backup = work.has_backup() ? Place{work.other}.told() + ", " : "";
   const auto path = Place{work.path()}.told();
   const auto source = Place{work.undoes() ? work.other : work.from}.told();
   print_failure("an earlier run did not finish %s, and %s: %s%s, and %s\n", work.to.c_str(),
@@ -100,8 +99,7 @@ constexpr auto* changed_since = "somebody has changed something since";
  * may take the path.
  */
 bool leave_alone(const Work& work, const char* why, bool settled, Note& note) {
-  const bool has_backup = work.stage == Stage::aside || work.stage == Stage::move;
-  const auto how_long = !has_backup            ? work.to + " is there"
+  const auto how_long = !work.has_backup()     ? work.to + " is there"
                         : is_there(work.other) ? work.other + " is there"
                                                : work.to + " and " + work.from + " are there";
   tell(work, "it is left alone" + (settled ? "" : " as long as " + how_long) + ", because " + why);
@@ -152,7 +150,7 @@ bool heal_adoption(const Work& work, const Definitions& definitions, Note& note)
     const bool linked = Place{work.path()}.content == work.from;
     return remedy ? finish(work, *remedy, note) : leave_alone(work, changed_since, linked, note);
   }
-  if (work.stage != Stage::back && is_there(work.other)) {
+  if (work.has_backup() && is_there(work.other)) {
     return leave_alone(work, "the profile asks for it no longer", false, note);
   }
   note.drop(work);

@@ -7,9 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <functional>
 #include <string>
-#include <string_view>
 #include <system_error>
 
 #include "base/diagnostics.h"
@@ -17,7 +15,6 @@
 #include "base/glib-ptr.h"
 #include "base/shell.h"
 #include "linkbuilder/decision.h"
-#include "linkbuilder/places.h"
 #include "linkbuilder/stop-signals.h"
 
 namespace fs = std::filesystem;
@@ -25,6 +22,7 @@ namespace fs = std::filesystem;
 namespace {
 
 using varnholt::BakDefFields;
+using varnholt::is_link;
 using varnholt::is_there;
 using varnholt::path_argument;
 using varnholt::print_failure;
@@ -34,16 +32,6 @@ using varnholt::Stage;
 using varnholt::Work;
 
 constexpr mode_t new_folder_mode = 0775;
-
-bool exists(const char* path) {
-  return vh_FileTests(path, VH_FILE_TEST_TYPE_EXISTS);
-}
-
-/** Returns whether a path itself is a link. */
-bool is_link(const std::string& path) {
-  std::error_code ignored;
-  return fs::is_symlink(fs::symlink_status(path, ignored));
-}
 
 /** Prints the outcome of a call of symlink(2), and returns its result. */
 int tell_link(const BakDefFields& definition, int result) {
@@ -104,11 +92,6 @@ std::string real_path(const std::string& path) {
   return error ? std::string{} : real.string();
 }
 
-/** Returns whether the source is on another file system than the path of a work. */
-bool lies_elsewhere(const Work& work) {
-  return varnholt::is_elsewhere(varnholt::without_final_slash(work.from), work.other);
-}
-
 void tell_stale_note(const char* path) {
   print_failure("%s is left alone, because an older note says something else of it\n", path);
 }
@@ -117,14 +100,14 @@ void tell_stale_note(const char* path) {
 void adopt_and_link(const BakDefFields& definition, ino_t inode, varnholt::Note& run_note) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
-  const bool nothing_at_source = !exists(from) && !is_link(definition.from);
+  const bool nothing_at_source = !varnholt::exists(from) && !is_link(definition.from);
   const auto expected = varnholt::free_backup_name(definition.to);
   Work work{nothing_at_source ? Stage::move : Stage::aside, definition.from, definition.to,
             real_path(expected), inode};
   varnholt::Note unwritten;
   auto& note = varnholt::is_backup_name(work.other) ? run_note : unwritten;
   work.source_inode = varnholt::inode_at(varnholt::without_final_slash(work.from));
-  work.crosses = lies_elsewhere(work);
+  work.crosses = varnholt::lies_elsewhere(work);
   if (!note.keep(work)) return tell_stale_note(to);
   const std::string backup = varnholt::take_text(main_backup_file(to)).get();
   if (backup.empty()) {

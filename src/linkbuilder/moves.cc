@@ -23,18 +23,12 @@ namespace {
 /** The backup names begin with the number 0. */
 constexpr int backup_names = 1000;
 
-bool exists(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS);
-}
-
 /**
  * Returns whether a path names a link and ends with a slash: rm would empty the folder behind the
  * link and keep the link.
  */
 bool is_link_with_slash(const std::string& path) {
-  std::error_code ignored;
-  return path.ends_with('/') && fs::is_symlink(fs::symlink_status(
-                                    path.substr(0, 1 + path.find_last_not_of('/')), ignored));
+  return path.ends_with('/') && is_link(path.substr(0, 1 + path.find_last_not_of('/')));
 }
 
 }  // namespace
@@ -47,6 +41,15 @@ std::string without_final_slash(std::string_view path) {
 ino_t inode_at(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
+bool exists(const std::string& path) {
+  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS);
+}
+
+bool is_link(const std::string& path) {
+  std::error_code ignored;
+  return fs::is_symlink(fs::symlink_status(path, ignored));
 }
 
 bool is_there(const std::string& path) {

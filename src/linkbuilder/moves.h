@@ -16,6 +16,12 @@ std::string without_final_slash(std::string_view path);
 /** Returns the inode of what is at a path, and 0 for nothing. A link is not followed. */
 ino_t inode_at(const std::string& path);
 
+/** Returns whether a path leads to something; links are followed. */
+bool exists(const std::string& path);
+
+/** Returns whether a path itself is a link. */
+bool is_link(const std::string& path);
+
 /** Returns whether anything is at a path, even a dangling link. */
 bool is_there(const std::string& path);
 

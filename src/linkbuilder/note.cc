@@ -10,7 +10,6 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <filesystem>
 #include <span>
 #include <system_error>
 
@@ -19,8 +18,6 @@
 #include "base/file.h"
 #include "base/text.h"
 #include "store/replace-file.h"
-
-namespace fs = std::filesystem;
 
 namespace varnholt {
 namespace {
@@ -70,11 +67,7 @@ const char* distrust(int descriptor) {
 
 /** Returns whether what a work has moved to the source was renamed, so that it is no copy. */
 bool was_renamed(const Work& work) {
-  struct stat moved {};
-  struct stat folder {};
-  const auto path = fs::path{work.path_of_backup()}.parent_path();
-  return lstat(work.from.c_str(), &moved) == 0 && moved.st_ino == work.inode &&
-         stat(path.c_str(), &folder) == 0 && moved.st_dev == folder.st_dev;
+  return inode_at(work.from) == work.inode && !lies_elsewhere(work);
 }
 
 /** Waits until what has come of a work is on the disk. */
@@ -85,6 +78,10 @@ void sync_work(const Work& work) {
 }
 
 }  // namespace
+
+bool lies_elsewhere(const Work& work) {
+  return is_elsewhere(without_final_slash(work.from), work.other);
+}
 
 std::string note_text(const std::vector<Work>& works) {
   std::string text;

@@ -36,6 +36,7 @@ enum class Stage {
 /** The unfinished work on one definition. Paths are as the definition spells them. */
 struct Work {
   bool undoes() const { return stage >= Stage::undo; }
+  bool has_backup() const { return stage <= Stage::move; }
   /** Returns whether both are about the same definition. */
   bool same_definition(const Work& that) const {
     return from == that.from && to == that.to && undoes() == that.undoes();
@@ -66,6 +67,9 @@ struct Work {
   /** When this was noted, in nanoseconds since the epoch; see Note::keep(). */
   std::int64_t time = 0;
 };
+
+/** Returns whether the source of an adoption is now on another file system than its path. */
+bool lies_elsewhere(const Work& work);
 
 /** Writes works as the bytes of a note. */
 std::string note_text(const std::vector<Work>& works);

@@ -23,11 +23,11 @@ namespace {
 using Then = Remedy::Then;
 using Definitions = std::vector<BakDefFields>;
 
-/** Returns the remedy when the part is only a part of what is whole elsewhere. */
-std::optional<Remedy> remove_part(const Place& part, const Place& whole, bool is_part, Then then) {
-  // Below the part another file system may be mounted, with what is whole in it.
-  if (!is_part || deletion_takes_away(part.path, whole.path)) return std::nullopt;
-  return Remedy{part.path, whole.path, then};
+/** Returns the remedy when the piece is only a part of what is whole elsewhere. */
+std::optional<Remedy> remove_part(const Place& piece, const Place& whole, bool is_part, Then then) {
+  // Below the piece another file system may be mounted, with what is whole in it.
+  if (!is_part || deletion_takes_away(piece.path, whole.path)) return std::nullopt;
+  return Remedy{piece.path, whole.path, then};
 }
 
 std::optional<Remedy> remove_copy(const Place& copy, const Place& whole, Then then) {
@@ -40,7 +40,7 @@ std::optional<Remedy> remove_rest(const Place& rest, const Place& whole, Then th
 
 /** Returns whether the file system of the source is there, as it was when the work began. */
 bool is_reachable(const Work& work) {
-  return !work.crosses || is_elsewhere(without_final_slash(work.from), work.other);
+  return !work.crosses || lies_elsewhere(work);
 }
 
 /** Decides when the backup is there and nothing is at the path. */
@@ -80,7 +80,7 @@ std::optional<Remedy> decide_half_renamed(const Place& path, const Place& backup
   const bool overlay = renames_by_copy(path.path);
   if (is_part_of_copy(backup.path, path.path)) {
     // Elsewhere a rename leaves nothing behind, so the backup is somebody's own.
-    return overlay ? remove_copy(backup, path, Then::nothing) : Remedy{};
+    return overlay ? remove_part(backup, path, true, Then::nothing) : Remedy{};
   }
   auto rest = remove_rest(path, backup, Then::put_back);
   return rest || overlay ? rest : Remedy{};
@@ -151,8 +151,9 @@ std::optional<Remedy> decide_undoing(const Work& work) {
   if (!original.there) return Remedy{"", "", Then::wait};
   if (!path.there) return Remedy{"", "", Then::make_link_again};
   // Somebody may have finished the copy by hand, with its owners and times.
-  if (is_whole_copy(path.path, original.path)) return Remedy{"", "", Then::done};
-  return remove_copy(path, original, Then::make_link_again);
+  const bool is_part = is_part_of_copy(path.path, original.path);
+  if (is_part && lacks_nothing(path.path, original.path)) return Remedy{"", "", Then::done};
+  return remove_part(path, original, is_part, Then::make_link_again);
 }
 
 Remedy decide_undone(const Work& work) {
@@ -170,8 +171,7 @@ Place::Place(std::string spelled) : path(std::move(spelled)) {
 }
 
 bool Place::leads_nowhere() const {
-  std::error_code ignored;
-  return is_link() && !fs::exists(path, ignored);
+  return is_link() && !exists(path);
 }
 
 std::string Place::told() const {
