@@ -1,39 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Fills the tables from the profile.
-#include <string_view>
-
 #include "app/varnholt.h"
 #include "base/diagnostics.h"
 #include "base/file.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "store/profile.h"
 
 namespace {
 
 namespace paths = varnholt::paths;
 
-void add_definition(VhBakDefWidget* table, VhBakDefItem* item) {
-  vh_bak_def_widget_add_item(table, varnholt::take_object(item).get());
+void add_definition(VhBakDefWidget* table, const varnholt::ProfileLine& line) {
+  const auto item = varnholt::take_object(varnholt::new_bak_def_item(line.definition));
+  vh_bak_def_widget_add_item(table, item.get());
 }
 
 /** Loads a line. One that cannot be read gives no item, and its table logs a critical warning. */
-void load_line(Main* self, std::string_view line) {
+void load_line(Main* self, const varnholt::ProfileLine& line) {
   using varnholt::LineKind;
-  using varnholt::new_bak_def_item;
-  switch (varnholt::kind_of_line(line)) {
+  switch (line.kind) {
     case LineKind::file:
-      return add_definition(self->lnk_table.get(), new_bak_def_item(varnholt::read_lnk_line(line)));
+      return add_definition(self->lnk_table.get(), line);
     case LineKind::script:
-      return add_definition(self->shl_table.get(), new_bak_def_item(varnholt::read_shl_line(line)));
+      return add_definition(self->shl_table.get(), line);
     case LineKind::route: {
-      const auto route =
-          varnholt::take_object(varnholt::new_rut_def_item(varnholt::read_rut_add_line(line)));
+      const auto route = varnholt::take_object(varnholt::new_rut_def_item(line.route));
       vh_rut_def_widget_add_item(self->rut_table.get(), route.get());
       return;
     }
     case LineKind::default_route:
-      if (const auto read = varnholt::read_rut_del_line(line)) {
-        vh_rut_def_widget_set_del_def_cb_active(self->rut_table.get(), *read);
+      if (line.deletes_default_route) {
+        vh_rut_def_widget_set_del_def_cb_active(self->rut_table.get(), *line.deletes_default_route);
       }
       return;
     case LineKind::other:
@@ -51,7 +49,9 @@ void main_read(Main* self) {
   }
   const auto profile = varnholt::read_file(paths::profile);
   if (!profile.error) {
-    for (const auto line : varnholt::split(profile.text(), '\n')) load_line(self, line);
+    for (const auto line : varnholt::split(profile.text(), '\n')) {
+      load_line(self, varnholt::read_profile_line(line));
+    }
     return;
   }
   self->unread = profile.error->code;

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -31,6 +32,18 @@ LinkDecision decide_by_kind(const char* path, int error) {
 }
 
 }  // namespace
+
+Turn turn_of(const BakDefFields& definition, const std::vector<Work>& left_alone,
+             const std::vector<Work>& noted) {
+  if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return Turn::none;
+  const auto same_path = [&](const Work& work) { return work.to == definition.to; };
+  if (std::ranges::any_of(left_alone, same_path)) return Turn::left_alone;
+  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) return Turn::undo;
+  const bool half_copied = std::ranges::any_of(noted, [&](const Work& work) {
+    return work.undoes() && work.stage != Stage::undone && same_path(work);
+  });
+  return half_copied ? Turn::half_copied : Turn::build;
+}
 
 bool wants_link(const BakDefFields& definition) {
   return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) &&

@@ -6,10 +6,31 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
 
+#include "linkbuilder/note.h"
 #include "model/definition.h"
 
 namespace varnholt {
+
+/** What a run does with a definition. */
+enum class Turn {
+  /** Nothing: it is no link. */
+  none,
+  build,
+  undo,
+  /** Nothing: what is unfinished at its path cannot be finished by this run. */
+  left_alone,
+  /** Nothing: a copy at its path may not be whole, and would replace its original. */
+  half_copied,
+};
+
+/**
+ * Decides what comes of a definition, given the works that this run leaves alone and those that are
+ * noted now.
+ */
+Turn turn_of(const BakDefFields& definition, const std::vector<Work>& left_alone,
+             const std::vector<Work>& noted);
 
 /** Returns whether a definition wants a link, that is, is symbolic and not marked deleted. */
 bool wants_link(const BakDefFields& definition);

@@ -18,6 +18,7 @@
 #include "linkbuilder/moves.h"
 #include "linkbuilder/remedy.h"
 #include "linkbuilder/stop-signals.h"
+#include "linkbuilder/treatment.h"
 
 namespace fs = std::filesystem;
 
@@ -26,13 +27,6 @@ namespace {
 
 using Then = Remedy::Then;
 using Definitions = std::vector<BakDefFields>;
-
-/** Returns whether the paths of a work lead to where they led when it began. */
-bool is_at_home(const Work& work) {
-  const bool absolute = work.from.starts_with('/') && work.to.starts_with('/') &&
-                        (!work.undoes() || work.other.starts_with('/'));
-  return absolute || work.folder == current_folder();
-}
 
 bool put_back(const Work& work) {
   const char* const backup = work.other.c_str();
@@ -90,8 +84,6 @@ void tell(const Work& work, const std::string& why) {
                 why.c_str(), backup.c_str(), path.c_str(), source.c_str());
 }
 
-constexpr auto* changed_since = "somebody has changed something since";
-
 /**
  * Leaves a work to the operator, and its path alone as long as what the note alone knows of is
  * there: where the backup comes from, or that a copy is not whole. A copy in the place of a link
@@ -134,44 +126,6 @@ bool finish(const Work& work, const Remedy& remedy, Note& note) {
   return true;
 }
 
-/** Decides without being in the way of a stop signal, as comparing may take long. */
-std::optional<Remedy> looked_up_remedy(const Work& work, const Definitions& definitions) {
-  const EndsAtOnce interruptible;
-  return remedy_for(work, definitions);
-}
-
-/** Returns whether this run may take the path of the work. */
-bool heal_adoption(const Work& work, const Definitions& definitions, Note& note) {
-  const bool wanted = std::ranges::any_of(definitions, [&work](const BakDefFields& definition) {
-    return wants_link(definition) && definition.from == work.from && definition.to == work.to;
-  });
-  if (wanted) {
-    const auto remedy = looked_up_remedy(work, definitions);
-    const bool linked = Place{work.path()}.content == work.from;
-    return remedy ? finish(work, *remedy, note) : leave_alone(work, changed_since, linked, note);
-  }
-  if (work.has_backup() && is_there(work.other)) {
-    return leave_alone(work, "the profile asks for it no longer", false, note);
-  }
-  note.drop(work);
-  return true;
-}
-
-/** What the lines of the profile want at the path of a work that undoes a link. */
-struct Wishes {
-  Wishes(const std::string& path, const Definitions& definitions) {
-    for (const auto& each : definitions) {
-      if (each.to != path) continue;
-      any = true;
-      link = link || wants_link(each);
-      undoing = undoing || (each.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) && !wants_link(each));
-    }
-  }
-  bool any = false;
-  bool link = false;
-  bool undoing = false;
-};
-
 /** Undoes a link for which there is no line any more; the note must not forget it in between. */
 void undo_again(const Work& work, Note& note) {
   if (decide_undo(work.to).task != UndoTask::copy) return note.drop(work);
@@ -182,36 +136,38 @@ void undo_again(const Work& work, Note& note) {
   if (left != note.works().end()) keep_without_line(*left, note);
 }
 
-/** Returns whether this run may take the path of the work. */
-bool heal_undoing(Work work, const Definitions& definitions, Note& note) {
-  const Wishes wishes{work.to, definitions};
-  const bool forgotten = work.stage == Stage::again && !wishes.any;
-  if (!forgotten && !wishes.link && !wishes.undoing) {
-    note.drop(work);
-    return true;
-  }
-  const auto remedy = looked_up_remedy(work, definitions);
-  if (!remedy) return leave_alone(work, changed_since, !wishes.link, note);
-  if (remedy->then == Then::done && wishes.undoing && Place{work.to}.is_link()) {
-    work.stage = Stage::undone;
-    note.keep(work);
-    return false;
-  }
-  if (!forgotten || remedy->then == Then::done) return finish(work, *remedy, note);
-  // From here on nobody can tell the removal of the part from one by hand.
-  work.inode = 0;
-  if (!note.keep(work) || !mend(work, *remedy, note)) return false;
-  undo_again(work, note);
-  return true;
+/** Decides without being in the way of a stop signal, as comparing may take long. */
+Treatment looked_up_treatment(const Work& work, const Definitions& definitions) {
+  const EndsAtOnce interruptible;
+  return treatment_of(work, definitions);
 }
 
-bool heal_work(const Work& work, const Definitions& definitions, Note& note) {
-  if (!is_at_home(work)) {
-    tell(work, "it can be finished only in the folder " + work.folder);
-    return false;
+/** Returns whether this run may take the path of the work. */
+bool heal_work(Work work, const Definitions& definitions, Note& note) {
+  const auto treatment = looked_up_treatment(work, definitions);
+  switch (treatment.kind) {
+    case Treatment::Kind::elsewhere:
+      tell(work, "it can be finished only in the folder " + work.folder);
+      return false;
+    case Treatment::Kind::leave_alone:
+      return leave_alone(work, treatment.why, treatment.settled, note);
+    case Treatment::Kind::forget:
+      note.drop(work);
+      return true;
+    case Treatment::Kind::keep_copy:
+      work.stage = Stage::undone;
+      note.keep(work);
+      return false;
+    case Treatment::Kind::finish:
+      return finish(work, treatment.remedy, note);
+    case Treatment::Kind::undo_again:
+      // From here on nobody can tell the removal of the part from one by hand.
+      work.inode = 0;
+      if (!note.keep(work) || !mend(work, treatment.remedy, note)) return false;
+      undo_again(work, note);
+      return true;
   }
-  return work.undoes() ? heal_undoing(work, definitions, note)
-                       : heal_adoption(work, definitions, note);
+  return false;
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "base/file.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "linkbuilder/decision.h"
 #include "linkbuilder/healing.h"
 #include "linkbuilder/link-operations.h"
 #include "linkbuilder/note.h"
@@ -144,18 +145,13 @@ class Run {
   }
 
   void take(const varnholt::BakDefFields& definition) {
-    if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return;
+    using varnholt::Turn;
+    const auto turn = varnholt::turn_of(definition, m_left_alone, m_note.works());
+    if (turn == Turn::none) return;
     varnholt::end_if_stopped();
-    const auto same_path = [&](const varnholt::Work& work) { return work.to == definition.to; };
-    if (std::ranges::any_of(m_left_alone, same_path)) return;
-    if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
-      return varnholt::undo_symlink(definition, m_note);
-    }
-    const bool half_copied = std::ranges::any_of(m_note.works(), [&](const varnholt::Work& work) {
-      return work.undoes() && work.stage != varnholt::Stage::undone && same_path(work);
-    });
-    if (!half_copied) return varnholt::build_symlink(definition, m_note);
-    // The part of a copy would replace the original.
+    if (turn == Turn::undo) return varnholt::undo_symlink(definition, m_note);
+    if (turn == Turn::build) return varnholt::build_symlink(definition, m_note);
+    if (turn == Turn::left_alone) return;
     varnholt::print_failure("%s is left alone, because what stands there may not be whole\n",
                             definition.to.c_str());
   }

@@ -87,6 +87,12 @@ std::string free_backup_name(const std::string& path) {
   return {};
 }
 
+Clearing clearing_for(const std::string& from, const std::string& to) {
+  if (!exists(to)) return Clearing::none;
+  const bool refused = is_link_with_slash(to) || deletion_takes_away(to, from);
+  return refused ? Clearing::refuse : Clearing::remove;
+}
+
 bool move_file(const char* from_fn, const char* to_fn, const std::function<bool()>& begin_move) {
   const std::string from = without_final_slash(from_fn);
   const std::string to = without_final_slash(to_fn);
@@ -94,8 +100,9 @@ bool move_file(const char* from_fn, const char* to_fn, const std::function<bool(
     print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
     return false;
   };
-  if (exists(to)) {
-    if (is_link_with_slash(to) || deletion_takes_away(to, from)) return move_failed();
+  const auto clearing = clearing_for(from, to);
+  if (clearing == Clearing::refuse) return move_failed();
+  if (clearing == Clearing::remove) {
     // Anything that still exists after the removal would receive the data inside it.
     if (run_step("/bin/rm -rf " + path_argument(to)) != 0 || exists(to)) {
       print_failure("remove  file %s failed \n", to.c_str());

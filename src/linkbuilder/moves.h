@@ -40,6 +40,19 @@ std::string backup_name(const std::string& path, int number);
 /** Returns the first backup name at which nothing exists; empty when there is none. */
 std::string free_backup_name(const std::string& path);
 
+/** What is to be done at a place before something moves there. */
+enum class Clearing {
+  /** Nothing that exists stands there. */
+  none,
+  /** What stands there is deleted. */
+  remove,
+  /** The deletion would remove what has to be moved, or not what stands there. */
+  refuse,
+};
+
+/** Decides for two paths without a final slash. */
+Clearing clearing_for(const std::string& from, const std::string& to);
+
 /**
  * Does what main_move_file_force() does, and calls `begin_move` between the deletion and the move,
  * which is not made when it returns false.

@@ -57,11 +57,11 @@ std::optional<Work> read_work(std::span<const std::string_view> field) {
 }
 
 /** Returns why nobody but this user can have written a file; null when nobody can. */
-const char* distrust(int descriptor) {
+const char* distrust(int descriptor, uid_t owner) {
   struct stat status {};
   if (fstat(descriptor, &status) != 0) return g_strerror(errno);
   if (!S_ISREG(status.st_mode)) return "it is no regular file";
-  if (status.st_uid != geteuid()) return "it belongs to another user";
+  if (status.st_uid != owner) return "it belongs to another user";
   return (status.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? "other users may write it" : nullptr;
 }
 
@@ -112,22 +112,25 @@ std::optional<std::vector<Work>> read_note(std::string_view bytes) {
   return note_text(works) == bytes ? std::optional{std::move(works)} : std::nullopt;
 }
 
+StoredNote stored_note(const char* path, uid_t owner) {
+  const Descriptor file{open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK)};
+  if (!file) return errno == ENOENT ? StoredNote{} : StoredNote{{}, g_strerror(errno), errno};
+  if (const char* const why = distrust(file.number(), owner)) return {{}, why};
+  const auto bytes = read_file(path);
+  auto works = bytes.error ? std::nullopt : read_note(bytes.text());
+  return works ? StoredNote{std::move(*works), ""} : StoredNote{{}, "it is damaged"};
+}
+
 Note::Note(const char* path) : m_path(path) {
   // The step that it would have told of has not begun.
   remove_leftover(path, [](std::string_view /*text*/) { return true; });
-  const Descriptor file{open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK)};
-  if (!file && errno == ENOENT) return;
-  const char* why = file ? distrust(file.number()) : g_strerror(errno);
-  if (why == nullptr) {
-    const auto bytes = read_file(path);
-    if (auto works = bytes.error ? std::nullopt : read_note(bytes.text())) {
-      m_works = std::move(*works);
-      m_stored = m_works;
-      return;
-    }
-    why = "it is damaged";
+  auto stored = stored_note(path, geteuid());
+  if (stored.why.empty()) {
+    m_works = std::move(stored.works);
+    m_stored = m_works;
+    return;
   }
-  tell("is left alone, and nothing is noted", why);
+  tell("is left alone, and nothing is noted", stored.why.c_str());
   // Nobody knows what it is good for, so it is not replaced either.
   m_path = nullptr;
 }

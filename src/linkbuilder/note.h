@@ -77,6 +77,18 @@ std::string note_text(const std::vector<Work>& works);
 /** Reads a note. Returns nullopt unless the bytes are, from end to end, what note_text() writes. */
 std::optional<std::vector<Work>> read_note(std::string_view bytes);
 
+/** What stands in a note on the disk. */
+struct StoredNote {
+  std::vector<Work> works;
+  /** Why what stands there cannot be used; empty when it can, or when there is no note. */
+  std::string why;
+  /** The errno with which it could not be opened; 0 when it could, or when there is none. */
+  int error = 0;
+};
+
+/** Reads a note, which counts only when nobody but this user may write it. Changes nothing. */
+StoredNote stored_note(const char* path, uid_t owner);
+
 /**
  * The note on the disk. It is replaced as a whole and synced at each change. When it cannot be read
  * or written, or another user may write it, that is told on standard error, and the work goes on

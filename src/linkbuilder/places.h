@@ -2,9 +2,62 @@
 // Finds where paths really lead, through symbolic links and mounts.
 #pragma once
 
+#include <sys/types.h>
+
+#include <compare>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace varnholt {
+
+/** Where a path leads on the kernel's way along it; see path_resolution(7). */
+struct Way {
+  /**
+   * The entries that are passed, both links and what they lead to, as paths without a link above
+   * their last name. The last entry is where the path ends, which may be a link. From the first
+   * entry on that is not there, the rest follows as it is spelled.
+   */
+  std::vector<std::filesystem::path> entries;
+  /** Whether all entries are there. */
+  bool whole = true;
+};
+Way way_along(const std::filesystem::path& path);
+
+/** A place in a file system, the same for every mount through which it is reached. */
+struct Spot {
+  dev_t device = 0;
+  /** The path from the root of the file system; the root is the empty path. */
+  std::string path;
+
+  std::strong_ordering operator<=>(const Spot& that) const = default;
+};
+
+/** Returns whether `outer` is `inner` or a folder above it. */
+bool holds(const Spot& outer, const Spot& inner);
+
+/** The mounts that this process sees, as /proc lists them; empty where /proc is missing. */
+class Mounts {
+ public:
+  Mounts();
+
+  /** Returns the place of a path that has no links above its last name. */
+  Spot spot_of(const std::filesystem::path& path) const;
+
+  /** Returns the place of such a path and the roots of all mounts below it. */
+  std::vector<Spot> spots_from(const std::filesystem::path& path) const;
+
+  /** Returns whether something is mounted at such a path. */
+  bool is_mounted_at(const std::filesystem::path& path) const;
+
+ private:
+  struct Mount {
+    int id = 0;
+    std::string target;
+    Spot root;
+  };
+  std::vector<Mount> m_mounts;
+};
 
 /**
  * Returns whether deleting `doomed`, with everything that is mounted below it, would remove `path`,

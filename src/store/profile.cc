@@ -17,6 +17,27 @@ LineKind kind_of_line(std::string_view line) {
   return line.starts_with("rut,del") ? LineKind::default_route : LineKind::other;
 }
 
+ProfileLine read_profile_line(std::string_view line) {
+  ProfileLine read{kind_of_line(line)};
+  switch (read.kind) {
+    case LineKind::file:
+      read.definition = read_lnk_line(line);
+      break;
+    case LineKind::script:
+      read.definition = read_shl_line(line);
+      break;
+    case LineKind::route:
+      read.route = read_rut_add_line(line);
+      break;
+    case LineKind::default_route:
+      read.deletes_default_route = read_rut_del_line(line);
+      break;
+    case LineKind::other:
+      break;
+  }
+  return read;
+}
+
 std::string profile_text(const VhBakDefItemList& files, const VhRutDefItemList& routes,
                          const VhBakDefItemList& scripts) {
   std::string text;

@@ -3,6 +3,7 @@
 // version.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,16 @@ enum class LineKind { file, script, route, default_route, other };
 
 /** Returns the kind of a line, which its beginning decides. The version line is `other`. */
 LineKind kind_of_line(std::string_view line);
+
+/** What a line says. Nothing is set when the line cannot be read, or is of another kind. */
+struct ProfileLine {
+  LineKind kind = LineKind::other;
+  /** A file definition or a boot script. */
+  std::optional<BakDefFields> definition{};
+  std::optional<RutDefFields> route{};
+  std::optional<bool> deletes_default_route{};
+};
+ProfileLine read_profile_line(std::string_view line);
 
 /** Returns the profile of three lists without its version line; each line ends with a line feed. */
 std::string profile_text(const VhBakDefItemList& files, const VhRutDefItemList& routes,
