@@ -58,6 +58,7 @@ const char* const unfinished = in_scratch("/etc/.varnholt.unfinished");
 const char* const private_folder = in_scratch("/root");
 const char* const temporary_profile = in_scratch("/tmp/varnholt.tmp");
 const char* const backup_script = in_scratch("/usr/bin/nollacrest.sh");
+const char* const catalogues = VARNHOLT_CATALOGUES;
 
 }  // namespace paths
 }  // namespace varnholt

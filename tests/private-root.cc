@@ -49,9 +49,13 @@ void PrivateRoot::SetUp() {
   ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, nullptr), 0);
   constexpr auto* furnish =
       "set -e; cd \"$1\"; mkdir usr proc dev; ln -s usr/bin usr/lib usr/lib64 ."
-      "; touch dev/null dev/varnholt; mount --rbind /proc proc; mount --bind -o ro /usr usr"
-      "; mount --bind /dev/null dev/null; mount --bind -o ro \"$2\" dev/varnholt; echo furnished";
-  ASSERT_EQ(output_of({"sh", "-c", furnish, "sh", root.c_str(), VARNHOLT_PROGRAM}), "furnished\n");
+      "; touch dev/null dev/varnholt dev/varnholt-check; mount --rbind /proc proc; mount --bind -o "
+      "ro /usr usr"
+      "; mount --bind /dev/null dev/null; mount --bind -o ro \"$2\" dev/varnholt"
+      "; mount --bind -o ro \"$3\" dev/varnholt-check; echo furnished";
+  ASSERT_EQ(output_of({"sh", "-c", furnish, "sh", root.c_str(), VARNHOLT_PROGRAM,
+                       VARNHOLT_CHECK_PROGRAM}),
+            "furnished\n");
 }
 
 void PrivateRoot::TearDown() {
@@ -61,6 +65,11 @@ void PrivateRoot::TearDown() {
 std::string PrivateRoot::shell(const std::string& command) const {
   const std::string script = "exec 2>&1; export LC_ALL=C; " + command;
   return output_of({"/usr/sbin/chroot", root.c_str(), "sh", "-c", script.c_str()});
+}
+
+void PrivateRoot::enter() const {
+  ASSERT_EQ(chroot(root.c_str()), 0);
+  fs::current_path("/");
 }
 
 void PrivateRoot::write(const std::string& path, const std::string& text) const {

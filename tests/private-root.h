@@ -28,6 +28,9 @@ class PrivateRoot : public testing::Test {
   /** Runs a command line in the root and returns what it printed to both streams. */
   std::string shell(const std::string& command) const;
 
+  /** Makes this process enter the root for good; its commands then find their programs there. */
+  void enter() const;
+
   /** These write and read one file below the root, byte for byte; a missing one reads as empty. */
   void write(const std::string& path, const std::string& text) const;
   std::string read(const std::string& path) const;

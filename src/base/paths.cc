@@ -9,5 +9,6 @@ const char* const unfinished = "/etc/.varnholt.unfinished";
 const char* const private_folder = "/root";
 const char* const temporary_profile = "/tmp/varnholt.tmp";
 const char* const backup_script = "/usr/bin/nollacrest.sh";
+const char* const catalogues = VARNHOLT_CATALOGUES;
 
 }  // namespace varnholt::paths

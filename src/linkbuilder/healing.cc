@@ -99,6 +99,11 @@ bool leave_alone(const Work& work, const char* why, bool settled, Note& note) {
   return settled;
 }
 
+const char* words_for(Treatment::Why why) {
+  return why == Treatment::Why::changed ? "somebody has changed something since"
+                                        : "the profile asks for it no longer";
+}
+
 bool remove_part(const Remedy& remedy) {
   if (remedy.removed.empty()) return true;
   print_progress("an earlier run did not finish: %s is removed, as all of it is in %s\n",
@@ -150,7 +155,7 @@ bool heal_work(Work work, const Definitions& definitions, Note& note) {
       tell(work, "it can be finished only in the folder " + work.folder);
       return false;
     case Treatment::Kind::leave_alone:
-      return leave_alone(work, treatment.why, treatment.settled, note);
+      return leave_alone(work, words_for(treatment.why), treatment.settled, note);
     case Treatment::Kind::forget:
       note.drop(work);
       return true;

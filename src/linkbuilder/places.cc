@@ -6,7 +6,6 @@
 #include <libmount.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -92,7 +91,12 @@ Mounts::Mounts() {
 Spot Mounts::spot_of(const fs::path& path) const {
   const std::string text = as_prefix(path.c_str());
   struct statx status {};
-  statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &status);
+  if (statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &status) != 0 &&
+      path.has_relative_path()) {
+    auto spot = spot_of(path.parent_path());
+    spot.path += '/' + path.filename().native();
+    return spot;
+  }
   for (const auto& mount : m_mounts) {
     if (static_cast<std::uint64_t>(mount.id) == status.stx_mnt_id &&
         text.starts_with(mount.target)) {
@@ -110,9 +114,13 @@ std::vector<Spot> Mounts::spots_from(const fs::path& path) const {
   return spots;
 }
 
-bool Mounts::is_mounted_at(const fs::path& path) const {
-  return std::ranges::any_of(
-      m_mounts, [&](const Mount& mount) { return mount.target == as_prefix(path.c_str()); });
+std::vector<std::string> Mounts::mount_points_from(const fs::path& path) const {
+  const auto top = as_prefix(path.c_str());
+  std::vector<std::string> points;
+  for (const auto& mount : m_mounts) {
+    if (mount.target == top || mount.target.starts_with(top + '/')) points.push_back(mount.target);
+  }
+  return points;
 }
 
 bool deletion_takes_away(const fs::path& doomed, const fs::path& path) {

@@ -41,14 +41,17 @@ class Mounts {
  public:
   Mounts();
 
-  /** Returns the place of a path that has no links above its last name. */
+  /**
+   * Returns the place of a path that has no links above its last name. When nothing is there, it is
+   * the place at which it would be.
+   */
   Spot spot_of(const std::filesystem::path& path) const;
 
   /** Returns the place of such a path and the roots of all mounts below it. */
   std::vector<Spot> spots_from(const std::filesystem::path& path) const;
 
-  /** Returns whether something is mounted at such a path. */
-  bool is_mounted_at(const std::filesystem::path& path) const;
+  /** Returns where something is mounted, from such a path down. */
+  std::vector<std::string> mount_points_from(const std::filesystem::path& path) const;
 
  private:
   struct Mount {

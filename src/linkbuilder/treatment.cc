@@ -22,7 +22,7 @@ bool is_at_home(const Work& work) {
 }
 
 Treatment changed_since(bool settled) {
-  return {Kind::leave_alone, {}, "somebody has changed something since", settled};
+  return {Kind::leave_alone, {}, Treatment::Why::changed, settled};
 }
 
 Treatment treat_adoption(const Work& work, const Definitions& definitions) {
@@ -35,7 +35,7 @@ Treatment treat_adoption(const Work& work, const Definitions& definitions) {
     return changed_since(Place{work.path()}.content == work.from);
   }
   if (!work.has_backup() || !is_there(work.other)) return {};
-  return {Kind::leave_alone, {}, "the profile asks for it no longer"};
+  return {Kind::leave_alone, {}, Treatment::Why::unwanted};
 }
 
 /** What the lines of the profile want at the path of a work that undoes a link. */

@@ -27,9 +27,17 @@ struct Treatment {
     undo_again,
   };
 
+  /** Why a work is left to the operator. */
+  enum class Why {
+    /** Somebody has changed something since. */
+    changed,
+    /** The profile asks for it no longer. */
+    unwanted,
+  };
+
   Kind kind = Kind::forget;
   Remedy remedy{};
-  const char* why = "";
+  Why why = Why::changed;
   /** Whether nothing that is left alone needs the note any more, so that the path can be taken. */
   bool settled = false;
 };

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What comes of a definition at whose path a folder or a file stands.
+#include "check/adoption.h"
+
+#include <algorithm>
+
+#include "check/surface.h"
+#include "linkbuilder/moves.h"
+#include "linkbuilder/places.h"
+#include "model/file-test.h"
+
+namespace fs = std::filesystem;
+
+namespace varnholt {
+namespace {
+
+bool is_folder(const std::string& path) {
+  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
+}
+
+bool contains(const std::vector<fs::path>& entries, const fs::path& entry) {
+  return std::ranges::count(entries, entry) > 0;
+}
+
+/** One adoption while it is foretold, in the order of its steps. */
+class Adoption {
+ public:
+  Adoption(Forecast& forecast, Ground& ground)
+      : m_forecast(forecast),
+        m_ground(ground),
+        m_to(forecast.definition.to),
+        m_source(without_final_slash(forecast.definition.from)),
+        m_path(way_along(m_to).entries.back()),
+        m_at_source(way_along(m_source).entries.back()),
+        m_backup(m_path.parent_path() / last_name(free_backup_name(m_to))) {}
+
+  void foretell() {
+    m_forecast.outcome = Outcome::adopted;
+    leave_footprint();
+    if (m_ground.is_needed(m_path)) add(m_forecast, Problem::needed_by_run, m_to);
+    if (!m_source.empty() && !m_source.starts_with('/')) {
+      add(m_forecast, Problem::relative, m_source);
+    }
+    if (const auto why = why_not_renamed()) return fail(m_forecast, *why, Remains::all);
+    m_forecast.moved = m_ground.count(m_path);
+    if (is_same_place()) return fail(m_forecast, {Problem::same_place}, Remains::all);
+    if (const auto why = why_no_way()) return fail(m_forecast, *why, Remains::backup);
+    if (!clears_source()) return;
+    foretell_move();
+  }
+
+ private:
+  void leave_footprint() {
+    auto& footprint = m_forecast.footprint;
+    footprint.passed = way_along(m_to).entries;
+    footprint.relied = way_along(m_source + '/').entries;
+    footprint.relied.push_back(m_path);
+    footprint.relied.push_back(m_at_source);
+    footprint.whole = {m_path, m_at_source};
+    footprint.changed = {m_path, m_backup, m_at_source};
+  }
+
+  std::optional<Finding> why_not_renamed() const {
+    if (auto why = why_no_link_at(m_to)) return why;
+    const auto mounted = m_ground.mounts().mount_points_from(m_path);
+    if (std::ranges::count(mounted, m_path.native()) > 0) {
+      return Finding{Problem::path_mounted, m_path};
+    }
+    if (auto why = why_it_must_stay(m_to)) return why;
+    const auto backup = free_backup_name(m_to);
+    if (backup.empty() || why_too_long(backup)) return Finding{Problem::no_backup_name};
+    return std::nullopt;
+  }
+
+  /** Returns whether the source is what is adopted, so that it only gets its name back. */
+  bool is_same_place() const {
+    const auto& mounts = m_ground.mounts();
+    return is_there(m_source) && mounts.spot_of(m_at_source) == mounts.spot_of(m_path) &&
+           mounts.mount_points_from(m_at_source).empty();
+  }
+
+  /** Returns why nothing can come to the source, once what is adopted has its backup name. */
+  std::optional<Finding> why_no_way() {
+    if (m_source.empty()) return Finding{Problem::source_empty};
+    if (leads_through_itself(m_to)) return Finding{Problem::path_through_itself};
+    const auto folder = folder_above(m_source);
+    if (contains(way_along(folder).entries, m_path)) return Finding{Problem::source_in_path};
+    if (contains(way_along(m_source + '/').entries, m_backup)) {
+      // What is found there depends on a name that nothing has now.
+      m_forecast.sure = false;
+      return Finding{Problem::source_by_backup, m_backup};
+    }
+    if (!is_folder(folder)) return Finding{Problem::source_folder_missing, folder};
+    if (auto why = why_nothing_can_be_made(folder)) return why;
+    return why_too_long(m_source);
+  }
+
+  /** Tells what becomes of what stands at the source. Returns whether the move is tried then. */
+  bool clears_source() {
+    if (m_source.ends_with('/')) add(m_forecast, Problem::source_slashes);
+    if (is_link(m_source)) {
+      std::error_code unknown;
+      add(m_forecast, Problem::source_is_link, fs::read_symlink(m_source, unknown));
+      // What it leads to may be what is adopted, which has another name by then.
+      const bool dangles = !exists(m_source) || contains(way_along(m_source + '/').entries, m_path);
+      if (dangles)
+        return !is_folder(m_to) || failed({Problem::source_is_dangling}, Remains::backup);
+    }
+    switch (clearing_for(m_to, m_source)) {
+      case Clearing::none:
+        return true;
+      case Clearing::refuse:
+        return failed({Problem::overlap}, Remains::backup);
+      case Clearing::remove:
+        return deletes_source();
+    }
+    return true;
+  }
+
+  bool deletes_source() {
+    const auto name = last_name(m_source);
+    if (name == "." || name == "..") return failed({Problem::source_dots}, Remains::backup);
+    if (m_ground.is_needed(m_at_source)) add(m_forecast, Problem::needed_by_run, m_source);
+    if (!is_link(m_source)) m_forecast.deleted = m_ground.count(m_source);
+    if (const auto why = why_it_must_stay(m_source)) {
+      m_forecast.sure = false;
+      return failed(*why, Remains::backup_only);
+    }
+    const auto mounted = m_ground.mounts().mount_points_from(m_at_source);
+    return mounted.empty() ||
+           failed({Problem::source_mounted, mounted.front()}, Remains::backup_only);
+  }
+
+  void foretell_move() {
+    const auto there = folder_above(m_source);
+    if (!is_copied_between(folder_above(m_to), there)) return;
+    const auto remains = m_forecast.deleted ? Remains::backup_only : Remains::backup;
+    const auto mounted = m_ground.mounts().mount_points_from(m_path);
+    if (!mounted.empty()) {
+      m_forecast.sure = false;
+      return fail(m_forecast, {Problem::mounted_below, mounted.front()}, remains);
+    }
+    const auto cramped =
+        m_ground.why_no_room(there, *m_forecast.moved, m_forecast.deleted.value_or(Tally{}));
+    if (!cramped) return;
+    if (cramped->problem == Problem::no_room) return fail(m_forecast, *cramped, remains);
+    add(m_forecast, cramped->problem, cramped->about);
+  }
+
+  bool failed(const Finding& why, Remains remains) {
+    fail(m_forecast, why, remains);
+    return false;
+  }
+
+  Forecast& m_forecast;
+  Ground& m_ground;
+  const std::string& m_to;
+  std::string m_source;
+  /** What is adopted, what stands at the source, and the backup, without links above their names.
+   */
+  fs::path m_path;
+  fs::path m_at_source;
+  fs::path m_backup;
+};
+
+}  // namespace
+
+void foretell_adoption(Forecast& forecast, Ground& ground) {
+  Adoption{forecast, ground}.foretell();
+}
+
+}  // namespace varnholt

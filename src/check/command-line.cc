@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The command varnholt-check.
+#include "check/command-line.h"
+
+#include <sys/ioctl.h>
+#include <sysexits.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include <glib.h>
+#include <glib/gi18n.h>
+
+#include "base/diagnostics.h"
+#include "base/file.h"
+#include "base/glib-ptr.h"
+#include "base/paths.h"
+#include "check/document.h"
+#include "check/progress.h"
+#include "check/report.h"
+#include "check/survey.h"
+#include "check/wording.h"
+
+namespace varnholt {
+namespace {
+
+constexpr int cannot_read = 3;
+constexpr auto* text_domain = "varnholt";
+
+/** What the arguments ask for. */
+struct Wish {
+  gboolean all = FALSE;
+  gboolean quiet = FALSE;
+  gboolean json = FALSE;
+  gboolean no_count = FALSE;
+  gboolean version = FALSE;
+  std::string profile = paths::profile;
+};
+
+void use_locale() {
+  std::setlocale(LC_ALL, "");
+  bindtextdomain(text_domain, paths::catalogues);
+  bind_textdomain_codeset(text_domain, "UTF-8");
+  textdomain(text_domain);
+}
+
+std::unique_ptr<GOptionContext, FreeWith<g_option_context_free>> context_for(Wish& wish) {
+  const GOptionEntry entries[] = {
+      {"all", 'a', 0, G_OPTION_ARG_NONE, &wish.all, N_("Tell of links that are as they should be"),
+       nullptr},
+      {"quiet", 'q', 0, G_OPTION_ARG_NONE, &wish.quiet, N_("Print the summary only"), nullptr},
+      {"json", 'j', 0, G_OPTION_ARG_NONE, &wish.json, N_("Print everything as a JSON document"),
+       nullptr},
+      {"no-count", 'n', 0, G_OPTION_ARG_NONE, &wish.no_count,
+       N_("Do not count what is moved, deleted or copied"), nullptr},
+      {"version", 'V', 0, G_OPTION_ARG_NONE, &wish.version, N_("Print the version"), nullptr},
+      {nullptr, 0, 0, G_OPTION_ARG_NONE, nullptr, nullptr, nullptr}};
+  std::unique_ptr<GOptionContext, FreeWith<g_option_context_free>> context{
+      g_option_context_new(_("[PROFILE]"))};
+  g_option_context_set_summary(
+      context.get(),
+      _("Tells what the next run of the link builder will do with a profile on this\n"
+        "machine, and what is wrong with it. Changes nothing."));
+  g_option_context_set_description(
+      context.get(),
+      _("The profile is /etc/.varnholt.ini unless another one is named.\n"
+        "Exit status: 0 nothing would change and nothing is wrong, 1 something would\n"
+        "change, 2 something would fail, be lost or depends on something else, 3 the\n"
+        "profile cannot be read, 64 wrong use."));
+  g_option_context_add_main_entries(context.get(), entries, text_domain);
+  return context;
+}
+
+/** Reads the arguments. Returns false, after saying why, when they make no sense. */
+bool read_arguments(int argc, char** argv, Wish& wish) {
+  ErrorPtr error;
+  const auto context = context_for(wish);
+  if (g_option_context_parse(context.get(), &argc, &argv, out(error)) == 0) {
+    print_failure("varnholt-check: %s\n", error->message);
+  } else if (argc > 2) {
+    print_failure("varnholt-check: %s\n", _("Only one profile can be checked."));
+  } else {
+    if (argc == 2) wish.profile = argv[1];
+    return true;
+  }
+  print_failure("%s\n", _("\"varnholt-check --help\" tells how it is used."));
+  return false;
+}
+
+std::size_t terminal_width() {
+  struct winsize size {};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+  return ReportStyle{}.width;
+}
+
+bool wants_colour() {
+  const char* const no_colour = std::getenv("NO_COLOR");
+  const char* const terminal = std::getenv("TERM");
+  const bool dumb = terminal == nullptr || std::string_view{terminal} == "dumb";
+  return isatty(STDOUT_FILENO) != 0 && !dumb && (no_colour == nullptr || *no_colour == '\0');
+}
+
+Survey survey_for(const Wish& wish, std::string_view profile) {
+  Progress progress;
+  return survey_of(wish.profile, profile, [&](const std::string& path) {
+    if (wish.no_count) return Tally{.counted = false};
+    return tally_of(path, [&progress] { progress.step(); });
+  });
+}
+
+std::string output_for(const Wish& wish, const Survey& survey) {
+  if (wish.json) return document_on(survey, wish.profile);
+  return report_on(survey, {.all = wish.all != 0,
+                            .summary_only = wish.quiet != 0,
+                            .colour = wants_colour(),
+                            .width = terminal_width()});
+}
+
+}  // namespace
+
+int run_check(int argc, char** argv) {
+  use_locale();
+  Wish wish;
+  if (!read_arguments(argc, argv, wish)) return EX_USAGE;
+  if (wish.version) {
+    std::puts("varnholt-check " VARNHOLT_VERSION);
+    return EXIT_SUCCESS;
+  }
+  const auto profile = read_file(wish.profile.c_str());
+  if (profile.error) {
+    print_failure("varnholt-check: %s\n", profile.error->message);
+    return cannot_read;
+  }
+  const auto survey = survey_for(wish, profile.text());
+  std::fputs(output_for(wish, survey).c_str(), stdout);
+  return static_cast<int>(verdict_on(survey));
+}
+
+}  // namespace varnholt

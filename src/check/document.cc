@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Tells a program what a survey has found.
+#include "check/document.h"
+
+#include <array>
+#include <string_view>
+
+#include <json-glib/json-glib.h>
+
+#include "base/glib-ptr.h"
+#include "check/wording.h"
+
+namespace varnholt {
+namespace {
+
+/** The number of this form of the document. It changes when a member changes or goes. */
+constexpr int format = 1;
+
+// The words stand in the order of the enumerators.
+constexpr std::array outcomes{"none",   "stands",     "made",    "replaced", "adopted",
+                              "copied", "left-alone", "dropped", "fails"};
+constexpr std::array remains{"all", "backup", "backup-only", "nothing"};
+constexpr std::array reasons{"",        "kind",          "unreadable", "missing",
+                             "no-link", "leads-nowhere", "unfinished", "half-copied"};
+constexpr std::array treatments{"elsewhere", "left-alone", "forgotten",
+                                "kept",      "finished",   "undone-again"};
+constexpr std::array remedies{"nothing", "done", "wait",           "put-back",
+                              "link",    "link", "make-link-again"};
+
+template <std::size_t Size, typename Enumerator>
+const char* word(const std::array<const char*, Size>& words, Enumerator enumerator) {
+  return words.at(static_cast<std::size_t>(enumerator));
+}
+
+/** Builds a document member by member. */
+class Document {
+ public:
+  void add(const char* name, const char* text) {
+    json_builder_set_member_name(m_builder.get(), name);
+    json_builder_add_string_value(m_builder.get(), text);
+  }
+
+  void add(const char* name, std::uint64_t value) {
+    json_builder_set_member_name(m_builder.get(), name);
+    json_builder_add_int_value(m_builder.get(), static_cast<gint64>(value));
+  }
+
+  void add_flag(const char* name, bool value) {
+    json_builder_set_member_name(m_builder.get(), name);
+    json_builder_add_boolean_value(m_builder.get(), value);
+  }
+
+  /** Adds a text of any bytes; when they are not UTF-8, also as they are, in Base64. */
+  void add_bytes(const std::string& name, const std::string& bytes) {
+    const auto length = static_cast<gssize>(bytes.size());
+    if (g_utf8_validate(bytes.data(), length, nullptr)) return add(name.c_str(), bytes.c_str());
+    add(name.c_str(), printable(bytes).c_str());
+    const auto encoded =
+        take_text(g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size()));
+    add((name + "-base64").c_str(), encoded.get());
+  }
+
+  /** Adds an object, whose members `fill` adds. */
+  template <typename Fill>
+  void add_object(const char* name, Fill fill) {
+    if (name != nullptr) json_builder_set_member_name(m_builder.get(), name);
+    json_builder_begin_object(m_builder.get());
+    fill();
+    json_builder_end_object(m_builder.get());
+  }
+
+  /** Adds an array with what `add_each` adds for each of the items. */
+  template <typename Items, typename AddEach>
+  void add_array(const char* name, const Items& items, AddEach add_each) {
+    json_builder_set_member_name(m_builder.get(), name);
+    json_builder_begin_array(m_builder.get());
+    for (const auto& item : items) add_each(item);
+    json_builder_end_array(m_builder.get());
+  }
+
+  void add_number(std::uint64_t value) {
+    json_builder_add_int_value(m_builder.get(), static_cast<gint64>(value));
+  }
+
+  std::string text() const {
+    const auto generator = take_object(json_generator_new());
+    const std::unique_ptr<JsonNode, FreeWith<json_node_unref>> root{
+        json_builder_get_root(m_builder.get())};
+    json_generator_set_root(generator.get(), root.get());
+    json_generator_set_pretty(generator.get(), TRUE);
+    return take_text(json_generator_to_data(generator.get(), nullptr)).get();
+  }
+
+ private:
+  ObjectPtr<JsonBuilder> m_builder = take_object(json_builder_new());
+};
+
+void add_tally(Document& document, const char* name, const std::optional<Tally>& tally) {
+  if (!tally) return;
+  document.add_object(name, [&] {
+    document.add_flag("counted", tally->counted);
+    if (!tally->counted) return;
+    document.add("folders", tally->folders);
+    document.add("files", tally->files);
+    document.add("bytes", tally->bytes);
+    document.add("unreadable", tally->unreadable);
+  });
+}
+
+void add_finding(Document& document, const Finding& finding) {
+  document.add("problem", std::string{key_of(finding.problem)}.c_str());
+  if (!finding.about.empty()) document.add_bytes("about", finding.about);
+  document.add("text", text_of(finding).c_str());
+  document.add_flag("notice", is_notice(finding.problem));
+}
+
+void add_findings(Document& document, const char* name, const std::vector<Finding>& findings) {
+  document.add_array(name, findings, [&](const Finding& finding) {
+    document.add_object(nullptr, [&] { add_finding(document, finding); });
+  });
+}
+
+const char* operation_of(const BakDefFields& definition) {
+  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return "symbolic";
+  return definition.has(VH_FILE_OPERATION_TYPE_FOT_OverWrite) ? "overwrite" : "update";
+}
+
+void add_forecast(Document& document, const Forecast& forecast) {
+  const auto& definition = forecast.definition;
+  document.add("line", forecast.line);
+  document.add_bytes("source", definition.from);
+  document.add_bytes("path", definition.to);
+  document.add("operation", operation_of(definition));
+  document.add_flag("marked", definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted));
+  document.add("outcome", word(outcomes, forecast.outcome));
+  document.add_flag("sure", forecast.sure);
+  if (forecast.outcome == Outcome::fails) {
+    document.add("remains", word(remains, forecast.remains));
+  }
+  if (forecast.reason != Reason::none) document.add("reason", word(reasons, forecast.reason));
+  if (!forecast.content.empty()) document.add_bytes("content", forecast.content);
+  add_tally(document, "moved", forecast.moved);
+  add_tally(document, "deleted", forecast.deleted);
+  add_tally(document, "copied", forecast.copied);
+  add_findings(document, "findings", forecast.findings);
+  document.add_array("depends-on", forecast.ties,
+                     [&](std::size_t line) { document.add_number(line); });
+}
+
+void add_unfinished(Document& document, const UnfinishedWork& unfinished) {
+  const auto& [work, treatment] = unfinished;
+  document.add_bytes("source", work.from);
+  document.add_bytes("path", work.to);
+  document.add_bytes(work.undoes() ? "content" : "backup", work.other);
+  document.add("treatment", word(treatments, treatment.kind));
+  document.add("remedy", word(remedies, treatment.remedy.then));
+  if (!treatment.remedy.removed.empty()) document.add_bytes("removed", treatment.remedy.removed);
+}
+
+void add_survey(Document& document, const Survey& survey) {
+  document.add_array("unfinished", survey.unfinished, [&](const UnfinishedWork& unfinished) {
+    document.add_object(nullptr, [&] { add_unfinished(document, unfinished); });
+  });
+  document.add_array("definitions", survey.definitions, [&](const Forecast& forecast) {
+    document.add_object(nullptr, [&] { add_forecast(document, forecast); });
+  });
+  document.add_array("lines", survey.window.findings, [&](const LineFinding& each) {
+    document.add_object(nullptr, [&] {
+      document.add("line", each.line);
+      add_finding(document, each.finding);
+    });
+  });
+  document.add_object("reordered", [&] {
+    document.add("files", survey.window.reordered_files);
+    document.add("scripts", survey.window.reordered_scripts);
+  });
+  add_findings(document, "around", survey.around);
+}
+
+}  // namespace
+
+std::string document_on(const Survey& survey, const std::string& path) {
+  Document document;
+  document.add_object(nullptr, [&] {
+    document.add("format", format);
+    document.add_bytes("profile", path);
+    document.add("status", static_cast<std::uint64_t>(verdict_on(survey)));
+    document.add("problems", number_of_problems(survey));
+    add_survey(document, survey);
+  });
+  return document.text() + '\n';
+}
+
+}  // namespace varnholt

@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the next run of the link builder makes of one definition.
+#include "check/forecast.h"
+
+#include <climits>
+
+#include <algorithm>
+#include <utility>
+
+#include "base/text.h"
+#include "check/adoption.h"
+#include "check/surface.h"
+#include "linkbuilder/moves.h"
+#include "linkbuilder/places.h"
+#include "model/file-test.h"
+
+namespace fs = std::filesystem;
+
+namespace varnholt {
+namespace {
+
+bool is_relative(const std::string& path) {
+  return !path.starts_with('/');
+}
+
+bool is_folder(const std::string& path) {
+  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
+}
+
+/** Returns the path to which a link at `to` with this content leads. */
+std::string led_to(const std::string& to, const std::string& content) {
+  return is_relative(content) ? folder_above(to) + '/' + content : content;
+}
+
+std::optional<Finding> why_no_content(const std::string& content) {
+  if (content.empty()) return Finding{Problem::source_empty};
+  // The content of a link may be as long as a path, see symlink(2).
+  if (content.size() >= PATH_MAX) return Finding{Problem::name_too_long};
+  return std::nullopt;
+}
+
+void check_target(Forecast& forecast) {
+  const auto target = led_to(forecast.definition.to, forecast.definition.from);
+  if (!exists(target)) add(forecast, Problem::leads_nowhere, forecast.definition.from);
+}
+
+/** The folder in which folders and a link are made, and the folders that are missing below it. */
+struct Descent {
+  std::string there;
+  std::vector<std::string> missing;
+};
+
+/** Returns the descent to the folder of a path, or what stands in its way. */
+std::pair<Descent, std::optional<Finding>> descent_to(const std::string& path) {
+  const auto folder = folder_above(path);
+  if (is_folder(folder)) return {{folder, {}}, std::nullopt};
+  Descent descent{path.starts_with('/') ? "/" : ".", {}};
+  for (std::size_t end = folder.find('/', 1); end != std::string::npos;
+       end = folder.find('/', end + 1)) {
+    const auto prefix = folder.substr(0, end);
+    if (!descent.missing.empty() || !is_there(prefix)) {
+      descent.missing.push_back(prefix);
+    } else if (is_folder(prefix)) {
+      descent.there = prefix;
+    } else {
+      return {descent, Finding{Problem::path_blocked, prefix}};
+    }
+  }
+  return {descent, std::nullopt};
+}
+
+std::optional<Finding> why_not_made(const Forecast& forecast, const Descent& descent) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  if (auto why = why_no_link_at(to)) return why;
+  if (auto why = why_too_long(to)) return why;
+  if (auto why = why_nothing_can_be_made(descent.there)) return why;
+  if (!can_hold_links(descent.there)) return Finding{Problem::no_links, descent.there};
+  if (room_at(descent.there).entries <= descent.missing.size()) {
+    return Finding{Problem::no_room, descent.there};
+  }
+  return why_no_content(from);
+}
+
+void foretell_new_link(Forecast& forecast) {
+  const auto& to = forecast.definition.to;
+  const auto [descent, blocked] = descent_to(to);
+  forecast.outcome = Outcome::made;
+  const auto way = way_along(to);
+  auto& footprint = forecast.footprint;
+  footprint.passed = way.entries;
+  footprint.relied = footprint.changed = {way.entries.back()};
+  for (const auto& folder : descent.missing) {
+    footprint.made.push_back(way_along(folder).entries.back());
+    // Once the folder is there, this leads somewhere else.
+    if (last_name(folder) == "..") forecast.sure = false;
+  }
+  if (blocked) return fail(forecast, *blocked, Remains::all);
+  if (const auto why = why_not_made(forecast, descent)) return fail(forecast, *why, Remains::all);
+  check_target(forecast);
+}
+
+void foretell_renewal(Forecast& forecast, Ground& ground) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  const auto way = way_along(to);
+  forecast.outcome = Outcome::replaced;
+  forecast.footprint.passed = way.entries;
+  forecast.footprint.relied = forecast.footprint.changed = {way.entries.back()};
+  if (ground.is_needed(way.entries.back())) add(forecast, Problem::needed_by_run, to);
+  if (const auto why = why_it_must_stay(to)) return fail(forecast, *why, Remains::all);
+  if (const auto why = why_no_content(from)) return fail(forecast, *why, Remains::nothing);
+  if (leads_through_itself(to)) {
+    return fail(forecast, {Problem::path_through_itself}, Remains::nothing);
+  }
+  check_target(forecast);
+}
+
+void foretell_link(Forecast& forecast, Ground& ground) {
+  auto decision = decide_link(forecast.definition);
+  forecast.content = std::move(decision.content);
+  switch (decision.task) {
+    case LinkTask::none:
+      forecast.outcome = Outcome::stands;
+      if (!exists(forecast.definition.to)) {
+        add(forecast, Problem::leads_nowhere, forecast.definition.from);
+      }
+      return;
+    case LinkTask::replace:
+      return foretell_renewal(forecast, ground);
+    case LinkTask::make:
+      return foretell_new_link(forecast);
+    case LinkTask::adopt:
+      return foretell_adoption(forecast, ground);
+    case LinkTask::unreadable:
+    case LinkTask::refuse:
+      forecast.outcome = Outcome::left_alone;
+      forecast.reason = decision.task == LinkTask::refuse ? Reason::kind : Reason::unreadable;
+      return;
+  }
+}
+
+void foretell_copy(Forecast& forecast, Ground& ground) {
+  const auto& to = forecast.definition.to;
+  const auto& content = forecast.content;
+  const auto way = way_along(to);
+  const auto original = way_along(content);
+  const auto followed = way_along(content + '/');
+  const auto& link = way.entries.back();
+  forecast.outcome = Outcome::copied;
+  forecast.footprint.passed = way.entries;
+  forecast.footprint.relied = followed.entries;
+  forecast.footprint.relied.push_back(link);
+  forecast.footprint.whole = {original.entries.back()};
+  forecast.footprint.changed = {link};
+  if (ground.is_needed(link)) add(forecast, Problem::needed_by_run, to);
+  if (is_relative(content)) add(forecast, Problem::relative, content);
+  if (const auto why = why_it_must_stay(to)) return fail(forecast, *why, Remains::all);
+  forecast.copied = ground.count(content);
+  if (leads_through_itself(to)) {
+    return fail(forecast, {Problem::path_through_itself}, Remains::nothing);
+  }
+  const auto& mounts = ground.mounts();
+  if (holds(mounts.spot_of(original.entries.back()), mounts.spot_of(link))) {
+    forecast.sure = false;
+    return fail(forecast, {Problem::copy_into_itself, content}, Remains::nothing);
+  }
+  const auto cramped = ground.why_no_room(folder_above(to), *forecast.copied, {});
+  if (!cramped) return;
+  if (cramped->problem == Problem::no_room) return fail(forecast, *cramped, Remains::nothing);
+  add(forecast, cramped->problem, cramped->about);
+}
+
+Reason reason_for(UndoTask task) {
+  switch (task) {
+    case UndoTask::missing:
+      return Reason::missing;
+    case UndoTask::unreadable:
+      return Reason::unreadable;
+    case UndoTask::leads_nowhere:
+      return Reason::leads_nowhere;
+    default:
+      return Reason::no_link;
+  }
+}
+
+void foretell_undoing(Forecast& forecast, Ground& ground) {
+  auto decision = decide_undo(forecast.definition.to);
+  forecast.content = std::move(decision.content);
+  if (decision.task == UndoTask::copy) return foretell_copy(forecast, ground);
+  forecast.outcome = Outcome::left_alone;
+  forecast.reason = reason_for(decision.task);
+}
+
+void foretell_others(Forecast& forecast) {
+  const auto& definition = forecast.definition;
+  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
+    forecast.outcome = Outcome::dropped;
+  } else if (definition.from.empty() || definition.to.empty()) {
+    add(forecast, Problem::value_missing);
+  } else if (!exists(definition.from)) {
+    add(forecast, Problem::source_missing, definition.from);
+  }
+}
+
+}  // namespace
+
+void add(Forecast& forecast, Problem problem, const std::string& about) {
+  forecast.findings.push_back({problem, about});
+  forecast.sure = forecast.sure && !is_doubtful(problem);
+}
+
+void fail(Forecast& forecast, const Finding& why, Remains remains) {
+  forecast.outcome = Outcome::fails;
+  forecast.remains = remains;
+  forecast.findings.push_back(why);
+}
+
+std::optional<Finding> why_no_link_at(const std::string& path) {
+  if (path.empty()) return Finding{Problem::path_empty};
+  if (path.ends_with('/')) return Finding{Problem::path_ends_in_slash};
+  const auto name = last_name(path);
+  if (name == "." || name == "..") return Finding{Problem::path_ends_in_dots};
+  return std::nullopt;
+}
+
+bool leads_through_itself(const std::string& path) {
+  return std::ranges::count(way_along(folder_above(path)).entries, way_along(path).entries.back()) >
+         0;
+}
+
+Forecast foretell(const BakDefFields& definition, Turn turn, Ground& ground) {
+  Forecast forecast{.definition = definition};
+  switch (turn) {
+    case Turn::none:
+      foretell_others(forecast);
+      return forecast;
+    case Turn::build:
+      foretell_link(forecast, ground);
+      break;
+    case Turn::undo:
+      foretell_undoing(forecast, ground);
+      break;
+    case Turn::left_alone:
+    case Turn::half_copied:
+      forecast.outcome = Outcome::left_alone;
+      forecast.reason = turn == Turn::half_copied ? Reason::half_copied : Reason::unfinished;
+      break;
+  }
+  if (is_relative(definition.to) && !definition.to.empty()) {
+    add(forecast, Problem::relative, definition.to);
+  }
+  return forecast;
+}
+
+}  // namespace varnholt

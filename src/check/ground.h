@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The machine on which the forecasts stand: its mounts, its room, and what a run needs.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "check/finding.h"
+#include "check/tally.h"
+#include "linkbuilder/places.h"
+
+namespace varnholt {
+
+class Ground {
+ public:
+  /** Returns what stands at a path, or a tally that says that nobody has counted. */
+  using Count = std::function<Tally(const std::string& path)>;
+
+  /** `needed` are the files without which a run cannot end well. */
+  Ground(Count count, const std::vector<std::string>& needed);
+
+  Tally count(const std::string& path) const { return m_count(path); }
+  const Mounts& mounts() const { return m_mounts; }
+
+  /** Returns whether moving or removing what is at a path takes away what a run needs. */
+  bool is_needed(const std::filesystem::path& path) const;
+
+  /**
+   * Returns a finding when a copy may not fit into a folder, or certainly does not, given what is
+   * deleted there first. Copies that have been asked for before count.
+   */
+  std::optional<Finding> why_no_room(const std::string& folder, const Tally& need,
+                                     const Tally& freed);
+
+ private:
+  Count m_count;
+  Mounts m_mounts;
+  /** What is passed on the ways to the needed files. */
+  std::vector<std::filesystem::path> m_needed;
+  /** What earlier copies take, by the number of the device. */
+  std::map<std::uint64_t, Tally> m_promised;
+};
+
+}  // namespace varnholt

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows on a terminal how far the counting has come.
+#include "check/progress.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+#include <glib/gi18n.h>
+
+#include "check/wording.h"
+
+namespace varnholt {
+namespace {
+
+constexpr auto* clear_line = "\r\033[K";
+
+}  // namespace
+
+Progress::Progress()
+    : m_terminal(isatty(STDERR_FILENO) != 0), m_next(Clock::now() + std::chrono::seconds{1}) {}
+
+Progress::~Progress() {
+  if (m_shown) std::fputs(clear_line, stderr);
+}
+
+void Progress::step() {
+  constexpr std::uint64_t files_between_looks = 256;
+  ++m_files;
+  if (!m_terminal || m_files % files_between_looks != 0 || Clock::now() < m_next) return;
+  m_next = Clock::now() + std::chrono::milliseconds{200};
+  m_shown = true;
+  const auto text = filled(_("counting… %1 files"), {number(m_files)});
+  std::fprintf(stderr, "%s%s", clear_line, text.c_str());
+  std::fflush(stderr);
+}
+
+}  // namespace varnholt

@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Tells a person what a survey has found.
+#include "check/report.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <glib/gi18n.h>
+
+#include "check/wording.h"
+#include "linkbuilder/moves.h"
+
+namespace varnholt {
+namespace {
+
+/** How a sentence is meant; its colour depends on that. */
+enum class Tone { plain, notice, alarm };
+
+struct Sentence {
+  std::string text;
+  Tone tone = Tone::plain;
+};
+
+std::string told(const Tally& tally) {
+  return tally.counted ? amount(tally) : std::string{};
+}
+
+std::string deletion_of(const Forecast& forecast) {
+  const auto source = printable(forecast.definition.from);
+  const auto amount = told(*forecast.deleted);
+  return amount.empty() ? filled(_("DELETED: what stands at %1 now."), {source})
+                        : filled(_("DELETED: what stands at %1 now, %2."), {source, amount});
+}
+
+std::string adoption_of(const std::string& path, const std::string& source, const Tally& moved) {
+  const auto amount = told(moved);
+  return amount.empty()
+             ? filled(_("%1 becomes a link to %2; what stands there moves to the source."),
+                      {path, source})
+             : filled(_("%1 becomes a link to %2; %3 move to the source."), {path, source, amount});
+}
+
+std::string undoing_of(const std::string& path, const std::string& content, const Tally& copied) {
+  const auto amount = told(copied);
+  return amount.empty()
+             ? filled(_("The link %1 is undone by a copy of %2."), {path, content})
+             : filled(_("The link %1 is undone by a copy of %2: %3."), {path, content, amount});
+}
+
+std::string reason_of(const Forecast& forecast) {
+  const auto path = printable(forecast.definition.to);
+  switch (forecast.reason) {
+    case Reason::kind:
+      return filled(_("%1 is left alone: it is no folder, file or link."), {path});
+    case Reason::missing:
+      return filled(_("%1 is not undone: nothing is there, or a link that leads nowhere."), {path});
+    case Reason::no_link:
+      return filled(_("%1 is not undone: it is no link."), {path});
+    case Reason::leads_nowhere:
+      return filled(_("%1 is not undone: from here its content, %2, leads nowhere."),
+                    {path, printable(forecast.content)});
+    case Reason::unfinished:
+      return filled(_("%1 is left alone, because of what an earlier run has left."), {path});
+    case Reason::half_copied:
+      return filled(_("%1 is left alone, because what stands there may not be whole."), {path});
+    default:
+      return filled(_("%1 is left alone: the link cannot be read."), {path});
+  }
+}
+
+std::string failure_of(const Forecast& forecast) {
+  const auto& definition = forecast.definition;
+  const auto path = printable(definition.to);
+  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
+    return filled(_("FAILS: the link %1 is not undone."), {path});
+  }
+  return filled(_("FAILS: %1 does not become a link to %2."), {path, printable(definition.from)});
+}
+
+std::string what_comes(const Forecast& forecast) {
+  const auto path = printable(forecast.definition.to);
+  const auto source = printable(forecast.definition.from);
+  const auto content = printable(forecast.content);
+  switch (forecast.outcome) {
+    case Outcome::none:
+      return filled(_("%1 is to be a copy of %2."), {path, source});
+    case Outcome::stands:
+      return filled(_("%1 is a link to %2, as it should be."), {path, source});
+    case Outcome::made:
+      return filled(_("%1 is made, a link to %2."), {path, source});
+    case Outcome::replaced:
+      return filled(_("%1 becomes a link to %2; now it leads to %3."), {path, source, content});
+    case Outcome::adopted:
+      return adoption_of(path, source, *forecast.moved);
+    case Outcome::copied:
+      return undoing_of(path, content, *forecast.copied);
+    case Outcome::left_alone:
+      return reason_of(forecast);
+    case Outcome::dropped:
+      return filled(_("The definition of %1 leaves the profile."), {path});
+    case Outcome::fails:
+      return failure_of(forecast);
+  }
+  return {};
+}
+
+std::string what_remains(const Forecast& forecast) {
+  const auto backup = printable(free_backup_name(forecast.definition.to));
+  switch (forecast.remains) {
+    case Remains::all:
+      return _("Everything stays as it is.");
+    case Remains::backup:
+      return filled(_("What stands there is then called %1, until the next run."), {backup});
+    case Remains::backup_only:
+      return filled(_("What stands there is then called %1, until the next run; what stands at the "
+                      "source is gone, or a part of it."),
+                    {backup});
+    case Remains::nothing:
+      return _("Nothing stands there then.");
+  }
+  return {};
+}
+
+std::string ties_of(const Forecast& forecast) {
+  std::string lines;
+  for (const auto line : forecast.ties) {
+    if (line > 0) lines += (lines.empty() ? "" : ", ") + number(line);
+  }
+  if (forecast.ties.front() == 0) {
+    return lines.empty()
+               ? std::string{_("What comes of it depends on what an earlier run has left.")}
+               : filled(_("What comes of it depends on what an earlier run has left, and on what "
+                          "comes of line %1."),
+                        {lines});
+  }
+  return filled(_("What comes of it depends on what comes of line %1."), {lines});
+}
+
+std::vector<Sentence> sentences_on(const Forecast& forecast) {
+  const bool fails = forecast.outcome == Outcome::fails;
+  std::vector<Sentence> sentences{{what_comes(forecast), fails ? Tone::alarm : Tone::plain}};
+  for (const auto& finding : forecast.findings)
+    sentences.push_back({text_of(finding), Tone::notice});
+  if (fails) sentences.push_back({what_remains(forecast)});
+  if (forecast.deleted) sentences.push_back({deletion_of(forecast), Tone::alarm});
+  if (forecast.outcome == Outcome::copied) {
+    sentences.push_back({_("The copies belong to root and are new; links in it stay links.")});
+  }
+  if (forecast.definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted) &&
+      forecast.outcome != Outcome::dropped && forecast.outcome != Outcome::copied) {
+    sentences.push_back({_("The line leaves the profile.")});
+  }
+  if (!forecast.ties.empty()) sentences.push_back({ties_of(forecast), Tone::notice});
+  return sentences;
+}
+
+std::string remedy_on(const UnfinishedWork& unfinished) {
+  using Then = Remedy::Then;
+  const auto& work = unfinished.work;
+  const auto path = printable(work.to);
+  switch (unfinished.treatment.remedy.then) {
+    case Then::wait:
+      return _("What it needs is missing, so it waits.");
+    case Then::put_back:
+      return filled(_("%1 becomes %2 again."), {printable(work.other), path});
+    case Then::link:
+    case Then::link_first:
+      return filled(_("The data is at %1, and the link is made."), {printable(work.from)});
+    case Then::make_link_again:
+      return filled(_("The link %1 is made again."), {path});
+    default:
+      return _("Nothing is left to do.");
+  }
+}
+
+std::vector<Sentence> sentences_on(const UnfinishedWork& unfinished) {
+  const auto& work = unfinished.work;
+  const auto& treatment = unfinished.treatment;
+  std::vector<Sentence> sentences{
+      {filled(_("An earlier run did not finish %1."), {printable(work.to)}), Tone::notice}};
+  if (work.has_backup() && is_there(work.other)) {
+    sentences.push_back({filled(_("What stood there is called %1 now."), {printable(work.other)})});
+  }
+  const auto& removed = treatment.remedy.removed;
+  if (!removed.empty()) {
+    sentences.push_back({filled(_("%1 is removed, as all of it is in %2."),
+                                {printable(removed), printable(treatment.remedy.whole_at)})});
+  }
+  switch (treatment.kind) {
+    case Treatment::Kind::elsewhere:
+      sentences.push_back(
+          {filled(_("It can be finished only in the folder %1."), {printable(work.folder)})});
+      break;
+    case Treatment::Kind::leave_alone:
+      sentences.push_back(
+          {treatment.why == Treatment::Why::changed
+               ? _("It is left alone, because somebody has changed something since.")
+               : _("It is left alone, because the profile asks for it no longer.")});
+      break;
+    case Treatment::Kind::forget:
+      sentences.push_back({_("Nothing is left to do.")});
+      break;
+    case Treatment::Kind::keep_copy:
+      sentences.push_back({_("The copy that stands there stays.")});
+      break;
+    case Treatment::Kind::finish:
+    case Treatment::Kind::undo_again:
+      sentences.push_back({remedy_on(unfinished)});
+      break;
+  }
+  return sentences;
+}
+
+/** The kinds of outcomes of links in the summary, as far as there are any. */
+std::string counts_of(const Survey& survey) {
+  static constexpr std::array<std::pair<Outcome, const char*>, 7> kinds{
+      {{Outcome::stands, N_("%1 as they should be")},
+       {Outcome::made, N_("%1 made")},
+       {Outcome::replaced, N_("%1 replaced")},
+       {Outcome::adopted, N_("%1 moved")},
+       {Outcome::copied, N_("%1 undone")},
+       {Outcome::left_alone, N_("%1 left alone")},
+       {Outcome::fails, N_("%1 failing")}}};
+  std::string counts;
+  for (const auto& [outcome, text] : kinds) {
+    const auto count = std::ranges::count(survey.definitions, outcome, &Forecast::outcome);
+    if (count == 0) continue;
+    counts += (counts.empty() ? "" : _(", ")) +
+              filled(_(text), {number(static_cast<std::uint64_t>(count))});
+  }
+  return counts.empty() ? std::string{_("none")} : counts;
+}
+
+std::string summary_of(const Survey& survey) {
+  auto summary = filled(_("Links: %1."), {counts_of(survey)}) + ' ';
+  const auto problems = number_of_problems(survey);
+  switch (verdict_on(survey)) {
+    case Verdict::fine:
+      return summary + _("Nothing would change, and nothing is wrong.");
+    case Verdict::changes:
+      return summary + _("Something would change, and nothing is wrong.");
+    case Verdict::wrong:
+      return summary + filled(ngettext("%1 thing to look at.", "%1 things to look at.", problems),
+                              {number(problems)});
+  }
+  return summary;
+}
+
+class Report {
+ public:
+  Report(const Survey& survey, const ReportStyle& style) : m_survey(survey), m_style(style) {
+    std::size_t last = 0;
+    for (const auto& forecast : survey.definitions) last = std::max(last, forecast.line);
+    for (const auto& each : survey.window.findings) last = std::max(last, each.line);
+    m_digits = std::to_string(last).size();
+  }
+
+  std::string text() {
+    for (const auto& unfinished : m_survey.unfinished) tell("!", sentences_on(unfinished));
+    tell_lines();
+    tell_order();
+    for (const auto& finding : m_survey.around) {
+      tell("*", {{text_of(finding), is_notice(finding.problem) ? Tone::plain : Tone::notice}});
+    }
+    return m_text;
+  }
+
+ private:
+  /** Tells the lines in their order; what the window makes of one follows what comes of it. */
+  void tell_lines() {
+    auto at = m_survey.window.findings.begin();
+    const auto end = m_survey.window.findings.end();
+    const auto tell_window_until = [&](std::size_t line) {
+      while (at != end && at->line < line) {
+        const auto number = at->line;
+        std::vector<Sentence> sentences;
+        for (; at != end && at->line == number; ++at) sentences.push_back(sentence(*at));
+        tell_line(number, sentences);
+      }
+    };
+    for (const auto& forecast : m_survey.definitions) {
+      tell_window_until(forecast.line);
+      std::vector<Sentence> sentences;
+      if (is_told(forecast)) sentences = sentences_on(forecast);
+      for (; at != end && at->line == forecast.line; ++at) sentences.push_back(sentence(*at));
+      if (!sentences.empty()) tell_line(forecast.line, sentences);
+    }
+    tell_window_until(static_cast<std::size_t>(-1));
+  }
+
+  static Sentence sentence(const LineFinding& each) {
+    return {text_of(each.finding), is_notice(each.finding.problem) ? Tone::plain : Tone::notice};
+  }
+
+  bool is_told(const Forecast& forecast) const {
+    const bool quiet = forecast.outcome == Outcome::none || forecast.outcome == Outcome::stands;
+    return !quiet || !forecast.findings.empty() || !forecast.ties.empty() ||
+           (m_style.all && forecast.outcome == Outcome::stands);
+  }
+
+  void tell_order() {
+    const auto& window = m_survey.window;
+    if (window.reordered_files == 0 && window.reordered_scripts == 0) return;
+    tell("*", {{_("The next save of the window writes the definitions in another order.")}});
+  }
+
+  void tell_line(std::size_t line, const std::vector<Sentence>& sentences) {
+    tell(std::to_string(line), sentences);
+  }
+
+  void tell(const std::string& label, const std::vector<Sentence>& sentences) {
+    const auto indent = m_digits + 2;
+    m_text += std::string(m_digits - std::min(m_digits, label.size()), ' ') + label + "  ";
+    bool first = true;
+    for (const auto& [text, tone] : sentences) {
+      if (!first) m_text += std::string(indent, ' ');
+      first = false;
+      m_text += coloured(wrapped(text, indent, m_style.width), tone) + '\n';
+    }
+  }
+
+  std::string coloured(const std::string& text, Tone tone) const {
+    if (!m_style.colour || tone == Tone::plain) return text;
+    return (tone == Tone::alarm ? "\033[1;31m" : "\033[33m") + text + "\033[0m";
+  }
+
+  const Survey& m_survey;
+  const ReportStyle& m_style;
+  std::size_t m_digits = 1;
+  std::string m_text;
+};
+
+}  // namespace
+
+std::string report_on(const Survey& survey, const ReportStyle& style) {
+  const auto details = style.summary_only ? std::string{} : Report{survey, style}.text();
+  return details + (details.empty() ? "" : "\n") + summary_of(survey) + '\n';
+}
+
+}  // namespace varnholt

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What stands around a profile.
+#include "check/surroundings.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+
+#include "base/file.h"
+#include "base/paths.h"
+#include "check/surface.h"
+#include "linkbuilder/moves.h"
+#include "store/profile.h"
+#include "store/replace-file.h"
+
+namespace fs = std::filesystem;
+
+namespace varnholt {
+namespace {
+
+constexpr std::array commands{"/bin/sh", "/bin/mv", "/bin/rm", "/bin/cp"};
+
+void look_at_profile(const char* path, std::vector<Finding>& findings) {
+  struct stat status {};
+  if (stat(path, &status) != 0) return;
+  if (status.st_uid != 0) findings.push_back({Problem::owner, std::to_string(status.st_uid)});
+  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({Problem::writable, path});
+  if (why_nothing_can_be_made(folder_above(path))) {
+    findings.push_back({Problem::profile_folder, folder_above(path)});
+  }
+}
+
+/** Looks for a save of this user that was written, but never moved into place. */
+void look_for_save(const char* path, std::string_view profile, std::vector<Finding>& findings) {
+  struct stat saved {};
+  struct stat stored {};
+  if (lstat(paths::temporary_profile, &saved) != 0 || !S_ISREG(saved.st_mode) ||
+      saved.st_uid != geteuid()) {
+    return;
+  }
+  const bool newer = stat(path, &stored) != 0 || saved.st_mtim.tv_sec > stored.st_mtim.tv_sec ||
+                     (saved.st_mtim.tv_sec == stored.st_mtim.tv_sec &&
+                      saved.st_mtim.tv_nsec > stored.st_mtim.tv_nsec);
+  const auto file = read_file(paths::temporary_profile);
+  if (!newer || file.error) return;
+  std::string text{file.text()};
+  std::string stored_text{profile};
+  main_get_cur_version(&text);
+  main_get_cur_version(&stored_text);
+  if (text != stored_text) findings.push_back({Problem::unsaved, paths::temporary_profile});
+}
+
+}  // namespace
+
+std::vector<std::string> needed_files() {
+  std::vector<std::string> files{paths::profile, paths::unfinished, paths::backup_script};
+  std::error_code unknown;
+  const auto companion = fs::read_symlink("/proc/self/exe", unknown);
+  if (!unknown) files.push_back(companion.parent_path() / "varnholt");
+  files.insert(files.end(), commands.begin(), commands.end());
+  return files;
+}
+
+void look_around(const std::string& path, std::string_view profile,
+                 std::vector<Finding>& findings) {
+  if (path == paths::profile) {
+    look_at_profile(paths::profile, findings);
+    look_for_save(paths::profile, profile, findings);
+    const auto next = path + ".next";
+    if (is_there(next)) findings.push_back({Problem::leftover, next});
+  }
+  if (!exists(paths::backup_script)) findings.push_back({Problem::no_script, paths::backup_script});
+  for (const auto* const command : commands) {
+    if (!exists(command)) findings.push_back({Problem::command_missing, command});
+  }
+}
+
+}  // namespace varnholt

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Everything that can be told of a profile on this machine before the link builder and the window
+// work with it. Nothing is changed, and no command is run.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "check/forecast.h"
+#include "check/window-view.h"
+#include "linkbuilder/note.h"
+#include "linkbuilder/treatment.h"
+
+namespace varnholt {
+
+/** What an earlier run has left unfinished, and what the next one does about it. */
+struct UnfinishedWork {
+  Work work;
+  Treatment treatment;
+};
+
+struct Survey {
+  /** All file definitions, in the order of the profile. */
+  std::vector<Forecast> definitions;
+  /** In the order in which the next run takes them. */
+  std::vector<UnfinishedWork> unfinished;
+  /** What the window makes of the lines, and what is wrong with boot scripts. */
+  WindowView window;
+  /** What stands around the profile. */
+  std::vector<Finding> around;
+};
+
+/** What the exit status tells. */
+enum class Verdict {
+  /** Nothing would change, and nothing is wrong. */
+  fine = 0,
+  /** Something would change. */
+  changes = 1,
+  /** Something would fail or be lost, or depends on something else. */
+  wrong = 2,
+};
+Verdict verdict_on(const Survey& survey);
+
+/** Returns the number of findings that are no notices, deletions and ties included. */
+std::size_t number_of_problems(const Survey& survey);
+
+/**
+ * Looks at the profile that has been read from `path`. `count` is asked how much stands at the
+ * paths that are moved, deleted or copied.
+ */
+Survey survey_of(const std::string& path, std::string_view profile, const Ground::Count& count);
+
+}  // namespace varnholt

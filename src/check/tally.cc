@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Counts what stands at a path.
+#include "check/tally.h"
+
+#include <fts.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <memory>
+
+#include "base/glib-ptr.h"
+
+namespace varnholt {
+namespace {
+
+/** The unit of st_blocks; see stat(3type). */
+constexpr std::uint64_t block = 512;
+
+void count_file(const struct stat& status, Tally& tally) {
+  ++tally.files;
+  if (S_ISREG(status.st_mode)) tally.bytes += static_cast<std::uint64_t>(status.st_size);
+  tally.disk_bytes += static_cast<std::uint64_t>(status.st_blocks) * block;
+}
+
+void count(const FTSENT& entry, Tally& tally) {
+  switch (entry.fts_info) {
+    case FTS_D:
+      ++tally.folders;
+      tally.disk_bytes += static_cast<std::uint64_t>(entry.fts_statp->st_blocks) * block;
+      return;
+    case FTS_DP:
+      return;
+    case FTS_DNR:
+      // It has been counted as a folder before.
+      ++tally.unreadable;
+      return;
+    case FTS_NS:
+    case FTS_ERR:
+      // At the top this is a path with nothing there.
+      if (entry.fts_level > FTS_ROOTLEVEL) ++tally.unreadable;
+      return;
+    default:
+      return count_file(*entry.fts_statp, tally);
+  }
+}
+
+}  // namespace
+
+Tally& Tally::operator+=(const Tally& that) {
+  folders += that.folders;
+  files += that.files;
+  bytes += that.bytes;
+  disk_bytes += that.disk_bytes;
+  unreadable += that.unreadable;
+  return *this;
+}
+
+Tally tally_of(const std::string& path, const std::function<void()>& on_entry) {
+  Tally tally;
+  std::string top = path;
+  const std::array<char*, 2> tops{top.data(), nullptr};
+  const std::unique_ptr<FTS, FreeWith<fts_close>> walk{
+      fts_open(tops.data(), FTS_PHYSICAL, nullptr)};
+  if (!walk) return tally;
+  while (const FTSENT* const entry = fts_read(walk.get())) {
+    count(*entry, tally);
+    on_entry();
+  }
+  return tally;
+}
+
+}  // namespace varnholt

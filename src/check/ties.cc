@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Finds out which definitions hang together.
+#include "check/ties.h"
+
+#include <algorithm>
+#include <set>
+
+namespace varnholt {
+
+std::vector<std::size_t> Ties::ties_of(const Footprint& footprint) const {
+  std::set<std::size_t> lines;
+  const auto at = [&lines](const Lines& changes, const Spot& spot) {
+    const auto [first, last] = changes.equal_range(spot);
+    for (auto change = first; change != last; ++change) lines.insert(change->second);
+  };
+  const auto below = [&lines](const Lines& changes, const Spot& spot) {
+    for (auto change = changes.lower_bound(spot);
+         change != changes.end() && change->first.device == spot.device; ++change) {
+      if (holds(spot, change->first)) {
+        lines.insert(change->second);
+      } else if (!change->first.path.starts_with(spot.path)) {
+        break;
+      }
+    }
+  };
+  for (const auto& path : footprint.passed) at(m_changed, m_mounts.spot_of(path));
+  for (const auto& path : footprint.relied) {
+    at(m_changed, m_mounts.spot_of(path));
+    at(m_made, m_mounts.spot_of(path));
+  }
+  for (const auto& path : footprint.whole) {
+    for (const auto& spot : m_mounts.spots_from(path)) {
+      below(m_changed, spot);
+      below(m_made, spot);
+    }
+  }
+  return {lines.begin(), lines.end()};
+}
+
+void Ties::add(std::size_t line, const Footprint& footprint) {
+  for (const auto& path : footprint.changed) m_changed.emplace(m_mounts.spot_of(path), line);
+  for (const auto& path : footprint.made) m_made.emplace(m_mounts.spot_of(path), line);
+}
+
+bool Ties::may_change(const std::filesystem::path& path) const {
+  Footprint footprint;
+  footprint.relied = way_along(path).entries;
+  return !ties_of(footprint).empty();
+}
+
+}  // namespace varnholt

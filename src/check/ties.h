@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Finds out which definitions hang together: what comes of one depends on what an earlier one
+// changes.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <vector>
+
+#include "check/forecast.h"
+#include "linkbuilder/places.h"
+
+namespace varnholt {
+
+/** What the definitions so far may change, by places that no link or mount can disguise. */
+class Ties {
+ public:
+  explicit Ties(const Mounts& mounts) : m_mounts(mounts) {}
+
+  /** Returns whether nothing is changed so far. */
+  bool empty() const { return m_changed.empty(); }
+
+  /** Returns, in order, the lines that may change something where this work looks. */
+  std::vector<std::size_t> ties_of(const Footprint& footprint) const;
+
+  /** Adds what the work of a line may change. */
+  void add(std::size_t line, const Footprint& footprint);
+
+  /** Returns whether something may come to a place, or to where it leads, or be taken from it. */
+  bool may_change(const std::filesystem::path& path) const;
+
+ private:
+  using Lines = std::multimap<Spot, std::size_t>;
+  const Mounts& m_mounts;
+  Lines m_changed;
+  Lines m_made;
+};
+
+}  // namespace varnholt

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the window makes of a profile.
+#include "check/window-view.h"
+
+#include <algorithm>
+#include <deque>
+#include <map>
+#include <string>
+
+#include <glib.h>
+
+#include "base/glib-ptr.h"
+#include "base/text.h"
+#include "model/bak-model.h"
+#include "store/profile.h"
+
+namespace varnholt {
+namespace {
+
+/** The lines of the definitions of one page, in the order of its table. */
+class Page {
+ public:
+  void add(std::size_t line, bool first) {
+    first ? m_lines.push_front(line) : m_lines.push_back(line);
+  }
+  std::size_t reordered() const { return std::ranges::is_sorted(m_lines) ? 0 : m_lines.size(); }
+
+ private:
+  std::deque<std::size_t> m_lines;
+};
+
+/** Loads line after line, as the tables do. */
+class Loader {
+ public:
+  void load(std::string_view text) {
+    ++m_line;
+    const auto line = read_profile_line(text);
+    if (line.kind == LineKind::other) return load_other(text);
+    if (!g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)) {
+      // A NUL byte ends the validation too.
+      if (text.find('\0') == std::string_view::npos) find(Problem::no_utf8);
+    }
+    if (line.kind == LineKind::default_route) return load_answer(line, text);
+    if (!line.definition && !line.route) return find_unreadable(text);
+    line.route ? load_route(line) : load_definition(line, text);
+  }
+
+  WindowView end() {
+    // Only the last answer about the default route counts.
+    for (std::size_t answer = 0; answer + 1 < m_answers.size(); ++answer) {
+      m_view.findings.push_back(
+          {m_answers[answer], {Problem::answer_repeated, std::to_string(m_answers.back())}});
+    }
+    std::ranges::stable_sort(m_view.findings, {}, &LineFinding::line);
+    m_view.reordered_files = m_files.reordered();
+    m_view.reordered_scripts = m_scripts.reordered();
+    return std::move(m_view);
+  }
+
+ private:
+  void find(Problem problem, const std::string& about = "") {
+    m_view.findings.push_back({m_line, {problem, about}});
+  }
+
+  void load_other(std::string_view text) {
+    if (!trimmed(text).empty() && !text.starts_with("version")) find(Problem::unknown_kind);
+  }
+
+  void find_unreadable(std::string_view text) {
+    if (text.find('\0') != std::string_view::npos) return find(Problem::nul_byte);
+    find(Problem::fields, std::to_string(1 + std::ranges::count(text, ',')));
+  }
+
+  void load_answer(const ProfileLine& line, std::string_view text) {
+    if (!line.deletes_default_route) return find(Problem::nul_byte);
+    m_answers.push_back(m_line);
+    if (trimmed(text) != rut_del_line(*line.deletes_default_route)) {
+      find(Problem::other_answer, *line.deletes_default_route ? "yes" : "no");
+    }
+  }
+
+  void load_definition(const ProfileLine& line, std::string_view text) {
+    const auto& definition = *line.definition;
+    if (is_own_source(definition)) return find(Problem::own_source);
+    const bool file = line.kind == LineKind::file;
+    (file ? m_files : m_scripts).add(m_line, comes_first(definition));
+    const auto written = file ? lnk_line(definition) : shl_line(definition);
+    const std::size_t at = file ? 4 : 3;
+    const std::string word{split(written, ',')[at]};
+    if (trimmed(split(text, ',')[at]) != word) find(Problem::other_operation, word);
+  }
+
+  void load_route(const ProfileLine& line) {
+    const auto& route = *line.route;
+    if (const auto* const rival = m_routes->first_rival_of(route, nullptr)) {
+      const bool same_name = rival->name == route.name;
+      return find(same_name ? Problem::route_name_taken : Problem::route_taken,
+                  std::to_string(m_route_lines[rival]));
+    }
+    const auto item = take_object(new_rut_def_item(route));
+    m_routes->insert(item.get(), false);
+    m_route_lines.emplace(item.get(), m_line);
+    if (route.name.empty() || route.addr.empty() || route.mask.empty() || route.gw.empty()) {
+      find(Problem::value_missing);
+    }
+  }
+
+  WindowView m_view;
+  std::size_t m_line = 0;
+  Page m_files;
+  Page m_scripts;
+  std::vector<std::size_t> m_answers;
+  ObjectPtr<VhRutDefItemList> m_routes = take_object(vh_rut_def_item_list_new());
+  std::map<const VhRutDefItem*, std::size_t> m_route_lines;
+};
+
+}  // namespace
+
+WindowView window_view_of(std::string_view profile) {
+  Loader loader;
+  for_each_piece(profile, '\n', [&loader](std::string_view line) { loader.load(line); });
+  return loader.end();
+}
+
+}  // namespace varnholt

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Puts together what a person reads.
+#include "check/wording.h"
+
+#include <climits>
+#include <clocale>
+
+#include <glib.h>
+#include <glib/gi18n.h>
+
+#include "base/glib-ptr.h"
+
+namespace varnholt {
+namespace {
+
+std::string escaped(std::string_view bytes) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string text;
+  for (const char each : bytes) {
+    const auto byte = static_cast<unsigned char>(each);
+    ((text += "\\x") += digits[byte / digits.size()]) += digits[byte % digits.size()];
+  }
+  return text;
+}
+
+std::string_view first_character(std::string_view text) {
+  const auto most = static_cast<gssize>(text.size());
+  if (static_cast<gint32>(g_utf8_get_char_validated(text.data(), most)) < 0) return {};
+  return text.substr(0, static_cast<std::size_t>(g_utf8_next_char(text.data()) - text.data()));
+}
+
+/** A piece of a text that stays in one line, and the columns that it takes. */
+struct Word {
+  std::string_view text;
+  std::size_t columns = 0;
+  bool after_space = false;
+};
+
+std::size_t columns_of(gunichar character) {
+  if (g_unichar_iszerowidth(character)) return 0;
+  return g_unichar_iswide(character) ? 2 : 1;
+}
+
+/** Returns whether a line may not begin with this character. */
+bool closes(gunichar character) {
+  return g_unichar_ispunct(character);
+}
+
+/** Cuts a text at its spaces, and between the characters of a script that writes none. */
+std::vector<Word> words_of(std::string_view text) {
+  std::vector<Word> words;
+  bool new_word = true;
+  bool after_space = false;
+  while (!text.empty()) {
+    const auto letter = first_character(text);
+    const gunichar character = g_utf8_get_char(letter.data());
+    text.remove_prefix(letter.size());
+    if (character == ' ') {
+      new_word = after_space = true;
+      continue;
+    }
+    const bool wide = g_unichar_iswide(character);
+    if (new_word || (wide && !closes(character))) words.push_back({letter, 0, after_space});
+    auto& word = words.back();
+    word.text = {word.text.data(),
+                 static_cast<std::size_t>(letter.data() + letter.size() - word.text.data())};
+    word.columns += columns_of(character);
+    new_word = wide;
+    if (new_word && !text.empty() && closes(g_utf8_get_char(text.data()))) new_word = false;
+    after_space = false;
+  }
+  return words;
+}
+
+}  // namespace
+
+std::string filled(std::string_view text, const std::vector<std::string>& words) {
+  std::string whole;
+  while (!text.empty()) {
+    const auto mark = text.find('%');
+    whole += text.substr(0, mark);
+    if (mark == std::string_view::npos || mark + 1 == text.size()) break;
+    const auto index = static_cast<std::size_t>(text[mark + 1] - '1');
+    if (index < words.size()) whole += words[index];
+    text.remove_prefix(mark + 2);
+  }
+  return whole;
+}
+
+std::string printable(std::string_view text) {
+  std::string shown;
+  while (!text.empty()) {
+    const auto letter = first_character(text);
+    const bool valid = !letter.empty() && letter[0] != '\0';
+    const auto piece = valid ? letter : text.substr(0, 1);
+    const bool plain = valid && !g_unichar_iscntrl(g_utf8_get_char(piece.data()));
+    shown += plain ? std::string{piece} : escaped(piece);
+    text.remove_prefix(piece.size());
+  }
+  return shown;
+}
+
+std::string number(std::uint64_t value) {
+  const auto* const locale = std::localeconv();
+  auto text = std::to_string(value);
+  const char* group = locale->grouping;
+  for (std::size_t at = text.size(); *group > 0 && *group < CHAR_MAX;) {
+    const auto digits = static_cast<std::size_t>(*group);
+    if (at <= digits) break;
+    at -= digits;
+    text.insert(at, locale->thousands_sep);
+    // The last group repeats; see localeconv(3).
+    if (group[1] != 0) ++group;
+  }
+  return text;
+}
+
+std::string amount(const Tally& tally) {
+  const auto folders =
+      filled(ngettext("%1 folder", "%1 folders", tally.folders), {number(tally.folders)});
+  const auto files = filled(ngettext("%1 file", "%1 files", tally.files), {number(tally.files)});
+  const std::string size = take_text(g_format_size(tally.bytes)).get();
+  const char* const pattern = tally.folders == 0 ? _("%2 (%3)")
+                              : tally.files == 0 ? "%1"
+                                                 : _("%1 and %2 (%3)");
+  auto text = filled(pattern, {folders, files, size});
+  if (tally.unreadable > 0) {
+    text += filled(ngettext(", and more in %1 folder that cannot be read",
+                            ", and more in %1 folders that cannot be read", tally.unreadable),
+                   {number(tally.unreadable)});
+  }
+  return text;
+}
+
+std::string wrapped(std::string_view text, std::size_t indent, std::size_t width) {
+  std::string lines;
+  std::size_t column = indent;
+  for (const auto& word : words_of(text)) {
+    const std::size_t space = word.after_space ? 1 : 0;
+    if (column > indent && column + space + word.columns > width) {
+      lines += '\n' + std::string(indent, ' ');
+      column = indent;
+    } else if (column > indent && word.after_space) {
+      lines += ' ';
+      ++column;
+    }
+    lines += word.text;
+    column += word.columns;
+  }
+  return lines;
+}
+
+}  // namespace varnholt

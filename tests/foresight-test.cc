@@ -1,0 +1,480 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Tests that what varnholt-check is sure of comes true: on random trees with random profiles it
+// tells what will come, then the link builder runs, and what came is compared.
+#include <json-glib/json-glib.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <random>
+#include <sstream>
+#include <vector>
+
+#include "base/glib-ptr.h"
+#include "check/tally.h"
+#include "private-root.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using varnholt::Tally;
+
+/** What lstat(2) and the contents say of each path. */
+using Snapshot = std::map<std::string, std::string>;
+
+std::string seen(const fs::path& path, bool with_times) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0) return "nothing";
+  std::ostringstream text;
+  text << status.st_dev << ' ' << status.st_ino << ' ' << status.st_mode << ' ' << status.st_size;
+  if (S_ISLNK(status.st_mode)) text << ' ' << fs::read_symlink(path).native();
+  if (S_ISREG(status.st_mode)) text << ' ' << std::ifstream{path}.rdbuf();
+  if (with_times) {
+    for (const auto& time : {status.st_mtim, status.st_ctim}) {
+      text << ' ' << time.tv_sec << '.' << time.tv_nsec;
+    }
+  }
+  return text.str();
+}
+
+void look_from(const fs::path& path, Snapshot& snapshot) {
+  snapshot[path] = seen(path, true);
+  if (!fs::is_directory(fs::symlink_status(path))) return;
+  for (const auto& entry : fs::directory_iterator{path}) look_from(entry.path(), snapshot);
+}
+
+Snapshot everything() {
+  Snapshot snapshot;
+  for (const auto* top : {"/w", "/etc", "/tmp"}) look_from(top, snapshot);
+  return snapshot;
+}
+
+/** Plants trees and writes profiles, the same for the same seed. */
+class World {
+ public:
+  explicit World(unsigned seed) : m_random(seed) {
+    for (const auto* folder : {"/etc", "/tmp", "/w"}) fs::create_directories(folder);
+    // Definitions that hang together are rare, so each line has a place of its own, as a rule.
+    const int lines = 1 + number(4);
+    for (int area = 0; area < lines; ++area) {
+      fs::create_directories(folder_of(area));
+      for (int entry = 2 + number(6); entry > 0; --entry) plant(area);
+    }
+    m_profile = "version,1\n";
+    for (int line = 0; line < lines; ++line) m_profile += line_for(line) + '\n';
+    for (int area = 0; area < lines; ++area) {
+      if (chance(20)) mount_something(area);
+    }
+  }
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+  ~World() {
+    for (auto point = m_mounted.rbegin(); point != m_mounted.rend(); ++point) {
+      umount2(point->c_str(), MNT_DETACH);
+    }
+    std::error_code ignored;
+    fs::remove_all("/w", ignored);
+    fs::remove("/etc/.varnholt.unfinished", ignored);
+  }
+
+  const std::string& profile() const { return m_profile; }
+
+  /** Makes folders that may have been missing. */
+  void repair() {
+    std::error_code ignored;
+    for (int area = 0; area < 4; ++area) fs::create_directories(any_path(area, 3), ignored);
+  }
+
+ private:
+  int number(int below) { return std::uniform_int_distribution{0, below - 1}(m_random); }
+  bool chance(int percent) { return number(100) < percent; }
+  template <std::size_t Size>
+  const char* one_of(const char* const (&words)[Size]) {
+    return words[static_cast<std::size_t>(number(Size))];
+  }
+
+  static std::string folder_of(int area) { return "/w/" + std::to_string(area); }
+
+  std::string any_name() {
+    static constexpr const char* names[] = {"a",    "b",       "c",  "s", "t",      "x y",
+                                            "\xff", "q\"$`\\", "-f", "ü", "b.bak_0"};
+    return one_of(names);
+  }
+
+  std::string any_path(int area, int depth) {
+    if (chance(8)) area = number(4);
+    std::string path = folder_of(area);
+    for (int names = 1 + number(depth); names > 0; --names) {
+      path += (chance(4) ? "/.." : chance(3) ? "//" : "/") + any_name();
+    }
+    return path;
+  }
+
+  void write_file(const fs::path& path) {
+    // Opening a FIFO would wait for ever.
+    if (seen(path, false) != "nothing") return;
+    std::ofstream{path} << std::string(static_cast<std::size_t>(number(9)), 'x');
+  }
+
+  /** Returns, as a rule, a path at which something stands. */
+  std::string known_path(int area, int depth, int percent) {
+    auto& planted = m_planted[chance(20) ? number(4) : area];
+    if (planted.empty() || !chance(percent)) return any_path(area, depth);
+    auto path = planted[static_cast<std::size_t>(number(static_cast<int>(planted.size())))];
+    if (chance(15)) path += '/' + any_name();
+    return path;
+  }
+
+  void plant(int area) {
+    std::error_code ignored;
+    const fs::path path = any_path(area, 3);
+    fs::create_directories(path.parent_path(), ignored);
+    if (ignored) return;
+    m_planted[area].push_back(path);
+    const int kind = number(10);
+    if (kind < 4) {
+      fs::create_directories(path, ignored);
+      write_file(path / any_name());
+    } else if (kind < 6) {
+      write_file(path);
+    } else if (kind < 9) {
+      const auto content = chance(20) ? any_name() : known_path(area, 2, 70);
+      fs::create_symlink(content, path, ignored);
+      m_links[area].push_back(path);
+    } else if (chance(30)) {
+      mkfifo(path.c_str(), 0644);
+    }
+  }
+
+  void mount_something(int area) {
+    const auto point = known_path(area, 2, 90);
+    std::error_code ignored;
+    if (!fs::is_directory(fs::symlink_status(point, ignored))) return;
+    const bool bind = chance(40);
+    const auto from = known_path(area, 1, 90);
+    const int result = bind ? ::mount(from.c_str(), point.c_str(), nullptr, MS_BIND, nullptr)
+                            : ::mount("none", point.c_str(), "tmpfs", 0,
+                                      chance(30) ? "size=8k,nr_inodes=4" : "size=1m");
+    if (result != 0) return;
+    m_mounted.push_back(point);
+    if (!bind) std::ofstream{point + "/in"} << "mounted";
+    if (chance(30))
+      ::mount("none", point.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr);
+  }
+
+  std::string line_for(int area) {
+    static constexpr const char* operations[] = {"symbolic", "symbolic", "symbolic",
+                                                 "symbolic|deleted", "update"};
+    auto source = known_path(area, 2, 50);
+    auto path = known_path(area, 3, 70);
+    const std::string_view operation = one_of(operations);
+    if (operation != "symbolic" && chance(70) && !m_links[area].empty()) path = m_links[area][0];
+    if (chance(5)) source += '/';
+    if (chance(1)) path += '/';
+    if (chance(3)) source = any_name();
+    if (chance(10)) {
+      // The link stands already.
+      std::error_code ignored;
+      fs::remove_all(path, ignored);
+      fs::create_symlink(source, path, ignored);
+    }
+    return "lnk,dir," + source + ',' + path + ',' + std::string{operation};
+  }
+
+  std::mt19937 m_random;
+  /** What has been planted in each area. */
+  std::map<int, std::vector<std::string>> m_planted;
+  std::map<int, std::vector<std::string>> m_links;
+  std::string m_profile;
+  std::vector<std::string> m_mounted;
+};
+
+void store(const std::string& profile) {
+  std::ofstream{::profile} << profile;
+}
+
+struct Said {
+  std::string text;
+  int status = 0;
+};
+
+Said run(std::vector<const char*> words) {
+  words.push_back(nullptr);
+  varnholt::TextPtr printed;
+  Said said;
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the words are not written to
+  auto* const argv = const_cast<char**>(words.data());
+  g_spawn_sync("/", argv, nullptr, G_SPAWN_STDERR_TO_DEV_NULL, nullptr, nullptr,
+               varnholt::out(printed), nullptr, &said.status, nullptr);
+  said.text = printed.get();
+  return said;
+}
+
+/** What the companion says of one definition. */
+class Told {
+ public:
+  explicit Told(JsonObject* object) : m_object(object) {}
+
+  std::string text(const char* member) const {
+    const std::string encoded = std::string{member} + "-base64";
+    if (json_object_has_member(m_object, encoded.c_str())) {
+      gsize length = 0;
+      const auto* const base64 = json_object_get_string_member(m_object, encoded.c_str());
+      const varnholt::TextPtr bytes{reinterpret_cast<char*>(g_base64_decode(base64, &length))};
+      return {bytes.get(), length};
+    }
+    return json_object_has_member(m_object, member)
+               ? json_object_get_string_member(m_object, member)
+               : "";
+  }
+  gint64 line() const { return json_object_get_int_member(m_object, "line"); }
+  bool is_sure() const { return json_object_get_boolean_member(m_object, "sure"); }
+  bool is_link() const { return text("operation") == "symbolic"; }
+  std::vector<gint64> ties() const {
+    std::vector<gint64> lines;
+    auto* const array = json_object_get_array_member(m_object, "depends-on");
+    for (guint index = 0; index < json_array_get_length(array); ++index) {
+      lines.push_back(json_array_get_int_element(array, index));
+    }
+    return lines;
+  }
+  bool has_problem(const std::string& problem) const {
+    auto* const array = json_object_get_array_member(m_object, "findings");
+    for (guint index = 0; index < json_array_get_length(array); ++index) {
+      auto* const finding = json_array_get_object_element(array, index);
+      if (json_object_get_string_member(finding, "problem") == problem) return true;
+    }
+    return false;
+  }
+  /** Returns whether a tally says what is at a path. */
+  bool counts(const char* member, const std::string& path) const {
+    auto* const told = json_object_get_object_member(m_object, member);
+    const Tally tally = varnholt::tally_of(path, [] {});
+    const auto same = [told](const char* name, std::uint64_t value) {
+      return static_cast<std::uint64_t>(json_object_get_int_member(told, name)) == value;
+    };
+    return same("folders", tally.folders) && same("files", tally.files) &&
+           same("bytes", tally.bytes);
+  }
+
+ private:
+  JsonObject* m_object;
+};
+
+/** One document, which holds what is told. */
+class Document {
+ public:
+  explicit Document(const Said& said) {
+    m_read = json_parser_load_from_data(m_parser.get(), said.text.data(),
+                                        static_cast<gssize>(said.text.size()), nullptr);
+    if (!m_read) return;
+    auto* const root = json_node_get_object(json_parser_get_root(m_parser.get()));
+    m_read = json_object_get_int_member(root, "status") == WEXITSTATUS(said.status);
+    auto* const array = json_object_get_array_member(root, "definitions");
+    for (guint index = 0; index < json_array_get_length(array); ++index) {
+      definitions.emplace_back(json_array_get_object_element(array, index));
+    }
+  }
+  bool is_read() const { return m_read; }
+
+  std::vector<Told> definitions;
+
+ private:
+  varnholt::ObjectPtr<JsonParser> m_parser = varnholt::take_object(json_parser_new());
+  bool m_read = false;
+};
+
+std::string without_slash(std::string path) {
+  if (path.ends_with('/')) path.pop_back();
+  return path;
+}
+
+/** How a definition's places looked before the run. */
+struct Before {
+  explicit Before(const Told& told)
+      : path(seen(told.text("path"), false)),
+        source(seen(without_slash(told.text("source")), false)) {
+    for (int number = 0; backup.empty(); ++number) {
+      const auto name = told.text("path") + ".bak_" + std::to_string(number);
+      if (seen(name, false) == "nothing") backup = name;
+    }
+  }
+  std::string path;
+  std::string source;
+  std::string backup;
+};
+
+bool is_link_to(const std::string& path, const std::string& content) {
+  std::error_code error;
+  return fs::read_symlink(path, error).native() == content && !error;
+}
+
+bool failed_as_told(const Told& told, const Before& before) {
+  const auto remains = told.text("remains");
+  const auto path = seen(told.text("path"), false);
+  const auto source = seen(without_slash(told.text("source")), false);
+  if (remains == "all") return path == before.path && source == before.source;
+  if (remains == "nothing") return path == "nothing" || path != before.path;
+  const bool in_path = source == "nothing" && told.has_problem("source-in-path");
+  const bool aside = path == "nothing" && seen(before.backup, false) == before.path;
+  return aside && (remains == "backup-only" || in_path || source == before.source);
+}
+
+bool came_true(const Told& told, const Before& before) {
+  const auto path = told.text("path");
+  const auto source = told.text("source");
+  const auto outcome = told.text("outcome");
+  if (outcome == "made" || outcome == "replaced") return is_link_to(path, source);
+  if (outcome == "adopted") {
+    return is_link_to(path, source) && told.counts("moved", without_slash(source)) &&
+           seen(before.backup, false) == "nothing";
+  }
+  if (outcome == "copied") {
+    return !is_link_to(path, told.text("content")) && told.counts("copied", path);
+  }
+  if (outcome == "fails") return failed_as_told(told, before);
+  return seen(path, false) == before.path;
+}
+
+/** What came of many pairs of runs. */
+struct Score {
+  int links = 0;
+  int tied = 0;
+  int doubtful = 0;
+  std::map<std::string, int> outcomes;
+  std::string fault;
+};
+
+/** Plays one pair of runs, or the beginning of one, on a world that its seed determines. */
+class Pair {
+ public:
+  /** A pair whose world is `used` has seen a run before, and repairs since. */
+  Pair(unsigned seed, bool used) : m_world(seed), m_used(used) {
+    if (!used) return;
+    store(m_world.profile());
+    run_link_builder();
+    m_world.repair();
+  }
+
+  /** Returns the lines that must be looked at once more, when they are the last ones. */
+  std::vector<gint64> play(Score& score) {
+    std::vector<gint64> again;
+    const auto document = play_until(m_world.profile());
+    for (const auto& told : document.definitions) {
+      if (!m_used) count(told, score);
+      for (const auto line : told.ties()) again.push_back(line);
+    }
+    for (std::size_t index = 0; index < document.definitions.size(); ++index) {
+      const auto& told = document.definitions[index];
+      if (std::ranges::count(again, told.line()) > 0) continue;
+      // What a later line has made of it says nothing.
+      if (!holds(told, m_before[index], score)) again.push_back(told.line());
+    }
+    if (!m_fault.empty()) score.fault = m_fault;
+    return again;
+  }
+
+  void play_last(gint64 line, Score& score) {
+    std::size_t end = 0;
+    for (gint64 each = 0; each < line; ++each) end = m_world.profile().find('\n', end) + 1;
+    const auto document = play_until(m_world.profile().substr(0, end));
+    const auto& told = document.definitions.back();
+    const bool same_line = told.line() == line;
+    if (!same_line || !holds(told, m_before.back(), score)) {
+      m_fault = "line " + std::to_string(line) + " came out otherwise\n" + m_said;
+    }
+    score.fault = m_fault;
+  }
+
+ private:
+  static std::string run_link_builder() {
+    return run({"/bin/sh", "-c", "/dev/varnholt --save_symlink 2>&1"}).text;
+  }
+
+  static void count(const Told& told, Score& score) {
+    if (!told.is_link()) return;
+    ++score.links;
+    if (!told.ties().empty()) {
+      ++score.tied;
+    } else if (!told.is_sure()) {
+      ++score.doubtful;
+    }
+  }
+
+  static bool holds(const Told& told, const Before& before, Score& score) {
+    if (!told.is_link() || !told.is_sure()) return true;
+    const bool came = came_true(told, before);
+    if (came) ++score.outcomes[told.text("outcome") + ' ' + told.text("remains")];
+    return came;
+  }
+
+  Document play_until(const std::string& profile) {
+    store(profile);
+    const auto snapshot = everything();
+    const auto said = run({"/dev/varnholt-check", "--json"});
+    Document document{said};
+    if (!document.is_read()) m_fault = "the document cannot be read:\n" + said.text;
+    if (everything() != snapshot) m_fault = "the companion has changed something";
+    m_said = profile + look(snapshot) + said.text;
+    for (const auto& told : document.definitions) m_before.emplace_back(told);
+    m_said += run_link_builder();
+    m_said += look(everything());
+    return document;
+  }
+
+  static std::string look(const Snapshot& snapshot) {
+    std::string listing;
+    for (const auto& [path, what] : snapshot) listing += path + "  " + what + '\n';
+    return listing;
+  }
+
+  World m_world;
+  bool m_used;
+  std::vector<Before> m_before;
+  std::string m_said;
+  std::string m_fault;
+};
+
+void play_pair(unsigned seed, bool used, Score& score) {
+  const auto again = Pair{seed, used}.play(score);
+  for (const auto line : again) {
+    if (line > 0 && score.fault.empty()) Pair{seed, used}.play_last(line, score);
+  }
+}
+
+}  // namespace
+
+class Foresight : public PrivateRoot {};
+
+TEST_F(Foresight, ComesTrue) {
+  const char* const asked = g_getenv("VARNHOLT_PAIRS");
+  const char* const begin = g_getenv("VARNHOLT_FIRST_PAIR");
+  const unsigned first = begin == nullptr ? 1 : static_cast<unsigned>(std::stoul(begin));
+  const unsigned pairs = asked == nullptr ? 300 : static_cast<unsigned>(std::stoul(asked));
+  std::cout.flush();
+  const pid_t child = fork();
+  if (child == 0) {
+    enter();
+    Score score;
+    unsigned seed = first;
+    for (; seed < first + pairs && score.fault.empty(); ++seed)
+      play_pair(seed, seed % 4 == 0, score);
+    std::cout << score.links << " links, " << score.tied << " tied, " << score.doubtful
+              << " doubtful\n";
+    for (const auto& [outcome, number] : score.outcomes)
+      std::cout << outcome << ": " << number << '\n';
+    if (!score.fault.empty()) std::cout << "seed " << seed - 1 << ": " << score.fault << '\n';
+    const bool good = score.fault.empty() && 5 * score.tied < score.links;
+    std::cout.flush();
+    _exit(good ? 0 : 1);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+}
