@@ -17,6 +17,8 @@ std::string_view trimmed(std::string_view text) {
 
 std::vector<std::string_view> split(std::string_view text, char separator) {
   std::vector<std::string_view> pieces;
+  constexpr std::size_t most_fields = 8;
+  pieces.reserve(most_fields);
   for_each_piece(text, separator, [&pieces](std::string_view piece) { pieces.push_back(piece); });
   return pieces;
 }

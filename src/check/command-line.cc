@@ -106,7 +106,8 @@ bool wants_colour() {
 
 Survey survey_for(const Wish& wish, std::string_view profile) {
   Progress progress;
-  return survey_of(wish.profile, profile, [&](const std::string& path) {
+  const bool all = wish.all != 0 || wish.json != 0;
+  return survey_of(wish.profile, profile, all, [&](const std::string& path) {
     if (wish.no_count) return Tally{.counted = false};
     return tally_of(path, [&progress] { progress.step(); });
   });

@@ -20,7 +20,7 @@ constexpr int format = 1;
 constexpr std::array outcomes{"none",   "stands",     "made",    "replaced", "adopted",
                               "copied", "left-alone", "dropped", "fails"};
 constexpr std::array remains{"all", "backup", "backup-only", "nothing"};
-constexpr std::array reasons{"",        "kind",          "unreadable", "missing",
+constexpr std::array reasons{"",        "kind",          "unreadable", "missing",    "dangling",
                              "no-link", "leads-nowhere", "unfinished", "half-copied"};
 constexpr std::array treatments{"elsewhere", "left-alone", "forgotten",
                                 "kept",      "finished",   "undone-again"};

@@ -65,7 +65,7 @@ constexpr Entry entries[] = {
      N_("%1 counts from the folder in which the link builder will run."), Weight::doubt},
     {Problem::source_is_link, "source-is-link",
      N_("The source is a link to %1: the link is deleted, and what it leads to stays.")},
-    {Problem::leads_nowhere, "leads-nowhere", N_("There is nothing at %1.")},
+    {Problem::leads_nowhere, "leads-nowhere", N_("Nothing is at %1, so the link leads nowhere.")},
     {Problem::source_missing, "source-missing", N_("There is nothing at the source, %1.")},
     {Problem::value_missing, "value-missing", N_("A value is missing.")},
     {Problem::same_path, "same-path", N_("Line %1 has the same path.")},

@@ -9,6 +9,7 @@
 
 #include "base/text.h"
 #include "check/adoption.h"
+#include "check/last-folder.h"
 #include "check/surface.h"
 #include "linkbuilder/moves.h"
 #include "linkbuilder/places.h"
@@ -27,11 +28,6 @@ bool is_folder(const std::string& path) {
   return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
 }
 
-/** Returns the path to which a link at `to` with this content leads. */
-std::string led_to(const std::string& to, const std::string& content) {
-  return is_relative(content) ? folder_above(to) + '/' + content : content;
-}
-
 std::optional<Finding> why_no_content(const std::string& content) {
   if (content.empty()) return Finding{Problem::source_empty};
   // The content of a link may be as long as a path, see symlink(2).
@@ -39,9 +35,11 @@ std::optional<Finding> why_no_content(const std::string& content) {
   return std::nullopt;
 }
 
-void check_target(Forecast& forecast) {
-  const auto target = led_to(forecast.definition.to, forecast.definition.from);
-  if (!exists(target)) add(forecast, Problem::leads_nowhere, forecast.definition.from);
+LinkDecision decision_on(const BakDefFields& definition) {
+  static LastFolder paths;
+  return decide_link(definition, [](const std::string& path, char* content, std::size_t size) {
+    return paths.read_link(path, content, size);
+  });
 }
 
 /** The folder in which folders and a link are made, and the folders that are missing below it. */
@@ -95,8 +93,7 @@ void foretell_new_link(Forecast& forecast) {
     if (last_name(folder) == "..") forecast.sure = false;
   }
   if (blocked) return fail(forecast, *blocked, Remains::all);
-  if (const auto why = why_not_made(forecast, descent)) return fail(forecast, *why, Remains::all);
-  check_target(forecast);
+  if (const auto why = why_not_made(forecast, descent)) fail(forecast, *why, Remains::all);
 }
 
 void foretell_renewal(Forecast& forecast, Ground& ground) {
@@ -109,20 +106,16 @@ void foretell_renewal(Forecast& forecast, Ground& ground) {
   if (const auto why = why_it_must_stay(to)) return fail(forecast, *why, Remains::all);
   if (const auto why = why_no_content(from)) return fail(forecast, *why, Remains::nothing);
   if (leads_through_itself(to)) {
-    return fail(forecast, {Problem::path_through_itself}, Remains::nothing);
+    fail(forecast, {Problem::path_through_itself}, Remains::nothing);
   }
-  check_target(forecast);
 }
 
 void foretell_link(Forecast& forecast, Ground& ground) {
-  auto decision = decide_link(forecast.definition);
+  auto decision = decision_on(forecast.definition);
   forecast.content = std::move(decision.content);
   switch (decision.task) {
     case LinkTask::none:
       forecast.outcome = Outcome::stands;
-      if (!exists(forecast.definition.to)) {
-        add(forecast, Problem::leads_nowhere, forecast.definition.from);
-      }
       return;
     case LinkTask::replace:
       return foretell_renewal(forecast, ground);
@@ -188,6 +181,9 @@ void foretell_undoing(Forecast& forecast, Ground& ground) {
   if (decision.task == UndoTask::copy) return foretell_copy(forecast, ground);
   forecast.outcome = Outcome::left_alone;
   forecast.reason = reason_for(decision.task);
+  if (forecast.reason == Reason::missing && is_link(forecast.definition.to)) {
+    forecast.reason = Reason::dangling;
+  }
 }
 
 void foretell_others(Forecast& forecast) {
@@ -196,8 +192,6 @@ void foretell_others(Forecast& forecast) {
     forecast.outcome = Outcome::dropped;
   } else if (definition.from.empty() || definition.to.empty()) {
     add(forecast, Problem::value_missing);
-  } else if (!exists(definition.from)) {
-    add(forecast, Problem::source_missing, definition.from);
   }
 }
 
@@ -227,8 +221,12 @@ bool leads_through_itself(const std::string& path) {
          0;
 }
 
-Forecast foretell(const BakDefFields& definition, Turn turn, Ground& ground) {
-  Forecast forecast{.definition = definition};
+bool is_as_it_should_be(const BakDefFields& definition) {
+  return !is_relative(definition.to) && decision_on(definition).task == LinkTask::none;
+}
+
+Forecast foretell(BakDefFields definition, Turn turn, Ground& ground) {
+  Forecast forecast{.definition = std::move(definition)};
   switch (turn) {
     case Turn::none:
       foretell_others(forecast);
@@ -245,8 +243,9 @@ Forecast foretell(const BakDefFields& definition, Turn turn, Ground& ground) {
       forecast.reason = turn == Turn::half_copied ? Reason::half_copied : Reason::unfinished;
       break;
   }
-  if (is_relative(definition.to) && !definition.to.empty()) {
-    add(forecast, Problem::relative, definition.to);
+  const auto& to = forecast.definition.to;
+  if (is_relative(to) && !to.empty()) {
+    add(forecast, Problem::relative, to);
   }
   return forecast;
 }

@@ -55,8 +55,10 @@ enum class Reason {
   /** Something that is no folder, file or link stands at the path. */
   kind,
   unreadable,
-  /** Nothing stands at the path of a link that is to be undone, or a link that leads nowhere. */
+  /** Nothing stands at the path of a link that is to be undone. */
   missing,
+  /** The link that is to be undone leads nowhere. */
+  dangling,
   /** What stands there is no link. */
   no_link,
   /** The content leads nowhere from the folder in which the run works. */
@@ -103,11 +105,14 @@ struct Forecast {
   Footprint footprint{};
 };
 
+/** Returns whether a link is as it should be, so that nothing comes of its definition. */
+bool is_as_it_should_be(const BakDefFields& definition);
+
 /**
  * Tells what comes of a definition, without regard to those before it. `turn` is what a run does
  * with it.
  */
-Forecast foretell(const BakDefFields& definition, Turn turn, Ground& ground);
+Forecast foretell(BakDefFields definition, Turn turn, Ground& ground);
 
 /** These are for the parts of the forecast. */
 void add(Forecast& forecast, Problem problem, const std::string& about = "");

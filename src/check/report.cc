@@ -40,7 +40,8 @@ std::string adoption_of(const std::string& path, const std::string& source, cons
   return amount.empty()
              ? filled(_("%1 becomes a link to %2; what stands there moves to the source."),
                       {path, source})
-             : filled(_("%1 becomes a link to %2; %3 move to the source."), {path, source, amount});
+             : filled(_("%1 becomes a link to %2; moved to the source: %3."),
+                      {path, source, amount});
 }
 
 std::string undoing_of(const std::string& path, const std::string& content, const Tally& copied) {
@@ -56,7 +57,9 @@ std::string reason_of(const Forecast& forecast) {
     case Reason::kind:
       return filled(_("%1 is left alone: it is no folder, file or link."), {path});
     case Reason::missing:
-      return filled(_("%1 is not undone: nothing is there, or a link that leads nowhere."), {path});
+      return filled(_("%1 is not undone: nothing is there."), {path});
+    case Reason::dangling:
+      return filled(_("%1 is not undone: the link leads nowhere."), {path});
     case Reason::no_link:
       return filled(_("%1 is not undone: it is no link."), {path});
     case Reason::leads_nowhere:
@@ -226,10 +229,11 @@ std::string counts_of(const Survey& survey) {
        {Outcome::fails, N_("%1 failing")}}};
   std::string counts;
   for (const auto& [outcome, text] : kinds) {
-    const auto count = std::ranges::count(survey.definitions, outcome, &Forecast::outcome);
+    const auto told = std::ranges::count(survey.definitions, outcome, &Forecast::outcome);
+    const auto count =
+        outcome == Outcome::stands ? survey.standing : static_cast<std::uint64_t>(told);
     if (count == 0) continue;
-    counts += (counts.empty() ? "" : _(", ")) +
-              filled(_(text), {number(static_cast<std::uint64_t>(count))});
+    counts += (counts.empty() ? "" : _(", ")) + filled(_(text), {number(count)});
   }
   return counts.empty() ? std::string{_("none")} : counts;
 }

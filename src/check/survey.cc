@@ -3,43 +3,24 @@
 #include "check/survey.h"
 
 #include <algorithm>
+#include <future>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "check/last-folder.h"
+#include "check/surface.h"
 #include "check/surroundings.h"
 #include "check/ties.h"
+#include "check/twins.h"
 #include "linkbuilder/decision.h"
+#include "linkbuilder/link-builder.h"
 #include "linkbuilder/moves.h"
 #include "store/profile.h"
 
 namespace varnholt {
 namespace {
-
-/** What the lines of a profile define for the machine. */
-struct Lines {
-  explicit Lines(std::string_view profile) {
-    std::size_t number = 0;
-    for_each_piece(profile, '\n', [&](std::string_view text) {
-      ++number;
-      auto line = read_profile_line(text);
-      if (!line.definition) return;
-      auto& kind = line.kind == LineKind::file ? files : scripts;
-      kind.emplace_back(number, std::move(*line.definition));
-    });
-  }
-
-  std::vector<BakDefFields> definitions() const {
-    std::vector<BakDefFields> all;
-    for (const auto& [number, definition] : files) all.push_back(definition);
-    return all;
-  }
-
-  using Numbered = std::pair<std::size_t, BakDefFields>;
-  std::vector<Numbered> files;
-  std::vector<Numbered> scripts;
-};
 
 /** Returns whether the next run leaves the path of a work alone. */
 bool is_left_alone(const UnfinishedWork& unfinished) {
@@ -66,24 +47,74 @@ bool is_changed_by(const UnfinishedWork& unfinished) {
           remedy.then != Remedy::Then::wait);
 }
 
-/** Surveys definition after definition. */
+std::size_t number_of_lines(std::string_view profile) {
+  return static_cast<std::size_t>(1 + std::ranges::count(profile, '\n'));
+}
+
+/** Returns where the source of a definition is; that of a link counts from the link. */
+std::string target_of(const BakDefFields& definition) {
+  const bool from_link = wants_link(definition) && !definition.from.starts_with('/');
+  return from_link ? folder_above(definition.to) + '/' + definition.from : definition.from;
+}
+
+/** Returns the lines of all file definitions at whose sources there is nothing. */
+std::vector<std::size_t> lines_that_lead_nowhere(std::string_view profile) {
+  std::vector<std::size_t> lines;
+  LastFolder sources;
+  std::size_t number = 0;
+  for_each_piece(profile, '\n', [&](std::string_view text) {
+    ++number;
+    const auto definition = read_lnk_line(text);
+    if (!definition || definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) return;
+    if (!definition->from.empty() && !sources.exists(target_of(*definition)))
+      lines.push_back(number);
+  });
+  return lines;
+}
+
+/** Surveys a profile line by line. */
 class Surveyor {
  public:
-  Surveyor(const Lines& lines, Survey& survey, Ground& ground)
-      : m_lines(lines), m_survey(survey), m_ground(ground), m_ties(ground.mounts()) {}
+  Surveyor(std::string_view profile, bool all, Survey& survey, Ground& ground)
+      : m_profile(profile),
+        m_all(all),
+        m_survey(survey),
+        m_ground(ground),
+        m_ties(ground.mounts()),
+        m_twins(number_of_lines(profile)) {
+    m_texts.reserve(number_of_lines(profile));
+  }
 
   void survey() {
+    // Every definition takes two look-ups, and one of them can go on beside the rest.
+    constexpr std::size_t few_lines = 500;
+    const auto when = m_texts.capacity() > few_lines ? std::launch::async : std::launch::deferred;
+    auto leading_nowhere = std::async(when, lines_that_lead_nowhere, m_profile);
     survey_unfinished();
-    for (const auto& [number, definition] : m_lines.files) survey_definition(number, definition);
-    for (auto& forecast : m_survey.definitions) forget_what_will_come(forecast);
-    for (const auto& [number, script] : m_lines.scripts) survey_script(number, script);
+    WindowLoader window;
+    for_each_piece(m_profile, '\n', [&](std::string_view text) {
+      m_texts.push_back(text);
+      auto line = read_profile_line(text);
+      window.load(text, line);
+      if (line.kind == LineKind::file && line.definition)
+        survey_definition(std::move(*line.definition));
+      if (line.kind == LineKind::script && line.definition) {
+        m_scripts.emplace_back(m_texts.size(), std::move(*line.definition));
+      }
+    });
+    m_survey.window = window.end();
+    for (const auto line : leading_nowhere.get()) survey_target(line);
+    for (const auto& [number, script] : m_scripts) survey_script(number, script);
+    std::ranges::stable_sort(m_survey.window.findings, {}, &LineFinding::line);
   }
 
  private:
   void survey_unfinished() {
     const auto note = stored_note(paths::unfinished, 0);
     if (!note.why.empty()) m_survey.around.push_back({Problem::note_unread, note.why});
-    const auto definitions = m_lines.definitions();
+    if (note.works.empty()) return;
+    std::vector<BakDefFields> definitions;
+    apply_definitions(m_profile, [&](const BakDefFields& each) { definitions.push_back(each); });
     for (auto work = note.works.rbegin(); work != note.works.rend(); ++work) {
       const UnfinishedWork unfinished{*work, treatment_of(*work, definitions)};
       m_survey.unfinished.push_back(unfinished);
@@ -97,18 +128,33 @@ class Surveyor {
     }
   }
 
-  void survey_definition(std::size_t number, const BakDefFields& definition) {
-    auto forecast = foretell(definition, turn_of(definition, m_left_alone, m_left_alone), m_ground);
-    forecast.line = number;
-    find_twin(definition, forecast);
+  void survey_definition(BakDefFields definition) {
+    const auto turn = turn_of(definition, m_left_alone, m_left_alone);
+    const auto twin = turn == Turn::none ? 0 : twin_of(definition);
+    const bool alone = !m_all && m_ties.empty() && twin == 0 && turn == Turn::build;
+    if (alone && is_as_it_should_be(definition)) {
+      ++m_survey.standing;
+      return;
+    }
+    auto forecast = foretell(std::move(definition), turn, m_ground);
+    forecast.line = m_texts.size();
+    if (twin > 0) add(forecast, Problem::same_path, std::to_string(twin));
+    if (turn != Turn::none) find_ties(forecast);
+    const bool stands = forecast.outcome == Outcome::stands;
+    m_survey.standing += stands ? 1 : 0;
+    const bool plain = (stands || forecast.outcome == Outcome::none) && forecast.findings.empty() &&
+                       forecast.ties.empty();
+    if (m_all || !plain) m_survey.definitions.push_back(std::move(forecast));
+  }
+
+  void find_ties(Forecast& forecast) {
     auto& footprint = forecast.footprint;
-    if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) && !m_ties.empty()) {
+    if (!m_ties.empty()) {
       if (footprint.changed.empty()) footprint.passed = footprint.relied = looked_at(forecast);
       forecast.ties = m_ties.ties_of(footprint);
       forecast.sure = forecast.sure && forecast.ties.empty();
     }
-    m_ties.add(number, footprint);
-    m_survey.definitions.push_back(std::move(forecast));
+    m_ties.add(forecast.line, footprint);
   }
 
   /** Returns what a definition looks at of which nothing comes. */
@@ -124,20 +170,26 @@ class Surveyor {
     return entries;
   }
 
-  void find_twin(const BakDefFields& definition, Forecast& forecast) {
-    if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return;
-    const auto [twin, is_first] = m_paths.emplace(definition.to, forecast.line);
-    if (!is_first) add(forecast, Problem::same_path, std::to_string(twin->second));
+  /** Returns the earlier line of a link with the same path, or 0. */
+  std::size_t twin_of(const BakDefFields& definition) {
+    return m_twins.add(definition.to, m_texts.size(), [&](std::size_t line) {
+      return read_lnk_line(m_texts[line - 1])->to == definition.to;
+    });
   }
 
-  /** Takes back that something is missing when another line may bring it. */
-  void forget_what_will_come(Forecast& forecast) {
-    if (m_ties.empty() || forecast.findings.empty()) return;
-    std::erase_if(forecast.findings, [&](const Finding& finding) {
-      const bool missing =
-          finding.problem == Problem::leads_nowhere || finding.problem == Problem::source_missing;
-      return missing && m_ties.may_change(finding.about);
-    });
+  /** Tells of a line that there is nothing at its source, unless another line may bring it. */
+  void survey_target(std::size_t line) {
+    auto definition = *read_lnk_line(m_texts[line - 1]);
+    if (m_ties.may_change(target_of(definition))) return;
+    auto at = std::ranges::lower_bound(m_survey.definitions, line, {}, &Forecast::line);
+    if (at == m_survey.definitions.end() || at->line != line) {
+      const auto outcome = wants_link(definition) ? Outcome::stands : Outcome::none;
+      at = m_survey.definitions.insert(at, Forecast{line, definition, outcome});
+    }
+    const bool is_link = at->outcome == Outcome::stands || at->outcome == Outcome::made ||
+                         at->outcome == Outcome::replaced;
+    if (is_link) add(*at, Problem::leads_nowhere, definition.from);
+    if (at->outcome == Outcome::none) add(*at, Problem::source_missing, definition.from);
   }
 
   void survey_script(std::size_t number, const BakDefFields& script) {
@@ -149,18 +201,23 @@ class Surveyor {
     }
   }
 
-  const Lines& m_lines;
+  std::string_view m_profile;
+  bool m_all;
   Survey& m_survey;
   Ground& m_ground;
   Ties m_ties;
   std::vector<Work> m_left_alone;
-  /** The lines of the links, by their paths. */
-  std::unordered_map<std::string_view, std::size_t> m_paths;
+  /** The text of each line so far. */
+  std::vector<std::string_view> m_texts;
+  std::vector<std::pair<std::size_t, BakDefFields>> m_scripts;
+  Twins m_twins;
 };
 
 bool is_wrong(const Forecast& forecast) {
+  // A link that has been undone already is what its definition wants.
+  const bool undone = forecast.reason == Reason::missing || forecast.reason == Reason::no_link;
   return !forecast.findings.empty() || !forecast.ties.empty() || forecast.deleted ||
-         forecast.outcome == Outcome::left_alone;
+         (forecast.outcome == Outcome::left_alone && !undone);
 }
 
 bool changes(const Forecast& forecast) {
@@ -185,13 +242,11 @@ Verdict verdict_on(const Survey& survey) {
   return any ? Verdict::changes : Verdict::fine;
 }
 
-Survey survey_of(const std::string& path, std::string_view profile, const Ground::Count& count) {
+Survey survey_of(const std::string& path, std::string_view profile, bool all,
+                 const Ground::Count& count) {
   Survey survey;
-  const Lines lines{profile};
   Ground ground{count, needed_files()};
-  survey.window = window_view_of(profile);
-  Surveyor{lines, survey, ground}.survey();
-  std::ranges::stable_sort(survey.window.findings, {}, &LineFinding::line);
+  Surveyor{profile, all, survey, ground}.survey();
   look_around(path, profile, survey.around);
   return survey;
 }

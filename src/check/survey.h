@@ -23,8 +23,11 @@ struct UnfinishedWork {
 };
 
 struct Survey {
-  /** All file definitions, in the order of the profile. */
+  /** File definitions, in the order of the profile: all, or those of which there is much to tell.
+   */
   std::vector<Forecast> definitions;
+  /** How many links are as they should be. */
+  std::size_t standing = 0;
   /** In the order in which the next run takes them. */
   std::vector<UnfinishedWork> unfinished;
   /** What the window makes of the lines, and what is wrong with boot scripts. */
@@ -49,8 +52,9 @@ std::size_t number_of_problems(const Survey& survey);
 
 /**
  * Looks at the profile that has been read from `path`. `count` is asked how much stands at the
- * paths that are moved, deleted or copied.
+ * paths that are moved, deleted or copied. `all` asks for all definitions.
  */
-Survey survey_of(const std::string& path, std::string_view profile, const Ground::Count& count);
+Survey survey_of(const std::string& path, std::string_view profile, bool all,
+                 const Ground::Count& count);
 
 }  // namespace varnholt

@@ -29,12 +29,12 @@ class Page {
   std::deque<std::size_t> m_lines;
 };
 
-/** Loads line after line, as the tables do. */
-class Loader {
+}  // namespace
+
+class WindowLoader::Tables {
  public:
-  void load(std::string_view text) {
+  void load(std::string_view text, const ProfileLine& line) {
     ++m_line;
-    const auto line = read_profile_line(text);
     if (line.kind == LineKind::other) return load_other(text);
     if (!g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)) {
       // A NUL byte ends the validation too.
@@ -84,10 +84,15 @@ class Loader {
     if (is_own_source(definition)) return find(Problem::own_source);
     const bool file = line.kind == LineKind::file;
     (file ? m_files : m_scripts).add(m_line, comes_first(definition));
-    const auto written = file ? lnk_line(definition) : shl_line(definition);
-    const std::size_t at = file ? 4 : 3;
-    const std::string word{split(written, ',')[at]};
-    if (trimmed(split(text, ',')[at]) != word) find(Problem::other_operation, word);
+    const auto word = file ? operation_word(definition) : script_word(definition);
+    // In most lines it is the last word.
+    if (text.ends_with(word)) return;
+    if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(Problem::other_operation, word);
+  }
+
+  static std::string script_word(const BakDefFields& script) {
+    const auto line = shl_line(script);
+    return line.substr(line.rfind(',') + 1);
   }
 
   void load_route(const ProfileLine& line) {
@@ -114,12 +119,15 @@ class Loader {
   std::map<const VhRutDefItem*, std::size_t> m_route_lines;
 };
 
-}  // namespace
+WindowLoader::WindowLoader() : m_tables(std::make_unique<Tables>()) {}
+WindowLoader::~WindowLoader() = default;
 
-WindowView window_view_of(std::string_view profile) {
-  Loader loader;
-  for_each_piece(profile, '\n', [&loader](std::string_view line) { loader.load(line); });
-  return loader.end();
+void WindowLoader::load(std::string_view text, const ProfileLine& line) {
+  m_tables->load(text, line);
+}
+
+WindowView WindowLoader::end() {
+  return m_tables->end();
 }
 
 }  // namespace varnholt

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 #include <vector>
 
 #include "check/finding.h"
+#include "store/profile.h"
 
 namespace varnholt {
 
@@ -23,7 +25,23 @@ struct WindowView {
   std::size_t reordered_scripts = 0;
 };
 
-/** Reads a profile as the window loads it. */
-WindowView window_view_of(std::string_view profile);
+/** Loads a profile line by line, as the tables of the window do. */
+class WindowLoader {
+ public:
+  WindowLoader();
+  WindowLoader(const WindowLoader&) = delete;
+  WindowLoader& operator=(const WindowLoader&) = delete;
+  ~WindowLoader();
+
+  /** Loads the next line, which has this text and says this. */
+  void load(std::string_view text, const ProfileLine& line);
+
+  /** Returns what has come of all lines; nothing can be loaded after that. */
+  WindowView end();
+
+ private:
+  class Tables;
+  std::unique_ptr<Tables> m_tables;
+};
 
 }  // namespace varnholt

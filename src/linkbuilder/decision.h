@@ -61,8 +61,11 @@ struct LinkDecision {
   ino_t inode = 0;
 };
 
+/** Reads the content of a link as readlink(2) does. */
+using ReadLink = ssize_t (*)(const std::string& path, char* content, std::size_t size);
+
 /** Decides about a definition that is not marked deleted. */
-LinkDecision decide_link(const BakDefFields& definition);
+LinkDecision decide_link(const BakDefFields& definition, ReadLink read_link = nullptr);
 
 /** What undoing a link takes. */
 enum class UndoTask {

@@ -24,14 +24,6 @@ int operation_of_field(std::string_view field) {
   return field.ends_with("deleted") ? op | VH_FILE_OPERATION_TYPE_FOT_Deleted : op;
 }
 
-std::string field_of_operation(const BakDefFields& definition) {
-  const auto* const known = std::ranges::find_if(
-      words, [&definition](const auto& word) { return definition.has(word.first); });
-  std::string field{known == std::end(words) ? "update" : known->second};
-  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) field += "|deleted";
-  return field;
-}
-
 }  // namespace
 
 std::optional<BakDefFields> read_lnk_line(std::string_view line) {
@@ -50,10 +42,18 @@ std::optional<BakDefFields> read_lnk_line(std::string_view line) {
   return read;
 }
 
+std::string operation_word(const BakDefFields& definition) {
+  const auto* const known = std::ranges::find_if(
+      words, [&definition](const auto& word) { return definition.has(word.first); });
+  std::string field{known == std::end(words) ? "update" : known->second};
+  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) field += "|deleted";
+  return field;
+}
+
 std::string lnk_line(const BakDefFields& definition) {
   const bool update = definition.has(VH_FILE_OPERATION_TYPE_FOT_Update);
   std::string line = definition.is_dir ? "lnk,dir," : "lnk,file,";
-  line += definition.from + ',' + definition.to + ',' + field_of_operation(definition);
+  line += definition.from + ',' + definition.to + ',' + operation_word(definition);
   if (update || definition.has(VH_FILE_OPERATION_TYPE_FOT_OverWrite)) {
     line += update || definition.force_overwrite ? ",true," : ",false,";
     line += std::to_string(definition.last_oper_time);

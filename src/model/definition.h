@@ -39,6 +39,9 @@ struct BakDefFields {
  */
 std::optional<BakDefFields> read_lnk_line(std::string_view line);
 
+/** Returns the word for the operation of a file definition in its line. */
+std::string operation_word(const BakDefFields& definition);
+
 /** Returns the line of a file definition, without a line end. */
 std::string lnk_line(const BakDefFields& definition);
 
