@@ -220,11 +220,11 @@ std::vector<Sentence> sentences_on(const UnfinishedWork& unfinished) {
 /** The kinds of outcomes of links in the summary, as far as there are any. */
 std::string counts_of(const Survey& survey) {
   static constexpr std::array<std::pair<Outcome, const char*>, 7> kinds{
-      {{Outcome::stands, N_("%1 as they should be")},
-       {Outcome::made, N_("%1 made")},
-       {Outcome::replaced, N_("%1 replaced")},
-       {Outcome::adopted, N_("%1 moved")},
-       {Outcome::copied, N_("%1 undone")},
+      {{Outcome::stands, N_("%1 in place")},
+       {Outcome::made, N_("%1 to be made")},
+       {Outcome::replaced, N_("%1 to be replaced")},
+       {Outcome::adopted, N_("%1 to be moved")},
+       {Outcome::copied, N_("%1 to be undone")},
        {Outcome::left_alone, N_("%1 left alone")},
        {Outcome::fails, N_("%1 failing")}}};
   std::string counts;
