@@ -107,9 +107,11 @@ constexpr Rival stow{"stow",
                      },
                      false};
 
-constexpr Rival companion{"varnholt-check", [](const Tree& /*tree*/) -> Command {
+/** What is told before a run, beside the run itself. */
+constexpr Rival companion{"varnholt", [](const Tree& /*tree*/) -> Command {
                             return {built("scratch/varnholt-check-scratch")};
                           }};
+constexpr Rival run_itself{"the run itself", ours.command};
 constexpr Rival stow_simulation{"stow -n",
                                 [](const Tree& tree) -> Command {
                                   auto command = stow.command(tree);
@@ -153,8 +155,8 @@ int main(int argc, char** argv) {
   if (arguments.full) adopted.push_back({100'000, 1});
   compare("Links to make", Start::nothing, {ours, bare_loop, tmpfiles, stow}, sizes);
   compare("Everything linked already", Start::links, {ours, bare_loop, tmpfiles, stow}, sizes);
-  compare("Telling what would be done, everything linked already", Start::links,
-          {companion, ours, stow_simulation}, {{10, 41}, {1'000, 41}, {10'000, 21}});
+  compare("Check: everything linked already", Start::links,
+          {companion, run_itself, stow_simulation}, {{10, 41}, {1'000, 41}, {10'000, 21}});
   compare("Files to adopt", Start::files, {ours, bare_loop}, adopted);
   return 0;
 }

@@ -1,10 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Checks that a line which was read and written is read again, and then written in the same way.
+// Checks that a line which was read and written is read again, and then written in the same way;
+// and that what varnholt-check tells of it is true and can be shown.
+#include <algorithm>
+
+#include "base/text.h"
+#include "check/window-view.h"
+#include "check/wording.h"
 #include "model/definition.h"
 #include "model/route.h"
+#include "store/profile.h"
 #include "target.h"
 
 namespace {
+
+/** Checks that a text can be shown on a terminal, and that no word is lost in its lines. */
+void check_text(const std::string& text) {
+  must_hold(g_utf8_validate(text.c_str(), static_cast<gssize>(text.size()), nullptr) != 0,
+            "not UTF-8: " + text);
+  constexpr std::size_t indent = 3;
+  constexpr std::size_t width = 20;
+  const auto letters_of = [](std::string whole) {
+    std::erase_if(whole, [](char each) { return each == ' ' || each == '\n'; });
+    return whole;
+  };
+  must_hold(std::ranges::none_of(text, [](char each) { return each >= 0 && each < ' '; }),
+            "a control character: " + text);
+  must_hold(letters_of(varnholt::wrapped(text, indent, width)) == letters_of(text),
+            "not the same letters: " + text);
+}
 
 void check(std::string_view line, auto read, auto written) {
   const auto says = read(line);
@@ -17,10 +40,36 @@ void check(std::string_view line, auto read, auto written) {
   must_hold(again == text || again == text + ",true,0", "written in two ways: " + text);
 }
 
+bool loses(varnholt::Problem problem) {
+  using varnholt::Problem;
+  return problem == Problem::fields || problem == Problem::nul_byte ||
+         problem == Problem::own_source || problem == Problem::unknown_kind;
+}
+
+/** Checks what is told of a line against what the window keeps of it. */
+void check_view(std::string_view line) {
+  const auto read = varnholt::read_profile_line(line);
+  varnholt::WindowLoader window;
+  window.load(line, read);
+  const auto view = window.end();
+  const bool told = std::ranges::any_of(view.findings, [](const varnholt::LineFinding& each) {
+    must_hold(each.line == 1, "the number of the line");
+    return loses(each.finding.problem);
+  });
+  const bool kept = read.route || read.deletes_default_route ||
+                    (read.definition && !varnholt::is_own_source(*read.definition));
+  const bool nothing_to_lose = read.kind == varnholt::LineKind::other &&
+                               (varnholt::trimmed(line).empty() || line.starts_with("version"));
+  must_hold(told == (!kept && !nothing_to_lose), "whether the line is lost");
+  for (const auto& [number, finding] : view.findings) check_text(varnholt::text_of(finding));
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view line{reinterpret_cast<const char*>(data), size};
+  check_view(line);
+  check_text(varnholt::printable(line));
   check(line, varnholt::read_lnk_line, varnholt::lnk_line);
   check(line, varnholt::read_shl_line, varnholt::shl_line);
   check(line, varnholt::read_rut_add_line, varnholt::rut_add_line);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests that what varnholt-check is sure of comes true: on random trees with random profiles it
 // tells what will come, then the link builder runs, and what came is compared.
-#include <json-glib/json-glib.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -12,18 +11,18 @@
 #include <iostream>
 #include <map>
 #include <random>
+#include <ranges>
 #include <sstream>
 #include <vector>
 
 #include "base/glib-ptr.h"
+#include "check-document.h"
 #include "check/tally.h"
 #include "private-root.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-using varnholt::Tally;
 
 /** What lstat(2) and the contents say of each path. */
 using Snapshot = std::map<std::string, std::string>;
@@ -43,15 +42,14 @@ std::string seen(const fs::path& path, bool with_times) {
   return text.str();
 }
 
-void look_from(const fs::path& path, Snapshot& snapshot) {
-  snapshot[path] = seen(path, true);
-  if (!fs::is_directory(fs::symlink_status(path))) return;
-  for (const auto& entry : fs::directory_iterator{path}) look_from(entry.path(), snapshot);
-}
-
 Snapshot everything() {
   Snapshot snapshot;
-  for (const auto* top : {"/w", "/etc", "/tmp"}) look_from(top, snapshot);
+  for (const auto* top : {"/w", "/etc", "/tmp"}) {
+    snapshot[top] = seen(top, true);
+    for (const auto& entry : fs::recursive_directory_iterator{top}) {
+      snapshot[entry.path()] = seen(entry.path(), true);
+    }
+  }
   return snapshot;
 }
 
@@ -75,9 +73,7 @@ class World {
   World(const World&) = delete;
   World& operator=(const World&) = delete;
   ~World() {
-    for (auto point = m_mounted.rbegin(); point != m_mounted.rend(); ++point) {
-      umount2(point->c_str(), MNT_DETACH);
-    }
+    for (const auto& point : std::views::reverse(m_mounted)) umount2(point.c_str(), MNT_DETACH);
     std::error_code ignored;
     fs::remove_all("/w", ignored);
     fs::remove("/etc/.varnholt.unfinished", ignored);
@@ -164,8 +160,8 @@ class World {
     if (result != 0) return;
     m_mounted.push_back(point);
     if (!bind) std::ofstream{point + "/in"} << "mounted";
-    if (chance(30))
-      ::mount("none", point.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr);
+    if (!chance(30)) return;
+    ::mount("none", point.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr);
   }
 
   std::string line_for(int area) {
@@ -216,79 +212,24 @@ Said run(std::vector<const char*> words) {
   return said;
 }
 
-/** What the companion says of one definition. */
-class Told {
- public:
-  explicit Told(JsonObject* object) : m_object(object) {}
+bool is_link(const Told& told) {
+  return told.text("operation") == "symbolic";
+}
 
-  std::string text(const char* member) const {
-    const std::string encoded = std::string{member} + "-base64";
-    if (json_object_has_member(m_object, encoded.c_str())) {
-      gsize length = 0;
-      const auto* const base64 = json_object_get_string_member(m_object, encoded.c_str());
-      const varnholt::TextPtr bytes{reinterpret_cast<char*>(g_base64_decode(base64, &length))};
-      return {bytes.get(), length};
-    }
-    return json_object_has_member(m_object, member)
-               ? json_object_get_string_member(m_object, member)
-               : "";
-  }
-  gint64 line() const { return json_object_get_int_member(m_object, "line"); }
-  bool is_sure() const { return json_object_get_boolean_member(m_object, "sure"); }
-  bool is_link() const { return text("operation") == "symbolic"; }
-  std::vector<gint64> ties() const {
-    std::vector<gint64> lines;
-    auto* const array = json_object_get_array_member(m_object, "depends-on");
-    for (guint index = 0; index < json_array_get_length(array); ++index) {
-      lines.push_back(json_array_get_int_element(array, index));
-    }
-    return lines;
-  }
-  bool has_problem(const std::string& problem) const {
-    auto* const array = json_object_get_array_member(m_object, "findings");
-    for (guint index = 0; index < json_array_get_length(array); ++index) {
-      auto* const finding = json_array_get_object_element(array, index);
-      if (json_object_get_string_member(finding, "problem") == problem) return true;
-    }
-    return false;
-  }
-  /** Returns whether a tally says what is at a path. */
-  bool counts(const char* member, const std::string& path) const {
-    auto* const told = json_object_get_object_member(m_object, member);
-    const Tally tally = varnholt::tally_of(path, [] {});
-    const auto same = [told](const char* name, std::uint64_t value) {
-      return static_cast<std::uint64_t>(json_object_get_int_member(told, name)) == value;
-    };
-    return same("folders", tally.folders) && same("files", tally.files) &&
-           same("bytes", tally.bytes);
-  }
+bool has_problem(const Told& told, const std::string& problem) {
+  return std::ranges::any_of(told.objects("findings"), [&](const Told& finding) {
+    return finding.text("problem") == problem;
+  });
+}
 
- private:
-  JsonObject* m_object;
-};
-
-/** One document, which holds what is told. */
-class Document {
- public:
-  explicit Document(const Said& said) {
-    m_read = json_parser_load_from_data(m_parser.get(), said.text.data(),
-                                        static_cast<gssize>(said.text.size()), nullptr);
-    if (!m_read) return;
-    auto* const root = json_node_get_object(json_parser_get_root(m_parser.get()));
-    m_read = json_object_get_int_member(root, "status") == WEXITSTATUS(said.status);
-    auto* const array = json_object_get_array_member(root, "definitions");
-    for (guint index = 0; index < json_array_get_length(array); ++index) {
-      definitions.emplace_back(json_array_get_object_element(array, index));
-    }
-  }
-  bool is_read() const { return m_read; }
-
-  std::vector<Told> definitions;
-
- private:
-  varnholt::ObjectPtr<JsonParser> m_parser = varnholt::take_object(json_parser_new());
-  bool m_read = false;
-};
+/** Returns whether a tally says what is at a path. */
+bool counts(const Told& tally, const std::string& path) {
+  const auto found = varnholt::tally_of(path, [] {});
+  const auto same = [&tally](const char* name, std::uint64_t value) {
+    return static_cast<std::uint64_t>(tally.number(name)) == value;
+  };
+  return same("folders", found.folders) && same("files", found.files) && same("bytes", found.bytes);
+}
 
 std::string without_slash(std::string path) {
   if (path.ends_with('/')) path.pop_back();
@@ -321,7 +262,7 @@ bool failed_as_told(const Told& told, const Before& before) {
   const auto source = seen(without_slash(told.text("source")), false);
   if (remains == "all") return path == before.path && source == before.source;
   if (remains == "nothing") return path == "nothing" || path != before.path;
-  const bool in_path = source == "nothing" && told.has_problem("source-in-path");
+  const bool in_path = source == "nothing" && has_problem(told, "source-in-path");
   const bool aside = path == "nothing" && seen(before.backup, false) == before.path;
   return aside && (remains == "backup-only" || in_path || source == before.source);
 }
@@ -332,11 +273,11 @@ bool came_true(const Told& told, const Before& before) {
   const auto outcome = told.text("outcome");
   if (outcome == "made" || outcome == "replaced") return is_link_to(path, source);
   if (outcome == "adopted") {
-    return is_link_to(path, source) && told.counts("moved", without_slash(source)) &&
+    return is_link_to(path, source) && counts(told.object("moved"), without_slash(source)) &&
            seen(before.backup, false) == "nothing";
   }
   if (outcome == "copied") {
-    return !is_link_to(path, told.text("content")) && told.counts("copied", path);
+    return !is_link_to(path, told.text("content")) && counts(told.object("copied"), path);
   }
   if (outcome == "fails") return failed_as_told(told, before);
   return seen(path, false) == before.path;
@@ -366,15 +307,16 @@ class Pair {
   std::vector<gint64> play(Score& score) {
     std::vector<gint64> again;
     const auto document = play_until(m_world.profile());
-    for (const auto& told : document.definitions) {
+    const auto definitions = document.root().objects("definitions");
+    for (const auto& told : definitions) {
       if (!m_used) count(told, score);
-      for (const auto line : told.ties()) again.push_back(line);
+      for (const auto line : told.numbers("depends-on")) again.push_back(line);
     }
-    for (std::size_t index = 0; index < document.definitions.size(); ++index) {
-      const auto& told = document.definitions[index];
-      if (std::ranges::count(again, told.line()) > 0) continue;
+    for (std::size_t index = 0; index < definitions.size(); ++index) {
+      const auto& told = definitions[index];
+      if (std::ranges::count(again, told.number("line")) > 0) continue;
       // What a later line has made of it says nothing.
-      if (!holds(told, m_before[index], score)) again.push_back(told.line());
+      if (!holds(told, m_before[index], score)) again.push_back(told.number("line"));
     }
     if (!m_fault.empty()) score.fault = m_fault;
     return again;
@@ -384,8 +326,8 @@ class Pair {
     std::size_t end = 0;
     for (gint64 each = 0; each < line; ++each) end = m_world.profile().find('\n', end) + 1;
     const auto document = play_until(m_world.profile().substr(0, end));
-    const auto& told = document.definitions.back();
-    const bool same_line = told.line() == line;
+    const auto told = document.root().objects("definitions").back();
+    const bool same_line = told.number("line") == line;
     if (!same_line || !holds(told, m_before.back(), score)) {
       m_fault = "line " + std::to_string(line) + " came out otherwise\n" + m_said;
     }
@@ -398,31 +340,33 @@ class Pair {
   }
 
   static void count(const Told& told, Score& score) {
-    if (!told.is_link()) return;
+    if (!is_link(told)) return;
     ++score.links;
-    if (!told.ties().empty()) {
+    if (!told.numbers("depends-on").empty()) {
       ++score.tied;
-    } else if (!told.is_sure()) {
+    } else if (!told.flag("sure")) {
       ++score.doubtful;
     }
   }
 
   static bool holds(const Told& told, const Before& before, Score& score) {
-    if (!told.is_link() || !told.is_sure()) return true;
+    if (!is_link(told) || !told.flag("sure")) return true;
     const bool came = came_true(told, before);
     if (came) ++score.outcomes[told.text("outcome") + ' ' + told.text("remains")];
     return came;
   }
 
-  Document play_until(const std::string& profile) {
+  CheckDocument play_until(const std::string& profile) {
     store(profile);
     const auto snapshot = everything();
     const auto said = run({"/dev/varnholt-check", "--json"});
-    Document document{said};
-    if (!document.is_read()) m_fault = "the document cannot be read:\n" + said.text;
-    if (everything() != snapshot) m_fault = "the companion has changed something";
+    CheckDocument document{said.text};
     m_said = profile + look(snapshot) + said.text;
-    for (const auto& told : document.definitions) m_before.emplace_back(told);
+    m_fault = document.faults();
+    if (document.root().number("status") != WEXITSTATUS(said.status)) m_fault += "another status\n";
+    if (everything() != snapshot) m_fault += "the companion has changed something\n";
+    if (!m_fault.empty()) m_fault += m_said;
+    for (const auto& told : document.root().objects("definitions")) m_before.emplace_back(told);
     m_said += run_link_builder();
     m_said += look(everything());
     return document;
@@ -430,7 +374,7 @@ class Pair {
 
   static std::string look(const Snapshot& snapshot) {
     std::string listing;
-    for (const auto& [path, what] : snapshot) listing += path + "  " + what + '\n';
+    for (const auto& [path, what] : snapshot) (((listing += path) += "  ") += what) += '\n';
     return listing;
   }
 
@@ -463,12 +407,15 @@ TEST_F(Foresight, ComesTrue) {
     enter();
     Score score;
     unsigned seed = first;
-    for (; seed < first + pairs && score.fault.empty(); ++seed)
+    while (seed < first + pairs && score.fault.empty()) {
       play_pair(seed, seed % 4 == 0, score);
+      ++seed;
+    }
     std::cout << score.links << " links, " << score.tied << " tied, " << score.doubtful
               << " doubtful\n";
-    for (const auto& [outcome, number] : score.outcomes)
+    for (const auto& [outcome, number] : score.outcomes) {
       std::cout << outcome << ": " << number << '\n';
+    }
     if (!score.fault.empty()) std::cout << "seed " << seed - 1 << ": " << score.fault << '\n';
     const bool good = score.fault.empty() && 5 * score.tied < score.links;
     std::cout.flush();

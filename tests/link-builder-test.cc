@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the link builder as a whole: the program itself runs on real trees.
+// Tests the link builder as a whole, and what varnholt-check tells of it: the programs themselves
+// run on real trees.
 #include <map>
 #include <regex>
 #include <sstream>
 
+#include "check-document.h"
 #include "private-root.h"
 #include "scenarios.h"
+#include "scratch/scratch-paths.h"
 
 class LinkBuilder : public PrivateRoot {
  public:
-  explicit LinkBuilder(Scenario scenario) : m_scenario(std::move(scenario)) {}
+  explicit LinkBuilder(Scenario scenario, std::string usual_run = "")
+      : m_scenario(std::move(scenario)), m_usual_run(std::move(usual_run)) {
+    // A line waits on the input, as a password may.
+    if (m_usual_run.empty()) m_usual_run = "echo secret | dev/varnholt --save_symlink";
+  }
 
   void TestBody() override {
     std::map<std::string, std::string> part;
@@ -21,9 +28,8 @@ class LinkBuilder : public PrivateRoot {
     shell(part["first"]);
     plant(part["before"]);
     if (!part["profile"].empty()) write(profile, part["profile"]);
-    // A line waits on the input, as a password may.
-    const auto run =
-        part.contains("run") ? part["run"] : "echo secret | dev/varnholt --save_symlink";
+    check_document();
+    const auto run = part.contains("run") ? part["run"] : m_usual_run;
     // Newer commands give their name without the folder.
     part["says"] = std::regex_replace(shell(run), std::regex{"/bin/(mv|rm|cp): "}, "$1: ");
     part["after"] = tree();
@@ -40,8 +46,37 @@ class LinkBuilder : public PrivateRoot {
   }
 
  private:
+  /** Checks, for each scenario, the document that programs get. */
+  void check_document() const {
+    const auto text = shell("dev/varnholt-check --json; [ $? -lt 3 ] || echo unreadable");
+    const bool read = !text.ends_with("unreadable\n");
+    EXPECT_EQ(read ? CheckDocument{text}.faults() : "", "") << text;
+  }
+
   Scenario m_scenario;
+  std::string m_usual_run;
 };
 
+/** A scenario of the companion. It changes nothing, so what is there afterwards is told as well. */
+class Check : public LinkBuilder {
+ public:
+  explicit Check(Scenario scenario)
+      : LinkBuilder(std::move(scenario), "dev/varnholt-check; echo status $?") {}
+};
+
+TEST(Texts, AreInTheLanguageOfTheUser) {
+  const auto check = [](const char* language) {
+    const std::string command =
+        "printf 'lnk,dir,/nowhere,/nowhere/b,symbolic\\n' >$VARNHOLT_SCRATCH/p"
+        "; LC_ALL=C.UTF-8 LANGUAGE=" +
+        std::string{language} + " \"$0\" $VARNHOLT_SCRATCH/p || :";
+    return output_of({"sh", "-c", command.c_str(), VARNHOLT_CHECK_SCRATCH_PROGRAM});
+  };
+  g_setenv("VARNHOLT_SCRATCH", varnholt::scratch_folder().c_str(), TRUE);
+  EXPECT_NE(check("zh_CN").find("链接"), std::string::npos);
+  EXPECT_NE(check("de").find("Links: 1 to be made."), std::string::npos);
+}
+
 static const bool registered =
-    register_scenarios<LinkBuilder>("LinkBuilder", "link-builder.scenarios");
+    register_scenarios<LinkBuilder>("LinkBuilder", "link-builder.scenarios") &&
+    register_scenarios<Check>("Check", "check.scenarios");

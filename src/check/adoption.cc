@@ -43,8 +43,8 @@ class Adoption {
     }
     if (const auto why = why_not_renamed()) return fail(m_forecast, *why, Remains::all);
     m_forecast.moved = m_ground.count(m_path);
-    if (is_same_place()) return fail(m_forecast, {Problem::same_place}, Remains::all);
     if (const auto why = why_no_way()) return fail(m_forecast, *why, Remains::backup);
+    if (is_same_place()) return fail(m_forecast, {Problem::same_place}, Remains::all);
     if (!clears_source()) return;
     foretell_move();
   }
@@ -55,9 +55,12 @@ class Adoption {
     footprint.passed = way_along(m_to).entries;
     footprint.relied = way_along(m_source + '/').entries;
     footprint.relied.push_back(m_path);
-    footprint.relied.push_back(m_at_source);
-    footprint.whole = {m_path, m_at_source};
-    footprint.changed = {m_path, m_backup, m_at_source};
+    footprint.whole = {m_path};
+    footprint.changed = {m_path, m_backup};
+    if (m_source.empty()) return;
+    for (auto* const entries : {&footprint.relied, &footprint.whole, &footprint.changed}) {
+      entries->push_back(m_at_source);
+    }
   }
 
   std::optional<Finding> why_not_renamed() const {
@@ -99,12 +102,15 @@ class Adoption {
   bool clears_source() {
     if (m_source.ends_with('/')) add(m_forecast, Problem::source_slashes);
     if (is_link(m_source)) {
-      std::error_code unknown;
-      add(m_forecast, Problem::source_is_link, fs::read_symlink(m_source, unknown));
       // What it leads to may be what is adopted, which has another name by then.
       const bool dangles = !exists(m_source) || contains(way_along(m_source + '/').entries, m_path);
-      if (dangles)
-        return !is_folder(m_to) || failed({Problem::source_is_dangling}, Remains::backup);
+      if (dangles && is_folder(m_to)) {
+        return failed({Problem::source_is_dangling}, Remains::backup);
+      }
+      if (dangles) {
+        tell_link_at_source();
+        return true;
+      }
     }
     switch (clearing_for(m_to, m_source)) {
       case Clearing::none:
@@ -117,11 +123,20 @@ class Adoption {
     return true;
   }
 
+  void tell_link_at_source() {
+    std::error_code unknown;
+    add(m_forecast, Problem::source_is_link, fs::read_symlink(m_source, unknown));
+  }
+
   bool deletes_source() {
     const auto name = last_name(m_source);
     if (name == "." || name == "..") return failed({Problem::source_dots}, Remains::backup);
     if (m_ground.is_needed(m_at_source)) add(m_forecast, Problem::needed_by_run, m_source);
-    if (!is_link(m_source)) m_forecast.deleted = m_ground.count(m_source);
+    if (is_link(m_source)) {
+      tell_link_at_source();
+    } else {
+      m_forecast.deleted = m_ground.count(m_source);
+    }
     if (const auto why = why_it_must_stay(m_source)) {
       m_forecast.sure = false;
       return failed(*why, Remains::backup_only);

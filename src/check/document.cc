@@ -18,7 +18,7 @@ constexpr int format = 1;
 
 // The words stand in the order of the enumerators.
 constexpr std::array outcomes{"none",   "stands",     "made",    "replaced", "adopted",
-                              "copied", "left-alone", "dropped", "fails"};
+                              "copied", "left-alone", "dropped", "fails",    "unknown"};
 constexpr std::array remains{"all", "backup", "backup-only", "nothing"};
 constexpr std::array reasons{"",        "kind",          "unreadable", "missing",    "dangling",
                              "no-link", "leads-nowhere", "unfinished", "half-copied"};
@@ -153,6 +153,9 @@ void add_unfinished(Document& document, const UnfinishedWork& unfinished) {
   document.add_bytes("path", work.to);
   document.add_bytes(work.undoes() ? "content" : "backup", work.other);
   document.add("treatment", word(treatments, treatment.kind));
+  if (treatment.kind == Treatment::Kind::leave_alone) {
+    document.add("why", treatment.why == Treatment::Why::changed ? "changed" : "unwanted");
+  }
   document.add("remedy", word(remedies, treatment.remedy.then));
   if (!treatment.remedy.removed.empty()) document.add_bytes("removed", treatment.remedy.removed);
 }

@@ -36,6 +36,9 @@ enum class Problem {
   copy_into_itself,
   // With these it may work, but perhaps not as it was meant.
   little_room,
+  room_uncounted,
+  path_through_missing,
+  hidden,
   needed_by_run,
   relative,
   source_is_link,
@@ -53,6 +56,7 @@ enum class Problem {
   answer_repeated,
   other_operation,
   other_answer,
+  other_value,
   no_utf8,
   // What stands around the profile.
   owner,

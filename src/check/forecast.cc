@@ -15,8 +15,6 @@
 #include "linkbuilder/places.h"
 #include "model/file-test.h"
 
-namespace fs = std::filesystem;
-
 namespace varnholt {
 namespace {
 
@@ -90,7 +88,9 @@ void foretell_new_link(Forecast& forecast) {
   for (const auto& folder : descent.missing) {
     footprint.made.push_back(way_along(folder).entries.back());
     // Once the folder is there, this leads somewhere else.
-    if (last_name(folder) == "..") forecast.sure = false;
+    if (last_name(folder) == "..") {
+      add(forecast, Problem::path_through_missing, folder_above(folder));
+    }
   }
   if (blocked) return fail(forecast, *blocked, Remains::all);
   if (const auto why = why_not_made(forecast, descent)) fail(forecast, *why, Remains::all);

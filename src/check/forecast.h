@@ -35,6 +35,8 @@ enum class Outcome {
   /** Only the line, which is marked deleted, leaves the profile. */
   dropped,
   fails,
+  /** It cannot be told, because only root can see what stands there. */
+  unknown,
 };
 
 /** What a failure leaves behind. */

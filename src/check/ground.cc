@@ -32,7 +32,7 @@ bool Ground::is_needed(const std::filesystem::path& path) const {
 std::optional<Finding> Ground::why_no_room(const std::string& folder, const Tally& need,
                                            const Tally& freed) {
   // Without a count nobody knows whether it fits.
-  if (!need.counted || !freed.counted) return Finding{Problem::little_room, folder};
+  if (!need.counted || !freed.counted) return Finding{Problem::room_uncounted, folder};
   struct stat status {};
   stat(folder.c_str(), &status);
   auto& promised = m_promised[status.st_dev];

@@ -106,6 +106,8 @@ std::string what_comes(const Forecast& forecast) {
       return filled(_("The definition of %1 leaves the profile."), {path});
     case Outcome::fails:
       return failure_of(forecast);
+    case Outcome::unknown:
+      return filled(_("What comes of %1 cannot be told."), {path});
   }
   return {};
 }
@@ -130,27 +132,36 @@ std::string what_remains(const Forecast& forecast) {
 std::string ties_of(const Forecast& forecast) {
   std::string lines;
   for (const auto line : forecast.ties) {
-    if (line > 0) lines += (lines.empty() ? "" : ", ") + number(line);
+    if (line > 0) lines += (lines.empty() ? "" : _(", ")) + std::to_string(line);
   }
-  if (forecast.ties.front() == 0) {
-    return lines.empty()
-               ? std::string{_("What comes of it depends on what an earlier run has left.")}
-               : filled(_("What comes of it depends on what an earlier run has left, and on what "
-                          "comes of line %1."),
-                        {lines});
+  if (forecast.ties.front() > 0) {
+    return filled(
+        ngettext("What comes of it depends on what comes of line %1.",
+                 "What comes of it depends on what comes of lines %1.", forecast.ties.size()),
+        {lines});
   }
-  return filled(_("What comes of it depends on what comes of line %1."), {lines});
+  const std::string left = _("What comes of it depends on what an earlier run has left.");
+  if (lines.empty()) return left;
+  return filled(_("What comes of it depends on what an earlier run has left, and on other lines: "
+                  "%1."),
+                {lines});
 }
 
 std::vector<Sentence> sentences_on(const Forecast& forecast) {
   const bool fails = forecast.outcome == Outcome::fails;
-  std::vector<Sentence> sentences{{what_comes(forecast), fails ? Tone::alarm : Tone::plain}};
-  for (const auto& finding : forecast.findings)
+  std::vector<Sentence> sentences;
+  // Without a source or a path there is only that to tell.
+  const bool nameless = forecast.definition.from.empty() || forecast.definition.to.empty();
+  if (forecast.outcome != Outcome::none || !nameless) {
+    sentences.push_back({what_comes(forecast), fails ? Tone::alarm : Tone::plain});
+  }
+  for (const auto& finding : forecast.findings) {
     sentences.push_back({text_of(finding), Tone::notice});
+  }
   if (fails) sentences.push_back({what_remains(forecast)});
   if (forecast.deleted) sentences.push_back({deletion_of(forecast), Tone::alarm});
   if (forecast.outcome == Outcome::copied) {
-    sentences.push_back({_("The copies belong to root and are new; links in it stay links.")});
+    sentences.push_back({_("The copies belong to root and are new; links in them stay links.")});
   }
   if (forecast.definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted) &&
       forecast.outcome != Outcome::dropped && forecast.outcome != Outcome::copied) {
@@ -219,14 +230,15 @@ std::vector<Sentence> sentences_on(const UnfinishedWork& unfinished) {
 
 /** The kinds of outcomes of links in the summary, as far as there are any. */
 std::string counts_of(const Survey& survey) {
-  static constexpr std::array<std::pair<Outcome, const char*>, 7> kinds{
+  static constexpr std::array<std::pair<Outcome, const char*>, 8> kinds{
       {{Outcome::stands, N_("%1 in place")},
        {Outcome::made, N_("%1 to be made")},
        {Outcome::replaced, N_("%1 to be replaced")},
        {Outcome::adopted, N_("%1 to be moved")},
        {Outcome::copied, N_("%1 to be undone")},
        {Outcome::left_alone, N_("%1 left alone")},
-       {Outcome::fails, N_("%1 failing")}}};
+       {Outcome::fails, N_("%1 failing")},
+       {Outcome::unknown, N_("%1 unknown")}}};
   std::string counts;
   for (const auto& [outcome, text] : kinds) {
     const auto told = std::ranges::count(survey.definitions, outcome, &Forecast::outcome);
@@ -239,18 +251,19 @@ std::string counts_of(const Survey& survey) {
 }
 
 std::string summary_of(const Survey& survey) {
-  auto summary = filled(_("Links: %1."), {counts_of(survey)}) + ' ';
+  const auto links = filled(_("Links: %1."), {counts_of(survey)});
   const auto problems = number_of_problems(survey);
   switch (verdict_on(survey)) {
     case Verdict::fine:
-      return summary + _("Nothing would change, and nothing is wrong.");
+      return filled(_("%1 %2"), {links, _("Nothing would change, and nothing is wrong.")});
     case Verdict::changes:
-      return summary + _("Something would change, and nothing is wrong.");
+      return filled(_("%1 %2"), {links, _("Something would change, and nothing is wrong.")});
     case Verdict::wrong:
-      return summary + filled(ngettext("%1 thing to look at.", "%1 things to look at.", problems),
-                              {number(problems)});
+      break;
   }
-  return summary;
+  const auto number_text = filled(
+      ngettext("%1 thing to look at.", "%1 things to look at.", problems), {number(problems)});
+  return filled(_("%1 %2"), {links, number_text});
 }
 
 class Report {

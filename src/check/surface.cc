@@ -7,7 +7,9 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/vfs.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <limits>
 
@@ -28,6 +30,10 @@ bool is_read_only(const std::string& folder) {
 }
 
 }  // namespace
+
+bool is_hidden(const std::string& path) {
+  return access(path.c_str(), F_OK) != 0 && errno == EACCES;
+}
 
 std::string folder_above(const std::string& path) {
   const auto slash = path.rfind('/');
@@ -50,8 +56,8 @@ std::optional<Finding> why_it_must_stay(const std::string& path) {
   constexpr auto fixed = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
   const auto folder = folder_above(path);
   if (is_read_only(folder)) return Finding{Problem::read_only, folder};
-  if ((looked_up(folder, 0).stx_attributes & fixed) != 0)
-    return Finding{Problem::immutable, folder};
+  const auto attributes = looked_up(folder, 0).stx_attributes;
+  if ((attributes & fixed) != 0) return Finding{Problem::immutable, folder};
   if ((looked_up(path).stx_attributes & fixed) != 0) return Finding{Problem::immutable, path};
   return std::nullopt;
 }

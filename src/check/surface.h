@@ -10,6 +10,9 @@
 
 namespace varnholt {
 
+/** Returns whether this user cannot see where a path leads, or whether anything is there. */
+bool is_hidden(const std::string& path);
+
 /** Returns the folder in which the last name of a path stands, as the path spells it. */
 std::string folder_above(const std::string& path);
 

@@ -2,8 +2,12 @@
 // Everything that can be told of a profile on this machine.
 #include "check/survey.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <future>
+#include <ranges>
 #include <string_view>
 #include <utility>
 
@@ -57,17 +61,23 @@ std::string target_of(const BakDefFields& definition) {
   return from_link ? folder_above(definition.to) + '/' + definition.from : definition.from;
 }
 
-/** Returns the lines of all file definitions at whose sources there is nothing. */
-std::vector<std::size_t> lines_that_lead_nowhere(std::string_view profile) {
-  std::vector<std::size_t> lines;
+/** A line at whose source there is nothing, or nothing that this user can see. */
+struct Missing {
+  std::size_t line = 0;
+  bool hidden = false;
+};
+
+/** Returns these lines of all file definitions. */
+std::vector<Missing> sources_missing_in(std::string_view profile) {
+  std::vector<Missing> lines;
   LastFolder sources;
   std::size_t number = 0;
   for_each_piece(profile, '\n', [&](std::string_view text) {
     ++number;
     const auto definition = read_lnk_line(text);
     if (!definition || definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) return;
-    if (!definition->from.empty() && !sources.exists(target_of(*definition)))
-      lines.push_back(number);
+    if (definition->from.empty() || sources.exists(target_of(*definition))) return;
+    lines.push_back({number, errno == EACCES});
   });
   return lines;
 }
@@ -89,21 +99,19 @@ class Surveyor {
     // Every definition takes two look-ups, and one of them can go on beside the rest.
     constexpr std::size_t few_lines = 500;
     const auto when = m_texts.capacity() > few_lines ? std::launch::async : std::launch::deferred;
-    auto leading_nowhere = std::async(when, lines_that_lead_nowhere, m_profile);
+    auto missing = std::async(when, sources_missing_in, m_profile);
     survey_unfinished();
     WindowLoader window;
     for_each_piece(m_profile, '\n', [&](std::string_view text) {
       m_texts.push_back(text);
       auto line = read_profile_line(text);
       window.load(text, line);
-      if (line.kind == LineKind::file && line.definition)
-        survey_definition(std::move(*line.definition));
-      if (line.kind == LineKind::script && line.definition) {
-        m_scripts.emplace_back(m_texts.size(), std::move(*line.definition));
-      }
+      if (!line.definition) return;
+      if (line.kind == LineKind::file) return survey_definition(std::move(*line.definition));
+      m_scripts.emplace_back(m_texts.size(), std::move(*line.definition));
     });
     m_survey.window = window.end();
-    for (const auto line : leading_nowhere.get()) survey_target(line);
+    for (const auto& each : missing.get()) survey_target(each);
     for (const auto& [number, script] : m_scripts) survey_script(number, script);
     std::ranges::stable_sort(m_survey.window.findings, {}, &LineFinding::line);
   }
@@ -115,13 +123,13 @@ class Surveyor {
     if (note.works.empty()) return;
     std::vector<BakDefFields> definitions;
     apply_definitions(m_profile, [&](const BakDefFields& each) { definitions.push_back(each); });
-    for (auto work = note.works.rbegin(); work != note.works.rend(); ++work) {
-      const UnfinishedWork unfinished{*work, treatment_of(*work, definitions)};
+    for (const auto& work : std::views::reverse(note.works)) {
+      const UnfinishedWork unfinished{work, treatment_of(work, definitions)};
       m_survey.unfinished.push_back(unfinished);
-      if (is_left_alone(unfinished)) m_left_alone.push_back(*work);
+      if (is_left_alone(unfinished)) m_left_alone.push_back(work);
       if (!is_changed_by(unfinished)) continue;
       Footprint footprint;
-      for (const auto& path : {work->path(), work->other, without_final_slash(work->from)}) {
+      for (const auto& path : {work.path(), work.other, without_final_slash(work.from)}) {
         footprint.changed.push_back(way_along(path).entries.back());
       }
       m_ties.add(0, footprint);
@@ -138,6 +146,7 @@ class Surveyor {
     }
     auto forecast = foretell(std::move(definition), turn, m_ground);
     forecast.line = m_texts.size();
+    find_hidden(forecast, turn);
     if (twin > 0) add(forecast, Problem::same_path, std::to_string(twin));
     if (turn != Turn::none) find_ties(forecast);
     const bool stands = forecast.outcome == Outcome::stands;
@@ -147,6 +156,20 @@ class Surveyor {
     if (m_all || !plain) m_survey.definitions.push_back(std::move(forecast));
   }
 
+  /** Takes back what is told of places that only root can see. */
+  static void find_hidden(Forecast& forecast, Turn turn) {
+    if (geteuid() == 0 || turn == Turn::none) return;
+    const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+    const bool source_counts = turn == Turn::build && forecast.outcome != Outcome::stands &&
+                               forecast.outcome != Outcome::made &&
+                               forecast.outcome != Outcome::replaced;
+    const bool path_hidden = is_hidden(to) && forecast.outcome != Outcome::stands;
+    if (!path_hidden && !(source_counts && is_hidden(from))) return;
+    forecast.outcome = Outcome::unknown;
+    forecast.findings.clear();
+    add(forecast, Problem::hidden, path_hidden ? to : from);
+  }
+
   void find_ties(Forecast& forecast) {
     auto& footprint = forecast.footprint;
     if (!m_ties.empty()) {
@@ -154,6 +177,9 @@ class Surveyor {
       forecast.ties = m_ties.ties_of(footprint);
       forecast.sure = forecast.sure && forecast.ties.empty();
     }
+    // A definition that certainly fails at once changes nothing, except for new folders.
+    const bool keeps_all = forecast.outcome == Outcome::fails && forecast.remains == Remains::all;
+    if (keeps_all && forecast.sure) footprint.changed.clear();
     m_ties.add(forecast.line, footprint);
   }
 
@@ -163,7 +189,7 @@ class Surveyor {
     if (forecast.outcome == Outcome::stands) return entries;
     // Whether a link leads anywhere decides about its undoing.
     const auto followed = forecast.definition.to + '/';
-    for (const auto& path : {followed, forecast.content, forecast.definition.from}) {
+    for (const auto& path : {followed, forecast.content}) {
       const auto way = way_along(path);
       entries.insert(entries.end(), way.entries.begin(), way.entries.end());
     }
@@ -178,7 +204,8 @@ class Surveyor {
   }
 
   /** Tells of a line that there is nothing at its source, unless another line may bring it. */
-  void survey_target(std::size_t line) {
+  void survey_target(const Missing& missing) {
+    const auto line = missing.line;
     auto definition = *read_lnk_line(m_texts[line - 1]);
     if (m_ties.may_change(target_of(definition))) return;
     auto at = std::ranges::lower_bound(m_survey.definitions, line, {}, &Forecast::line);
@@ -188,6 +215,10 @@ class Surveyor {
     }
     const bool is_link = at->outcome == Outcome::stands || at->outcome == Outcome::made ||
                          at->outcome == Outcome::replaced;
+    if (missing.hidden) {
+      if (at->outcome != Outcome::unknown) add(*at, Problem::hidden, definition.from);
+      return;
+    }
     if (is_link) add(*at, Problem::leads_nowhere, definition.from);
     if (at->outcome == Outcome::none) add(*at, Problem::source_missing, definition.from);
   }
@@ -197,7 +228,8 @@ class Surveyor {
     if (script.from.empty() || script.to.empty()) {
       findings.push_back({number, {Problem::value_missing}});
     } else if (!exists(script.from) && !m_ties.may_change(script.from)) {
-      findings.push_back({number, {Problem::source_missing, script.from}});
+      const auto problem = errno == EACCES ? Problem::hidden : Problem::source_missing;
+      findings.push_back({number, {problem, script.from}});
     }
   }
 
@@ -213,11 +245,15 @@ class Surveyor {
   Twins m_twins;
 };
 
+bool is_problem(const Finding& finding) {
+  return !is_notice(finding.problem);
+}
+
 bool is_wrong(const Forecast& forecast) {
   // A link that has been undone already is what its definition wants.
   const bool undone = forecast.reason == Reason::missing || forecast.reason == Reason::no_link;
-  return !forecast.findings.empty() || !forecast.ties.empty() || forecast.deleted ||
-         (forecast.outcome == Outcome::left_alone && !undone);
+  return std::ranges::any_of(forecast.findings, is_problem) || !forecast.ties.empty() ||
+         forecast.deleted || (forecast.outcome == Outcome::left_alone && !undone);
 }
 
 bool changes(const Forecast& forecast) {
@@ -227,7 +263,6 @@ bool changes(const Forecast& forecast) {
 }  // namespace
 
 std::size_t number_of_problems(const Survey& survey) {
-  const auto is_problem = [](const Finding& finding) { return !is_notice(finding.problem); };
   const auto number =
       std::ranges::count_if(survey.definitions, is_wrong) +
       std::ranges::count_if(survey.window.findings, is_problem, &LineFinding::finding) +

@@ -87,7 +87,18 @@ class WindowLoader::Tables {
     const auto word = file ? operation_word(definition) : script_word(definition);
     // In most lines it is the last word.
     if (text.ends_with(word)) return;
+    if (file) find_other_values(definition, text);
     if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(Problem::other_operation, word);
+  }
+
+  /** Finds a flag or a time that the window reads as another one. */
+  void find_other_values(const BakDefFields& definition, std::string_view text) {
+    const auto written = lnk_line(definition);
+    const auto fields = fields_of(text, "lnk");
+    const auto kept = split(written, ',');
+    for (std::size_t at = 5; at < fields.size() && at < kept.size(); ++at) {
+      if (fields[at] != kept[at]) find(Problem::other_value, std::string{kept[at]});
+    }
   }
 
   static std::string script_word(const BakDefFields& script) {

@@ -29,6 +29,19 @@ std::string_view first_character(std::string_view text) {
   return text.substr(0, static_cast<std::size_t>(g_utf8_next_char(text.data()) - text.data()));
 }
 
+/** Returns whether a terminal shows a character and does nothing else with it. */
+bool is_plain(gunichar character) {
+  switch (g_unichar_type(character)) {
+    case G_UNICODE_CONTROL:
+    case G_UNICODE_FORMAT:
+    case G_UNICODE_LINE_SEPARATOR:
+    case G_UNICODE_PARAGRAPH_SEPARATOR:
+      return false;
+    default:
+      return true;
+  }
+}
+
 /** A piece of a text that stays in one line, and the columns that it takes. */
 struct Word {
   std::string_view text;
@@ -41,32 +54,51 @@ std::size_t columns_of(gunichar character) {
   return g_unichar_iswide(character) ? 2 : 1;
 }
 
-/** Returns whether a line may not begin with this character. */
+/** Returns whether a line may not begin with this character, although others of its script may. */
 bool closes(gunichar character) {
-  return g_unichar_ispunct(character);
+  switch (g_unichar_type(character)) {
+    case G_UNICODE_CLOSE_PUNCTUATION:
+    case G_UNICODE_FINAL_PUNCTUATION:
+    case G_UNICODE_OTHER_PUNCTUATION:
+      return g_unichar_iswide(character) || character == U'”' || character == U'’';
+    default:
+      return false;
+  }
+}
+
+/** Returns whether a line may not end with this character. */
+bool opens(gunichar character) {
+  switch (g_unichar_type(character)) {
+    case G_UNICODE_OPEN_PUNCTUATION:
+      return g_unichar_iswide(character);
+    case G_UNICODE_INITIAL_PUNCTUATION:
+      return true;
+    default:
+      return false;
+  }
 }
 
 /** Cuts a text at its spaces, and between the characters of a script that writes none. */
 std::vector<Word> words_of(std::string_view text) {
   std::vector<Word> words;
-  bool new_word = true;
+  bool can_break = true;
   bool after_space = false;
   while (!text.empty()) {
     const auto letter = first_character(text);
     const gunichar character = g_utf8_get_char(letter.data());
     text.remove_prefix(letter.size());
     if (character == ' ') {
-      new_word = after_space = true;
+      can_break = after_space = true;
       continue;
     }
-    const bool wide = g_unichar_iswide(character);
-    if (new_word || (wide && !closes(character))) words.push_back({letter, 0, after_space});
+    const bool wide = g_unichar_iswide(character) || opens(character);
+    const bool begins = words.empty() || ((after_space || can_break || wide) && !closes(character));
+    if (begins) words.push_back({letter, 0, after_space});
     auto& word = words.back();
     word.text = {word.text.data(),
                  static_cast<std::size_t>(letter.data() + letter.size() - word.text.data())};
-    word.columns += columns_of(character);
-    new_word = wide;
-    if (new_word && !text.empty() && closes(g_utf8_get_char(text.data()))) new_word = false;
+    word.columns += columns_of(character) + (after_space && !begins ? 1 : 0);
+    can_break = (wide || closes(character)) && !opens(character);
     after_space = false;
   }
   return words;
@@ -88,12 +120,12 @@ std::string filled(std::string_view text, const std::vector<std::string>& words)
 }
 
 std::string printable(std::string_view text) {
-  std::string shown;
+  std::string shown{text.empty() ? "\"\"" : ""};
   while (!text.empty()) {
     const auto letter = first_character(text);
     const bool valid = !letter.empty() && letter[0] != '\0';
     const auto piece = valid ? letter : text.substr(0, 1);
-    const bool plain = valid && !g_unichar_iscntrl(g_utf8_get_char(piece.data()));
+    const bool plain = valid && is_plain(g_utf8_get_char(piece.data()));
     shown += plain ? std::string{piece} : escaped(piece);
     text.remove_prefix(piece.size());
   }
@@ -105,7 +137,7 @@ std::string number(std::uint64_t value) {
   auto text = std::to_string(value);
   const char* group = locale->grouping;
   for (std::size_t at = text.size(); *group > 0 && *group < CHAR_MAX;) {
-    const auto digits = static_cast<std::size_t>(*group);
+    const std::size_t digits = static_cast<unsigned char>(*group);
     if (at <= digits) break;
     at -= digits;
     text.insert(at, locale->thousands_sep);
@@ -125,8 +157,8 @@ std::string amount(const Tally& tally) {
                                                  : _("%1 and %2 (%3)");
   auto text = filled(pattern, {folders, files, size});
   if (tally.unreadable > 0) {
-    text += filled(ngettext(", and more in %1 folder that cannot be read",
-                            ", and more in %1 folders that cannot be read", tally.unreadable),
+    text += filled(ngettext(", and what is in %1 folder that cannot be read",
+                            ", and what is in %1 folders that cannot be read", tally.unreadable),
                    {number(tally.unreadable)});
   }
   return text;

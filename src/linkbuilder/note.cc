@@ -13,6 +13,8 @@
 #include <span>
 #include <system_error>
 
+#include <glib/gi18n.h>
+
 #include "base/descriptor.h"
 #include "base/diagnostics.h"
 #include "base/file.h"
@@ -60,9 +62,9 @@ std::optional<Work> read_work(std::span<const std::string_view> field) {
 const char* distrust(int descriptor, uid_t owner) {
   struct stat status {};
   if (fstat(descriptor, &status) != 0) return g_strerror(errno);
-  if (!S_ISREG(status.st_mode)) return "it is no regular file";
-  if (status.st_uid != owner) return "it belongs to another user";
-  return (status.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? "other users may write it" : nullptr;
+  if (!S_ISREG(status.st_mode)) return N_("it is no regular file");
+  if (status.st_uid != owner) return N_("it belongs to another user");
+  return (status.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? N_("other users may write it") : nullptr;
 }
 
 /** Returns whether what a work has moved to the source was renamed, so that it is no copy. */
@@ -118,7 +120,7 @@ StoredNote stored_note(const char* path, uid_t owner) {
   if (const char* const why = distrust(file.number(), owner)) return {{}, why};
   const auto bytes = read_file(path);
   auto works = bytes.error ? std::nullopt : read_note(bytes.text());
-  return works ? StoredNote{std::move(*works), ""} : StoredNote{{}, "it is damaged"};
+  return works ? StoredNote{std::move(*works), ""} : StoredNote{{}, N_("it is damaged")};
 }
 
 Note::Note(const char* path) : m_path(path) {

@@ -91,12 +91,12 @@ Mounts::Mounts() {
 Spot Mounts::spot_of(const fs::path& path) const {
   const std::string text = as_prefix(path.c_str());
   struct statx status {};
-  if (statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &status) != 0 &&
-      path.has_relative_path()) {
-    auto spot = spot_of(path.parent_path());
-    spot.path += '/' + path.filename().native();
-    return spot;
-  }
+  const auto is_there = [&](const std::string& part) {
+    const char* const looked_up = part.empty() ? "/" : part.c_str();
+    return statx(AT_FDCWD, looked_up, AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &status) == 0;
+  };
+  // What is missing is in the mount of what is there above it.
+  for (auto part = text; !is_there(part) && !part.empty();) part.resize(part.rfind('/'));
   for (const auto& mount : m_mounts) {
     if (static_cast<std::uint64_t>(mount.id) == status.stx_mnt_id &&
         text.starts_with(mount.target)) {

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reads the document that varnholt-check prints for programs, and checks its members against the
+// manual page.
+#pragma once
+
+#include <json-glib/json-glib.h>
+
+#include <string>
+#include <vector>
+
+#include "base/glib-ptr.h"
+
+/** An object of the document. */
+class Told {
+ public:
+  explicit Told(JsonObject* object) : m_object(object) {}
+
+  bool has(const std::string& member) const {
+    return json_object_has_member(m_object, member.c_str()) != 0;
+  }
+  /** Returns the bytes of a text; empty when there is none. */
+  std::string text(const std::string& member) const;
+  gint64 number(const char* member) const { return json_object_get_int_member(m_object, member); }
+  bool flag(const char* member) const {
+    return json_object_get_boolean_member(m_object, member) != 0;
+  }
+  Told object(const char* member) const {
+    return Told{json_object_get_object_member(m_object, member)};
+  }
+  std::vector<Told> objects(const char* member) const;
+  std::vector<gint64> numbers(const char* member) const;
+
+  /** Returns the members that are missing, too many, or of another type than this schema says. */
+  std::string faults(const char* schema) const;
+
+ private:
+  JsonObject* m_object;
+};
+
+/** The whole document. */
+class CheckDocument {
+ public:
+  explicit CheckDocument(const std::string& text);
+
+  /** Returns why it is no such document; empty when it is one. */
+  std::string faults() const;
+  Told root() const;
+
+ private:
+  varnholt::ObjectPtr<JsonParser> m_parser;
+  std::string m_error;
+};
