@@ -11,7 +11,6 @@
 #include <iostream>
 #include <map>
 #include <random>
-#include <ranges>
 #include <sstream>
 #include <vector>
 
@@ -73,7 +72,8 @@ class World {
   World(const World&) = delete;
   World& operator=(const World&) = delete;
   ~World() {
-    for (const auto& point : std::views::reverse(m_mounted)) umount2(point.c_str(), MNT_DETACH);
+    std::for_each(m_mounted.rbegin(), m_mounted.rend(),
+                  [](const std::string& point) { umount2(point.c_str(), MNT_DETACH); });
     std::error_code ignored;
     fs::remove_all("/w", ignored);
     fs::remove("/etc/.varnholt.unfinished", ignored);

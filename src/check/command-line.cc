@@ -91,7 +91,14 @@ bool read_arguments(int argc, char** argv, Wish& wish) {
   return false;
 }
 
-std::size_t terminal_width() {
+/** Returns the width that the environment asks for, or that of the terminal, or the usual one. */
+std::size_t output_width() {
+  constexpr std::uint64_t widest = 10'000;
+  const char* const wanted = std::getenv("COLUMNS");
+  guint64 columns = 0;
+  if (wanted != nullptr && g_ascii_string_to_unsigned(wanted, 10, 1, widest, &columns, nullptr)) {
+    return columns;
+  }
   struct winsize size {};
   if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
   return ReportStyle{}.width;
@@ -118,7 +125,7 @@ std::string output_for(const Wish& wish, const Survey& survey) {
   return report_on(survey, {.all = wish.all != 0,
                             .summary_only = wish.quiet != 0,
                             .colour = wants_colour(),
-                            .width = terminal_width()});
+                            .width = output_width()});
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -135,15 +136,15 @@ std::string ties_of(const Forecast& forecast) {
     if (line > 0) lines += (lines.empty() ? "" : _(", ")) + std::to_string(line);
   }
   if (forecast.ties.front() > 0) {
-    return filled(
-        ngettext("What comes of it depends on what comes of line %1.",
-                 "What comes of it depends on what comes of lines %1.", forecast.ties.size()),
-        {lines});
+    return filled(ngettext("What comes of this line depends on what comes of line %1.",
+                           "What comes of this line depends on what comes of lines %1.",
+                           forecast.ties.size()),
+                  {lines});
   }
-  const std::string left = _("What comes of it depends on what an earlier run has left.");
+  std::string left = _("What comes of this line depends on what an earlier run has left.");
   if (lines.empty()) return left;
-  return filled(_("What comes of it depends on what an earlier run has left, and on other lines: "
-                  "%1."),
+  return filled(_("What comes of this line depends on what an earlier run has left, and on other "
+                  "lines: %1."),
                 {lines});
 }
 
@@ -152,7 +153,10 @@ std::vector<Sentence> sentences_on(const Forecast& forecast) {
   std::vector<Sentence> sentences;
   // Without a source or a path there is only that to tell.
   const bool nameless = forecast.definition.from.empty() || forecast.definition.to.empty();
-  if (forecast.outcome != Outcome::none || !nameless) {
+  if (!forecast.ties.empty()) {
+    sentences.push_back({ties_of(forecast), Tone::notice});
+    sentences.push_back({filled(_("As things are now: %1"), {what_comes(forecast)})});
+  } else if (forecast.outcome != Outcome::none || !nameless) {
     sentences.push_back({what_comes(forecast), fails ? Tone::alarm : Tone::plain});
   }
   for (const auto& finding : forecast.findings) {
@@ -167,7 +171,6 @@ std::vector<Sentence> sentences_on(const Forecast& forecast) {
       forecast.outcome != Outcome::dropped && forecast.outcome != Outcome::copied) {
     sentences.push_back({_("The line leaves the profile.")});
   }
-  if (!forecast.ties.empty()) sentences.push_back({ties_of(forecast), Tone::notice});
   return sentences;
 }
 
@@ -240,13 +243,21 @@ std::string counts_of(const Survey& survey) {
        {Outcome::fails, N_("%1 failing")},
        {Outcome::unknown, N_("%1 unknown")}}};
   std::string counts;
-  for (const auto& [outcome, text] : kinds) {
-    const auto told = std::ranges::count(survey.definitions, outcome, &Forecast::outcome);
-    const auto count =
-        outcome == Outcome::stands ? survey.standing : static_cast<std::uint64_t>(told);
-    if (count == 0) continue;
-    counts += (counts.empty() ? "" : _(", ")) + filled(_(text), {number(count)});
+  const auto count = [&counts](const char* text, std::uint64_t lines) {
+    if (lines == 0) return;
+    counts += (counts.empty() ? "" : _(", ")) + filled(_(text), {number(lines)});
+  };
+  std::map<Outcome, std::uint64_t> lines{{Outcome::stands, survey.standing}};
+  std::uint64_t tied = 0;
+  for (const auto& forecast : survey.definitions) {
+    if (!forecast.ties.empty()) {
+      ++tied;
+    } else if (forecast.outcome != Outcome::stands) {
+      ++lines[forecast.outcome];
+    }
   }
+  for (const auto& [outcome, text] : kinds) count(text, lines[outcome]);
+  count(N_("%1 depending on others"), tied);
   return counts.empty() ? std::string{_("none")} : counts;
 }
 
@@ -341,7 +352,7 @@ class Report {
 
   std::string coloured(const std::string& text, Tone tone) const {
     if (!m_style.colour || tone == Tone::plain) return text;
-    return (tone == Tone::alarm ? "\033[1;31m" : "\033[33m") + text + "\033[0m";
+    return (tone == Tone::alarm ? "\033[1;31m" : "\033[35m") + text + "\033[0m";
   }
 
   const Survey& m_survey;

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <future>
-#include <ranges>
 #include <string_view>
 #include <utility>
 
@@ -123,7 +122,8 @@ class Surveyor {
     if (note.works.empty()) return;
     std::vector<BakDefFields> definitions;
     apply_definitions(m_profile, [&](const BakDefFields& each) { definitions.push_back(each); });
-    for (const auto& work : std::views::reverse(note.works)) {
+    const std::vector<Work> newest_first{note.works.rbegin(), note.works.rend()};
+    for (const auto& work : newest_first) {
       const UnfinishedWork unfinished{work, treatment_of(work, definitions)};
       m_survey.unfinished.push_back(unfinished);
       if (is_left_alone(unfinished)) m_left_alone.push_back(work);
@@ -150,7 +150,7 @@ class Surveyor {
     if (twin > 0) add(forecast, Problem::same_path, std::to_string(twin));
     if (turn != Turn::none) find_ties(forecast);
     const bool stands = forecast.outcome == Outcome::stands;
-    m_survey.standing += stands ? 1 : 0;
+    if (stands && forecast.ties.empty()) ++m_survey.standing;
     const bool plain = (stands || forecast.outcome == Outcome::none) && forecast.findings.empty() &&
                        forecast.ties.empty();
     if (m_all || !plain) m_survey.definitions.push_back(std::move(forecast));

@@ -26,7 +26,7 @@ struct Survey {
   /** File definitions, in the order of the profile: all, or those of which there is much to tell.
    */
   std::vector<Forecast> definitions;
-  /** How many links are as they should be. */
+  /** How many links are as they should be, and stay so. */
   std::size_t standing = 0;
   /** In the order in which the next run takes them. */
   std::vector<UnfinishedWork> unfinished;
