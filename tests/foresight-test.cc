@@ -400,7 +400,7 @@ TEST_F(Foresight, ComesTrue) {
   const char* const asked = g_getenv("VARNHOLT_PAIRS");
   const char* const begin = g_getenv("VARNHOLT_FIRST_PAIR");
   const unsigned first = begin == nullptr ? 1 : static_cast<unsigned>(std::stoul(begin));
-  const unsigned pairs = asked == nullptr ? 300 : static_cast<unsigned>(std::stoul(asked));
+  const unsigned pairs = asked == nullptr ? 200 : static_cast<unsigned>(std::stoul(asked));
   std::cout.flush();
   const pid_t child = fork();
   if (child == 0) {
