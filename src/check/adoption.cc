@@ -7,16 +7,11 @@
 #include "check/surface.h"
 #include "linkbuilder/moves.h"
 #include "linkbuilder/places.h"
-#include "model/file-test.h"
 
 namespace fs = std::filesystem;
 
 namespace varnholt {
 namespace {
-
-bool is_folder(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
-}
 
 bool contains(const std::vector<fs::path>& entries, const fs::path& entry) {
   return std::ranges::count(entries, entry) > 0;

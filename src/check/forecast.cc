@@ -13,17 +13,12 @@
 #include "check/surface.h"
 #include "linkbuilder/moves.h"
 #include "linkbuilder/places.h"
-#include "model/file-test.h"
 
 namespace varnholt {
 namespace {
 
 bool is_relative(const std::string& path) {
   return !path.starts_with('/');
-}
-
-bool is_folder(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
 }
 
 std::optional<Finding> why_no_content(const std::string& content) {

@@ -14,6 +14,7 @@
 #include <limits>
 
 #include "base/text.h"
+#include "model/file-test.h"
 
 namespace varnholt {
 namespace {
@@ -33,6 +34,10 @@ bool is_read_only(const std::string& folder) {
 
 bool is_hidden(const std::string& path) {
   return access(path.c_str(), F_OK) != 0 && errno == EACCES;
+}
+
+bool is_folder(const std::string& path) {
+  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
 }
 
 std::string folder_above(const std::string& path) {

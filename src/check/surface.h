@@ -13,6 +13,9 @@ namespace varnholt {
 /** Returns whether this user cannot see where a path leads, or whether anything is there. */
 bool is_hidden(const std::string& path);
 
+/** Returns whether a path leads to a folder. */
+bool is_folder(const std::string& path);
+
 /** Returns the folder in which the last name of a path stands, as the path spells it. */
 std::string folder_above(const std::string& path);
 
