@@ -39,7 +39,11 @@ class Adoption {
     if (const auto why = why_not_renamed()) return fail(m_forecast, *why, Remains::all);
     m_forecast.moved = m_ground.count(m_path);
     if (const auto why = why_no_way()) return fail(m_forecast, *why, Remains::backup);
-    if (is_same_place()) return fail(m_forecast, {Problem::same_place}, Remains::all);
+    if (is_same_place()) {
+      // By way of another mount it is copied there and back.
+      m_forecast.sure = m_forecast.sure && m_at_source == m_path;
+      return fail(m_forecast, {Problem::same_place}, Remains::all);
+    }
     if (!clears_source()) return;
     foretell_move();
   }
@@ -50,6 +54,7 @@ class Adoption {
     footprint.passed = way_along(m_to).entries;
     footprint.relied = way_along(m_source + '/').entries;
     footprint.relied.push_back(m_path);
+    footprint.relied.push_back(m_backup);
     footprint.whole = {m_path};
     footprint.changed = {m_path, m_backup};
     if (m_source.empty()) return;
@@ -60,10 +65,7 @@ class Adoption {
 
   std::optional<Finding> why_not_renamed() const {
     if (auto why = why_no_link_at(m_to)) return why;
-    const auto mounted = m_ground.mounts().mount_points_from(m_path);
-    if (std::ranges::count(mounted, m_path.native()) > 0) {
-      return Finding{Problem::path_mounted, m_path};
-    }
+    if (m_ground.mounts().is_mount_point(m_path)) return Finding{Problem::path_mounted, m_path};
     if (auto why = why_it_must_stay(m_to)) return why;
     const auto backup = free_backup_name(m_to);
     if (backup.empty() || why_too_long(backup)) return Finding{Problem::no_backup_name};
@@ -73,8 +75,7 @@ class Adoption {
   /** Returns whether the source is what is adopted, so that it only gets its name back. */
   bool is_same_place() const {
     const auto& mounts = m_ground.mounts();
-    return is_there(m_source) && mounts.spot_of(m_at_source) == mounts.spot_of(m_path) &&
-           mounts.mount_points_from(m_at_source).empty();
+    return is_there(m_source) && mounts.spot_of(m_at_source) == mounts.spot_of(m_path);
   }
 
   /** Returns why nothing can come to the source, once what is adopted has its backup name. */
@@ -82,15 +83,27 @@ class Adoption {
     if (m_source.empty()) return Finding{Problem::source_empty};
     if (leads_through_itself(m_to)) return Finding{Problem::path_through_itself};
     const auto folder = folder_above(m_source);
-    if (contains(way_along(folder).entries, m_path)) return Finding{Problem::source_in_path};
+    if (lies_in_path(folder)) return Finding{Problem::source_in_path};
     if (contains(way_along(m_source + '/').entries, m_backup)) {
       // What is found there depends on a name that nothing has now.
       m_forecast.sure = false;
       return Finding{Problem::source_by_backup, m_backup};
     }
     if (!is_folder(folder)) return Finding{Problem::source_folder_missing, folder};
-    if (auto why = why_nothing_can_be_made(folder)) return why;
+    // What stands at the source may be deleted nevertheless.
+    if (!is_there(m_source)) {
+      if (auto why = why_nothing_can_be_made(folder)) return why;
+    }
     return why_too_long(m_source);
+  }
+
+  /** Returns whether the way to a folder passes what is adopted, or something in it. */
+  bool lies_in_path(const std::string& folder) const {
+    const auto& mounts = m_ground.mounts();
+    const auto path = mounts.spot_of(m_path);
+    return std::ranges::any_of(way_along(folder).entries, [&](const fs::path& entry) {
+      return entry == m_path || holds(path, mounts.spot_of(entry));
+    });
   }
 
   /** Tells what becomes of what stands at the source. Returns whether the move is tried then. */
@@ -104,7 +117,8 @@ class Adoption {
       }
       if (dangles) {
         tell_link_at_source();
-        return true;
+        const auto stays = why_it_must_stay(m_source);
+        return !stays || failed(*stays, Remains::backup);
       }
     }
     switch (clearing_for(m_to, m_source)) {
@@ -127,24 +141,39 @@ class Adoption {
     const auto name = last_name(m_source);
     if (name == "." || name == "..") return failed({Problem::source_dots}, Remains::backup);
     if (m_ground.is_needed(m_at_source)) add(m_forecast, Problem::needed_by_run, m_source);
-    if (is_link(m_source)) {
-      tell_link_at_source();
-    } else {
-      m_forecast.deleted = m_ground.count(m_source);
-    }
+    const bool link = is_link(m_source);
+    if (!link) m_forecast.deleted = m_ground.count(m_source);
     if (const auto why = why_it_must_stay(m_source)) {
-      m_forecast.sure = false;
-      return failed(*why, Remains::backup_only);
+      // Of a folder all may go but its name.
+      m_forecast.sure = m_forecast.sure && link;
+      return failed(*why, link ? Remains::backup : Remains::backup_only);
     }
+    if (link) tell_link_at_source();
     const auto mounted = m_ground.mounts().mount_points_from(m_at_source);
     return mounted.empty() ||
            failed({Problem::source_mounted, mounted.front()}, Remains::backup_only);
   }
 
+  /** Overlays make mv(1) copy a folder even when it only gets another name. */
+  void check_renames() {
+    if (!renames_by_copy(m_path) || !is_folder(m_to)) return;
+    const auto mounted = m_ground.mounts().mount_points_from(m_path);
+    const auto cramped = m_ground.why_no_room(folder_above(m_to), *m_forecast.moved, {});
+    if (!mounted.empty()) add(m_forecast, Problem::mounted_below, mounted.front());
+    if (cramped) add(m_forecast, Problem::little_room, cramped->about);
+  }
+
   void foretell_move() {
     const auto there = folder_above(m_source);
+    check_room_for_link(m_forecast, folder_above(m_to), 0, m_ground);
+    if (!can_hold_links(folder_above(m_to))) add(m_forecast, Problem::no_links_there, m_to);
+    if (m_forecast.definition.from.ends_with('/') && !is_folder(m_to)) {
+      add(m_forecast, Problem::leads_nowhere, m_forecast.definition.from);
+    }
+    check_renames();
     if (!is_copied_between(folder_above(m_to), there)) return;
-    const auto remains = m_forecast.deleted ? Remains::backup_only : Remains::backup;
+    const bool replaced = m_forecast.deleted || is_link(m_source);
+    const auto remains = replaced ? Remains::backup_only : Remains::backup;
     const auto mounted = m_ground.mounts().mount_points_from(m_path);
     if (!mounted.empty()) {
       m_forecast.sure = false;

@@ -66,13 +66,10 @@ std::optional<Finding> why_not_made(const Forecast& forecast, const Descent& des
   if (auto why = why_too_long(to)) return why;
   if (auto why = why_nothing_can_be_made(descent.there)) return why;
   if (!can_hold_links(descent.there)) return Finding{Problem::no_links, descent.there};
-  if (room_at(descent.there).entries <= descent.missing.size()) {
-    return Finding{Problem::no_room, descent.there};
-  }
   return why_no_content(from);
 }
 
-void foretell_new_link(Forecast& forecast) {
+void foretell_new_link(Forecast& forecast, Ground& ground) {
   const auto& to = forecast.definition.to;
   const auto [descent, blocked] = descent_to(to);
   forecast.outcome = Outcome::made;
@@ -88,7 +85,8 @@ void foretell_new_link(Forecast& forecast) {
     }
   }
   if (blocked) return fail(forecast, *blocked, Remains::all);
-  if (const auto why = why_not_made(forecast, descent)) fail(forecast, *why, Remains::all);
+  if (const auto why = why_not_made(forecast, descent)) return fail(forecast, *why, Remains::all);
+  check_room_for_link(forecast, descent.there, descent.missing.size(), ground);
 }
 
 void foretell_renewal(Forecast& forecast, Ground& ground) {
@@ -101,8 +99,9 @@ void foretell_renewal(Forecast& forecast, Ground& ground) {
   if (const auto why = why_it_must_stay(to)) return fail(forecast, *why, Remains::all);
   if (const auto why = why_no_content(from)) return fail(forecast, *why, Remains::nothing);
   if (leads_through_itself(to)) {
-    fail(forecast, {Problem::path_through_itself}, Remains::nothing);
+    return fail(forecast, {Problem::path_through_itself}, Remains::nothing);
   }
+  check_room_for_link(forecast, folder_above(to), 0, ground);
 }
 
 void foretell_link(Forecast& forecast, Ground& ground) {
@@ -115,7 +114,7 @@ void foretell_link(Forecast& forecast, Ground& ground) {
     case LinkTask::replace:
       return foretell_renewal(forecast, ground);
     case LinkTask::make:
-      return foretell_new_link(forecast);
+      return foretell_new_link(forecast, ground);
     case LinkTask::adopt:
       return foretell_adoption(forecast, ground);
     case LinkTask::unreadable:
@@ -147,7 +146,9 @@ void foretell_copy(Forecast& forecast, Ground& ground) {
     return fail(forecast, {Problem::path_through_itself}, Remains::nothing);
   }
   const auto& mounts = ground.mounts();
-  if (holds(mounts.spot_of(original.entries.back()), mounts.spot_of(link))) {
+  const auto spot = mounts.spot_of(link);
+  const auto copied = mounts.spots_from(original.entries.back());
+  if (std::ranges::any_of(copied, [&spot](const Spot& each) { return holds(each, spot); })) {
     forecast.sure = false;
     return fail(forecast, {Problem::copy_into_itself, content}, Remains::nothing);
   }
@@ -176,6 +177,9 @@ void foretell_undoing(Forecast& forecast, Ground& ground) {
   if (decision.task == UndoTask::copy) return foretell_copy(forecast, ground);
   forecast.outcome = Outcome::left_alone;
   forecast.reason = reason_for(decision.task);
+  if (forecast.reason == Reason::leads_nowhere && is_relative(forecast.content)) {
+    add(forecast, Problem::relative, forecast.content);
+  }
   if (forecast.reason == Reason::missing && is_link(forecast.definition.to)) {
     forecast.reason = Reason::dangling;
   }
@@ -192,6 +196,20 @@ void foretell_others(Forecast& forecast) {
 
 }  // namespace
 
+void check_room_for_link(Forecast& forecast, const std::string& folder, std::size_t missing,
+                         Ground& ground) {
+  // Up to this length a content needs no block of its own on the usual file systems, and no file
+  // system has been seen that takes no more than the other one.
+  constexpr std::size_t short_content = 59;
+  constexpr std::size_t long_content = 1000;
+  constexpr std::uint64_t page = 4096;
+  const auto length = forecast.definition.from.size();
+  const auto blocks = missing + (length > short_content ? 1 : 0);
+  const Tally need{.folders = missing, .files = 1, .disk_bytes = blocks * page};
+  const auto cramped = ground.why_no_room(folder, need, {});
+  if (cramped || length > long_content) add(forecast, Problem::little_room, folder);
+}
+
 void add(Forecast& forecast, Problem problem, const std::string& about) {
   forecast.findings.push_back({problem, about});
   forecast.sure = forecast.sure && !is_doubtful(problem);
@@ -200,7 +218,7 @@ void add(Forecast& forecast, Problem problem, const std::string& about) {
 void fail(Forecast& forecast, const Finding& why, Remains remains) {
   forecast.outcome = Outcome::fails;
   forecast.remains = remains;
-  forecast.findings.push_back(why);
+  add(forecast, why.problem, why.about);
 }
 
 std::optional<Finding> why_no_link_at(const std::string& path) {

@@ -120,6 +120,10 @@ Forecast foretell(BakDefFields definition, Turn turn, Ground& ground);
 void add(Forecast& forecast, Problem problem, const std::string& about = "");
 void fail(Forecast& forecast, const Finding& why, Remains remains);
 
+/** Adds a doubt when a link, and the folders above it that are missing, may not fit. */
+void check_room_for_link(Forecast& forecast, const std::string& folder, std::size_t missing,
+                         Ground& ground);
+
 /** Returns why no link can be at a path that is spelled in this way. */
 std::optional<Finding> why_no_link_at(const std::string& path);
 

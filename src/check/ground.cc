@@ -4,7 +4,6 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "check/surface.h"
@@ -20,13 +19,12 @@ std::uint64_t entries_of(const Tally& tally) {
 
 Ground::Ground(Count count, const std::vector<std::string>& needed) : m_count(std::move(count)) {
   for (const auto& file : needed) {
-    const auto way = way_along(file);
-    m_needed.insert(m_needed.end(), way.entries.begin(), way.entries.end());
+    for (const auto& entry : way_along(file).entries) m_needed.insert(m_mounts.spot_of(entry));
   }
 }
 
 bool Ground::is_needed(const std::filesystem::path& path) const {
-  return std::ranges::count(m_needed, path) > 0;
+  return m_needed.contains(m_mounts.spot_of(path));
 }
 
 std::optional<Finding> Ground::why_no_room(const std::string& folder, const Tally& need,
@@ -45,7 +43,8 @@ std::optional<Finding> Ground::why_no_room(const std::string& folder, const Tall
   // other links.
   constexpr std::uint64_t page = 4096;
   const auto at_most = 2 * promised.disk_bytes + page * entries_of(promised);
-  const bool surely = at_most <= room.bytes && entries_of(promised) <= room.entries;
+  const bool surely =
+      need.unreadable == 0 && at_most <= room.bytes && entries_of(promised) <= room.entries;
   return surely ? std::nullopt : std::optional{Finding{Problem::little_room, folder}};
 }
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -41,7 +42,7 @@ class Ground {
   Count m_count;
   Mounts m_mounts;
   /** What is passed on the ways to the needed files. */
-  std::vector<std::filesystem::path> m_needed;
+  std::set<Spot> m_needed;
   /** What earlier copies take, by the number of the device. */
   std::map<std::uint64_t, Tally> m_promised;
 };

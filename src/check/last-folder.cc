@@ -3,6 +3,7 @@
 #include "check/last-folder.h"
 
 #include <fcntl.h>
+#include <linux/limits.h>
 #include <unistd.h>
 
 namespace varnholt {
@@ -23,7 +24,10 @@ int LastFolder::open_for(const std::string& path, const char*& name) {
   name = path.c_str();
   const auto slash = path.rfind('/');
   // A name that ends the path is needed, and with a slash after it the path means something else.
-  if (slash == std::string::npos || slash + 1 == path.size()) return AT_FDCWD;
+  // A path that is too long must stay so.
+  if (slash == std::string::npos || slash + 1 == path.size() || path.size() >= PATH_MAX) {
+    return AT_FDCWD;
+  }
   const auto folder = std::string_view{path}.substr(0, slash + 1);
   if (folder != m_folder) {
     m_folder = folder;

@@ -155,7 +155,8 @@ std::vector<Sentence> sentences_on(const Forecast& forecast) {
   const bool nameless = forecast.definition.from.empty() || forecast.definition.to.empty();
   if (!forecast.ties.empty()) {
     sentences.push_back({ties_of(forecast), Tone::notice});
-    sentences.push_back({filled(_("As things are now: %1"), {what_comes(forecast)})});
+    sentences.push_back({filled(_("As things are now: %1"), {what_comes(forecast)}),
+                         fails ? Tone::alarm : Tone::plain});
   } else if (forecast.outcome != Outcome::none || !nameless) {
     sentences.push_back({what_comes(forecast), fails ? Tone::alarm : Tone::plain});
   }
@@ -224,8 +225,11 @@ std::vector<Sentence> sentences_on(const UnfinishedWork& unfinished) {
       sentences.push_back({_("The copy that stands there stays.")});
       break;
     case Treatment::Kind::finish:
+      sentences.push_back({remedy_on(unfinished)});
+      break;
     case Treatment::Kind::undo_again:
       sentences.push_back({remedy_on(unfinished)});
+      sentences.push_back({filled(_("Then the link %1 is undone."), {printable(work.to)})});
       break;
   }
   return sentences;

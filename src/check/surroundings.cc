@@ -2,6 +2,7 @@
 // What stands around a profile.
 #include "check/surroundings.h"
 
+#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include "base/paths.h"
 #include "check/surface.h"
 #include "linkbuilder/moves.h"
+#include "linkbuilder/places.h"
 #include "store/profile.h"
 #include "store/replace-file.h"
 
@@ -27,8 +29,9 @@ void look_at_profile(const char* path, std::vector<Finding>& findings) {
   if (stat(path, &status) != 0) return;
   if (status.st_uid != 0) findings.push_back({Problem::owner, std::to_string(status.st_uid)});
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({Problem::writable, path});
-  if (why_nothing_can_be_made(folder_above(path))) {
-    findings.push_back({Problem::profile_folder, folder_above(path)});
+  const bool mounted = Mounts{}.is_mount_point(way_along(path).entries.back());
+  if (why_it_must_stay(path) || mounted) {
+    findings.push_back({Problem::profile_fixed, path});
   }
 }
 
@@ -56,6 +59,14 @@ void look_for_save(const char* path, std::string_view profile, std::vector<Findi
 
 std::vector<std::string> needed_files() {
   std::vector<std::string> files{paths::profile, paths::unfinished, paths::backup_script};
+  // The commands need these libraries as well, and the loader.
+  dl_iterate_phdr(
+      [](struct dl_phdr_info* object, std::size_t /*size*/, void* data) {
+        const std::string name = object->dlpi_name;
+        if (name.starts_with('/')) static_cast<std::vector<std::string>*>(data)->push_back(name);
+        return 0;
+      },
+      &files);
   std::error_code unknown;
   const auto companion = fs::read_symlink("/proc/self/exe", unknown);
   if (!unknown) files.push_back(companion.parent_path() / "varnholt");

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <future>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -44,7 +45,10 @@ bool is_left_alone(const UnfinishedWork& unfinished) {
 }
 
 bool is_changed_by(const UnfinishedWork& unfinished) {
-  const auto& remedy = unfinished.treatment.remedy;
+  using Kind = Treatment::Kind;
+  const auto& [kind, remedy, why, settled] = unfinished.treatment;
+  // Another folder, or the link that is undone, makes a change for which there is no remedy here.
+  if (kind == Kind::elsewhere || kind == Kind::undo_again) return true;
   return !remedy.removed.empty() ||
          (remedy.then != Remedy::Then::nothing && remedy.then != Remedy::Then::done &&
           remedy.then != Remedy::Then::wait);
@@ -119,6 +123,8 @@ class Surveyor {
   void survey_unfinished() {
     const auto note = stored_note(paths::unfinished, 0);
     if (!note.why.empty()) m_survey.around.push_back({Problem::note_unread, note.why});
+    m_note_hidden = note.error == EACCES;
+    const bool fixed = why_nothing_can_be_made(folder_above(paths::unfinished)).has_value();
     if (note.works.empty()) return;
     std::vector<BakDefFields> definitions;
     apply_definitions(m_profile, [&](const BakDefFields& each) { definitions.push_back(each); });
@@ -127,7 +133,7 @@ class Surveyor {
       const UnfinishedWork unfinished{work, treatment_of(work, definitions)};
       m_survey.unfinished.push_back(unfinished);
       if (is_left_alone(unfinished)) m_left_alone.push_back(work);
-      if (!is_changed_by(unfinished)) continue;
+      if (!is_changed_by(unfinished) && !fixed) continue;
       Footprint footprint;
       for (const auto& path : {work.path(), work.other, without_final_slash(work.from)}) {
         footprint.changed.push_back(way_along(path).entries.back());
@@ -166,17 +172,34 @@ class Surveyor {
     const bool path_hidden = is_hidden(to) && forecast.outcome != Outcome::stands;
     if (!path_hidden && !(source_counts && is_hidden(from))) return;
     forecast.outcome = Outcome::unknown;
+    forecast.reason = Reason::none;
+    forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
     forecast.findings.clear();
+    for (const auto& path : {to, from, free_backup_name(to)}) {
+      const auto end = way_along(path).entries.back();
+      forecast.footprint.changed.push_back(end);
+      forecast.footprint.whole.push_back(end);
+    }
     add(forecast, Problem::hidden, path_hidden ? to : from);
   }
 
   void find_ties(Forecast& forecast) {
     auto& footprint = forecast.footprint;
+    std::set<std::size_t> lines;
     if (!m_ties.empty()) {
       if (footprint.changed.empty()) footprint.passed = footprint.relied = looked_at(forecast);
-      forecast.ties = m_ties.ties_of(footprint);
-      forecast.sure = forecast.sure && forecast.ties.empty();
+      lines.merge(m_ties.ties_of(footprint));
     }
+    // A note that only root can read may say anything, and a broken run does nothing more.
+    const bool stands = forecast.outcome == Outcome::stands;
+    if (m_note_hidden && !stands) lines.insert(0);
+    if (m_breaking_line > 0 && !stands) lines.insert(m_breaking_line);
+    forecast.ties.assign(lines.begin(), lines.end());
+    forecast.sure = forecast.sure && forecast.ties.empty();
+    const auto is_breaking = [](const Finding& each) {
+      return each.problem == Problem::needed_by_run;
+    };
+    if (std::ranges::any_of(forecast.findings, is_breaking)) m_breaking_line = forecast.line;
     // A definition that certainly fails at once changes nothing, except for new folders.
     const bool keeps_all = forecast.outcome == Outcome::fails && forecast.remains == Remains::all;
     if (keeps_all && forecast.sure) footprint.changed.clear();
@@ -239,6 +262,9 @@ class Surveyor {
   Ground& m_ground;
   Ties m_ties;
   std::vector<Work> m_left_alone;
+  bool m_note_hidden = false;
+  /** The last line that takes away what the run itself needs; 0 for none. */
+  std::size_t m_breaking_line = 0;
   /** The text of each line so far. */
   std::vector<std::string_view> m_texts;
   std::vector<std::pair<std::size_t, BakDefFields>> m_scripts;

@@ -3,11 +3,10 @@
 #include "check/ties.h"
 
 #include <algorithm>
-#include <set>
 
 namespace varnholt {
 
-std::vector<std::size_t> Ties::ties_of(const Footprint& footprint) const {
+std::set<std::size_t> Ties::ties_of(const Footprint& footprint) const {
   std::set<std::size_t> lines;
   const auto at = [&lines](const Lines& changes, const Spot& spot) {
     const auto [first, last] = changes.equal_range(spot);
@@ -23,9 +22,17 @@ std::vector<std::size_t> Ties::ties_of(const Footprint& footprint) const {
       }
     }
   };
-  for (const auto& path : footprint.passed) at(m_changed, m_mounts.spot_of(path));
+  // By way of a mount a place can be reached without passing the folders above it.
+  const auto at_or_above = [&](Spot spot) {
+    at(m_changed, spot);
+    while (!spot.path.empty()) {
+      spot.path.resize(spot.path.rfind('/'));
+      at(m_changed, spot);
+    }
+  };
+  for (const auto& path : footprint.passed) at_or_above(m_mounts.spot_of(path));
   for (const auto& path : footprint.relied) {
-    at(m_changed, m_mounts.spot_of(path));
+    at_or_above(m_mounts.spot_of(path));
     at(m_made, m_mounts.spot_of(path));
   }
   for (const auto& path : footprint.whole) {
@@ -34,7 +41,7 @@ std::vector<std::size_t> Ties::ties_of(const Footprint& footprint) const {
       below(m_made, spot);
     }
   }
-  return {lines.begin(), lines.end()};
+  return lines;
 }
 
 void Ties::add(std::size_t line, const Footprint& footprint) {

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
-#include <vector>
+#include <set>
 
 #include "check/forecast.h"
 #include "linkbuilder/places.h"
@@ -21,8 +21,8 @@ class Ties {
   /** Returns whether nothing is changed so far. */
   bool empty() const { return m_changed.empty(); }
 
-  /** Returns, in order, the lines that may change something where this work looks. */
-  std::vector<std::size_t> ties_of(const Footprint& footprint) const;
+  /** Returns the lines that may change something where this work looks. */
+  std::set<std::size_t> ties_of(const Footprint& footprint) const;
 
   /** Adds what the work of a line may change. */
   void add(std::size_t line, const Footprint& footprint);

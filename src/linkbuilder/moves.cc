@@ -2,7 +2,10 @@
 // Moves what stands at the path of a link out of the way, and onto the source.
 #include "linkbuilder/moves.h"
 
+#include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 
 #include <filesystem>
 #include <system_error>
@@ -29,6 +32,23 @@ constexpr int backup_names = 1000;
  */
 bool is_link_with_slash(const std::string& path) {
   return path.ends_with('/') && is_link(path.substr(0, 1 + path.find_last_not_of('/')));
+}
+
+/**
+ * Returns whether something is mounted at a path that ends with a slash. Its backup would lie
+ * inside it, on another mount than its own name, so mv(1) would copy all of it into itself for each
+ * name.
+ */
+bool is_mount_with_slash(const std::string& path) {
+  const auto end = path.find_last_not_of('/');
+  if (!path.ends_with('/') || end == std::string::npos) return false;
+  struct statx at {};
+  struct statx above {};
+  const auto name = path.rfind('/', end);
+  const auto folder = name == std::string::npos ? "." : path.substr(0, name + 1);
+  return statx(AT_FDCWD, path.c_str(), 0, STATX_MNT_ID, &at) == 0 &&
+         statx(AT_FDCWD, folder.c_str(), 0, STATX_MNT_ID, &above) == 0 &&
+         at.stx_mnt_id != above.stx_mnt_id;
 }
 
 }  // namespace
@@ -59,6 +79,11 @@ bool is_there(const std::string& path) {
 
 std::string backup_name(const std::string& path, int number) {
   return (path + std::string{backup_mark}) + std::to_string(number);
+}
+
+bool renames_by_copy(const std::string& path) {
+  struct statfs status {};
+  return statfs(path.c_str(), &status) == 0 && status.f_type == OVERLAYFS_SUPER_MAGIC;
 }
 
 bool is_elsewhere(const std::string& path, const std::string& other) {
@@ -117,7 +142,8 @@ bool move_file(const char* from_fn, const char* to_fn, const std::function<bool(
 
 char* main_backup_file(const char* filename) {
   g_return_val_if_fail(filename != NULL, nullptr);
-  for (int number = 0; number < varnholt::backup_names; ++number) {
+  const int names = varnholt::is_mount_with_slash(filename) ? 0 : varnholt::backup_names;
+  for (int number = 0; number < names; ++number) {
     const auto name = varnholt::backup_name(filename, number);
     if (varnholt::is_there(name)) continue;
     const int status = varnholt::run_step("/bin/mv -f " + varnholt::path_argument(filename) + ' ' +

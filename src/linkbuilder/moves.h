@@ -28,6 +28,9 @@ bool is_there(const std::string& path);
 /** Returns whether the folders above two paths are there, and on different file systems. */
 bool is_elsewhere(const std::string& path, const std::string& other);
 
+/** Returns whether mv(1) renames a folder in its place by a copy, as overlays make it do. */
+bool renames_by_copy(const std::string& path);
+
 /** What stands between a path and the number in the name of its backup. */
 constexpr std::string_view backup_mark = ".bak_";
 

@@ -6,6 +6,7 @@
 #include <libmount.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -83,6 +84,7 @@ Mounts::Mounts() {
   libmnt_fs* mount = nullptr;
   while (table && mnt_table_next_fs(table.get(), step.get(), &mount) == 0) {
     m_mounts.push_back({mnt_fs_get_id(mount),
+                        mnt_fs_get_parent_id(mount),
                         as_prefix(mnt_fs_get_target(mount)),
                         {mnt_fs_get_devno(mount), as_prefix(mnt_fs_get_root(mount))}});
   }
@@ -114,11 +116,29 @@ std::vector<Spot> Mounts::spots_from(const fs::path& path) const {
   return spots;
 }
 
+Spot Mounts::point_of(const Mount& mount) const {
+  const auto parent = std::ranges::find(m_mounts, mount.parent, &Mount::id);
+  if (parent == m_mounts.end() || !mount.target.starts_with(parent->target)) return {0, ""};
+  return {parent->root.device, parent->root.path + mount.target.substr(parent->target.size())};
+}
+
+Spot Mounts::seat_of(const fs::path& path) const {
+  auto seat = spot_of(path.parent_path());
+  if (path.has_relative_path()) seat.path += '/' + path.filename().native();
+  return seat;
+}
+
+bool Mounts::is_mount_point(const fs::path& path) const {
+  const auto seat = seat_of(path);
+  return std::ranges::any_of(m_mounts, [&](const Mount& mount) { return point_of(mount) == seat; });
+}
+
 std::vector<std::string> Mounts::mount_points_from(const fs::path& path) const {
-  const auto top = as_prefix(path.c_str());
+  const auto seat = seat_of(path);
   std::vector<std::string> points;
   for (const auto& mount : m_mounts) {
-    if (mount.target == top || mount.target.starts_with(top + '/')) points.push_back(mount.target);
+    const auto point = point_of(mount);
+    if (!point.path.empty() && holds(seat, point)) points.push_back(mount.target);
   }
   return points;
 }

@@ -50,15 +50,28 @@ class Mounts {
   /** Returns the place of such a path and the roots of all mounts below it. */
   std::vector<Spot> spots_from(const std::filesystem::path& path) const;
 
-  /** Returns where something is mounted, from such a path down. */
+  /** Returns whether something is mounted at such a path. */
+  bool is_mount_point(const std::filesystem::path& path) const;
+
+  /**
+   * Returns what is mounted at such a path or below it, as the paths of the mounts. The kernel lets
+   * nobody rename or remove a mount point, by whatever other mount its folder is reached.
+   */
   std::vector<std::string> mount_points_from(const std::filesystem::path& path) const;
 
  private:
   struct Mount {
     int id = 0;
+    int parent = 0;
     std::string target;
     Spot root;
   };
+  /** Returns the place of the entry for a path in its folder, which a mount may cover. */
+  Spot seat_of(const std::filesystem::path& path) const;
+
+  /** Returns the place at which something is mounted, in the file system that is covered there. */
+  Spot point_of(const Mount& mount) const;
+
   std::vector<Mount> m_mounts;
 };
 

@@ -2,9 +2,6 @@
 // What is to be done about unfinished work.
 #include "linkbuilder/remedy.h"
 
-#include <linux/magic.h>
-#include <sys/vfs.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -67,12 +64,6 @@ std::optional<Remedy> decide_without_backup(const Work& work, const Place& path,
   // Somebody may have put back what was only the rest of a move.
   if (auto rest = remove_rest(path, source, Then::link)) return rest;
   return is_part_of_copy(source.path, path.path) ? std::optional{Remedy{}} : std::nullopt;
-}
-
-/** Returns whether mv(1) renames a folder in its place by a copy, as overlays make it do. */
-bool renames_by_copy(const std::string& path) {
-  struct statfs status {};
-  return statfs(path.c_str(), &status) == 0 && status.f_type == OVERLAYFS_SUPER_MAGIC;
 }
 
 /** Decides when the backup is there, and at the path what stood there when the work began. */
