@@ -16,7 +16,6 @@
 
 #include "base/glib-ptr.h"
 #include "check-document.h"
-#include "check/tally.h"
 #include "private-root.h"
 
 namespace fs = std::filesystem;
@@ -222,13 +221,31 @@ bool has_problem(const Told& told, const std::string& problem) {
   });
 }
 
-/** Returns whether a tally says what is at a path. */
-bool counts(const Told& tally, const std::string& path) {
-  const auto found = varnholt::tally_of(path, [] {});
-  const auto same = [&tally](const char* name, std::uint64_t value) {
-    return static_cast<std::uint64_t>(tally.number(name)) == value;
+/** Returns how much is at a path, in the words of a tally. */
+std::string amount_at(const fs::path& path) {
+  int folders = 0;
+  int files = 0;
+  std::uintmax_t bytes = 0;
+  const auto count = [&](const fs::path& entry) {
+    const auto status = fs::symlink_status(entry);
+    ++(fs::is_directory(status) ? folders : files);
+    if (fs::is_regular_file(status)) bytes += fs::file_size(entry);
   };
-  return same("folders", found.folders) && same("files", found.files) && same("bytes", found.bytes);
+  std::error_code error;
+  if (!fs::exists(fs::symlink_status(path, error))) return "";
+  count(path);
+  if (fs::is_directory(fs::symlink_status(path))) {
+    for (const auto& entry : fs::recursive_directory_iterator{path}) count(entry.path());
+  }
+  return std::to_string(folders) + ' ' + std::to_string(files) + ' ' + std::to_string(bytes);
+}
+
+/** Returns the amount that a definition tells; empty when it tells none. */
+std::string amount_told(const Told& told, const char* member) {
+  if (!told.has(member)) return "";
+  const auto tally = told.object(member);
+  return std::to_string(tally.number("folders")) + ' ' + std::to_string(tally.number("files")) +
+         ' ' + std::to_string(tally.number("bytes"));
 }
 
 std::string without_slash(std::string path) {
@@ -241,6 +258,9 @@ struct Before {
   explicit Before(const Told& told)
       : path(seen(told.text("path"), false)),
         source(seen(without_slash(told.text("source")), false)) {
+    const auto at_source = without_slash(told.text("source"));
+    std::error_code ignored;
+    if (!fs::is_symlink(fs::symlink_status(at_source, ignored))) lost = amount_at(at_source);
     for (int number = 0; backup.empty(); ++number) {
       const auto name = told.text("path") + ".bak_" + std::to_string(number);
       if (seen(name, false) == "nothing") backup = name;
@@ -248,6 +268,8 @@ struct Before {
   }
   std::string path;
   std::string source;
+  /** What an adoption deletes at the source, which a link there does not count as. */
+  std::string lost;
   std::string backup;
 };
 
@@ -275,11 +297,13 @@ bool came_true(const Told& told, const Before& before) {
   const auto outcome = told.text("outcome");
   if (outcome == "made" || outcome == "replaced") return is_link_to(path, source);
   if (outcome == "adopted") {
-    return is_link_to(path, source) && counts(told.object("moved"), without_slash(source)) &&
-           seen(before.backup, false) == "nothing";
+    return is_link_to(path, source) && seen(before.backup, false) == "nothing" &&
+           amount_told(told, "moved") == amount_at(without_slash(source)) &&
+           amount_told(told, "deleted") == before.lost;
   }
   if (outcome == "copied") {
-    return !is_link_to(path, told.text("content")) && counts(told.object("copied"), path);
+    return !is_link_to(path, told.text("content")) &&
+           amount_told(told, "copied") == amount_at(path);
   }
   if (outcome == "fails") return failed_as_told(told, before);
   return seen(path, false) == before.path;
