@@ -195,8 +195,7 @@ class Adoption {
   Ground& m_ground;
   const std::string& m_to;
   std::string m_source;
-  /** What is adopted, what stands at the source, and the backup, without links above their names.
-   */
+  /** What is adopted, the source, and the backup, each without links above its name. */
   fs::path m_path;
   fs::path m_at_source;
   fs::path m_backup;

@@ -198,8 +198,7 @@ void foretell_others(Forecast& forecast) {
 
 void check_room_for_link(Forecast& forecast, const std::string& folder, std::size_t missing,
                          Ground& ground) {
-  // Up to this length a content needs no block of its own on the usual file systems, and no file
-  // system has been seen that takes no more than the other one.
+  // The usual file systems need no block for a short content. A long one does not fit into some.
   constexpr std::size_t short_content = 59;
   constexpr std::size_t long_content = 1000;
   constexpr std::uint64_t page = 4096;
