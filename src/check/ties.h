@@ -19,7 +19,7 @@ class Ties {
   explicit Ties(const Mounts& mounts) : m_mounts(mounts) {}
 
   /** Returns whether nothing is changed so far. */
-  bool empty() const { return m_changed.empty(); }
+  bool empty() const { return m_changed.empty() && m_made.empty(); }
 
   /** Returns the lines that may change something where this work looks. */
   std::set<std::size_t> ties_of(const Footprint& footprint) const;
