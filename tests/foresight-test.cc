@@ -29,7 +29,9 @@ std::string seen(const fs::path& path, bool with_times) {
   struct stat status {};
   if (lstat(path.c_str(), &status) != 0) return "nothing";
   std::ostringstream text;
-  text << status.st_dev << ' ' << status.st_ino << ' ' << status.st_mode << ' ' << status.st_size;
+  text << status.st_dev << ' ' << status.st_ino << ' ' << status.st_mode;
+  // The size of a folder tells what is in it.
+  if (!S_ISDIR(status.st_mode)) text << ' ' << status.st_size;
   if (S_ISLNK(status.st_mode)) text << ' ' << fs::read_symlink(path).native();
   if (S_ISREG(status.st_mode)) text << ' ' << std::ifstream{path}.rdbuf();
   if (with_times) {
@@ -56,6 +58,7 @@ class World {
  public:
   explicit World(unsigned seed) : m_random(seed) {
     for (const auto* folder : {"/etc", "/tmp", "/w"}) fs::create_directories(folder);
+    ::mount("none", "/w", "tmpfs", 0, nullptr);
     // Definitions that hang together are rare, so each line has a place of its own, as a rule.
     const int lines = 1 + number(4);
     for (int area = 0; area < lines; ++area) {
@@ -71,11 +74,9 @@ class World {
   World(const World&) = delete;
   World& operator=(const World&) = delete;
   ~World() {
-    std::for_each(m_mounted.rbegin(), m_mounted.rend(),
-                  [](const std::string& point) { umount2(point.c_str(), MNT_DETACH); });
-    std::error_code ignored;
-    fs::remove_all("/w", ignored);
-    fs::remove("/etc/.varnholt.unfinished", ignored);
+    // What is mounted below may stand somewhere else by now.
+    umount2("/w", MNT_DETACH);
+    fs::remove("/etc/.varnholt.unfinished");
   }
 
   const std::string& profile() const { return m_profile; }
@@ -157,7 +158,6 @@ class World {
                             : ::mount("none", point.c_str(), "tmpfs", 0,
                                       chance(30) ? "size=8k,nr_inodes=4" : "size=1m");
     if (result != 0) return;
-    m_mounted.push_back(point);
     if (!bind) std::ofstream{point + "/in"} << "mounted";
     if (!chance(30)) return;
     ::mount("none", point.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr);
@@ -187,7 +187,6 @@ class World {
   std::map<int, std::vector<std::string>> m_planted;
   std::map<int, std::vector<std::string>> m_links;
   std::string m_profile;
-  std::vector<std::string> m_mounted;
 };
 
 void store(const std::string& profile) {
