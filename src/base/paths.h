@@ -15,7 +15,7 @@ extern const char* const private_folder;
 extern const char* const temporary_profile;
 /** The backup and distribution script, for which the definitions are made. */
 extern const char* const backup_script;
-/** The folder of the translations; see bindtextdomain(3). */
+/** The folder of the translations, which may count from that of the program; see gettext(3). */
 extern const char* const catalogues;
 
 }  // namespace varnholt::paths

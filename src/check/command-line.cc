@@ -9,8 +9,10 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include <glib.h>
 #include <glib/gi18n.h>
@@ -43,7 +45,9 @@ struct Wish {
 
 void use_locale() {
   std::setlocale(LC_ALL, "");
-  bindtextdomain(text_domain, paths::catalogues);
+  std::error_code unknown;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  bindtextdomain(text_domain, (program.parent_path() / paths::catalogues).c_str());
   bind_textdomain_codeset(text_domain, "UTF-8");
   textdomain(text_domain);
 }
