@@ -35,11 +35,11 @@ bool is_link_with_slash(const std::string& path) {
 }
 
 /**
- * Returns whether something is mounted at a path that ends with a slash. Its backup would lie
- * inside it, on another mount than its own name, so mv(1) would copy all of it into itself for each
- * name.
+ * Returns whether a path that ends with a slash leads to another mount than that of its name, by a
+ * link or a mount there. Its backup would lie inside, so mv(1) would copy all of it into itself,
+ * for each backup name once more.
  */
-bool is_mount_with_slash(const std::string& path) {
+bool leads_to_mount_with_slash(const std::string& path) {
   const auto end = path.find_last_not_of('/');
   if (!path.ends_with('/') || end == std::string::npos) return false;
   struct statx at {};
@@ -142,7 +142,7 @@ bool move_file(const char* from_fn, const char* to_fn, const std::function<bool(
 
 char* main_backup_file(const char* filename) {
   g_return_val_if_fail(filename != NULL, nullptr);
-  const int names = varnholt::is_mount_with_slash(filename) ? 0 : varnholt::backup_names;
+  const int names = varnholt::leads_to_mount_with_slash(filename) ? 0 : varnholt::backup_names;
   for (int number = 0; number < names; ++number) {
     const auto name = varnholt::backup_name(filename, number);
     if (varnholt::is_there(name)) continue;
