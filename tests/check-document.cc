@@ -48,21 +48,11 @@ std::string Told::text(const std::string& member) const {
 }
 
 std::vector<Told> Told::objects(const char* member) const {
-  std::vector<Told> all;
-  auto* const array = json_object_get_array_member(m_object, member);
-  for (guint index = 0; index < json_array_get_length(array); ++index) {
-    all.emplace_back(json_array_get_object_element(array, index));
-  }
-  return all;
+  return elements<Told>(member, json_array_get_object_element);
 }
 
 std::vector<gint64> Told::numbers(const char* member) const {
-  std::vector<gint64> all;
-  auto* const array = json_object_get_array_member(m_object, member);
-  for (guint index = 0; index < json_array_get_length(array); ++index) {
-    all.push_back(json_array_get_int_element(array, index));
-  }
-  return all;
+  return elements<gint64>(member, json_array_get_int_element);
 }
 
 std::string Told::faults(const char* schema) const {

@@ -34,6 +34,16 @@ class Told {
   std::string faults(const char* schema) const;
 
  private:
+  template <typename Value, typename Get>
+  std::vector<Value> elements(const char* member, Get get) const {
+    std::vector<Value> all;
+    auto* const array = json_object_get_array_member(m_object, member);
+    for (guint index = 0; index < json_array_get_length(array); ++index) {
+      all.emplace_back(get(array, index));
+    }
+    return all;
+  }
+
   JsonObject* m_object;
 };
 

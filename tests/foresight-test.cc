@@ -14,7 +14,6 @@
 #include <sstream>
 #include <vector>
 
-#include "base/glib-ptr.h"
 #include "check-document.h"
 #include "private-root.h"
 
@@ -193,23 +192,6 @@ void store(const std::string& profile) {
   std::ofstream{::profile} << profile;
 }
 
-struct Said {
-  std::string text;
-  int status = 0;
-};
-
-Said run(std::vector<const char*> words) {
-  words.push_back(nullptr);
-  varnholt::TextPtr printed;
-  Said said;
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the words are not written to
-  auto* const argv = const_cast<char**>(words.data());
-  g_spawn_sync("/", argv, nullptr, G_SPAWN_STDERR_TO_DEV_NULL, nullptr, nullptr,
-               varnholt::out(printed), nullptr, &said.status, nullptr);
-  said.text = printed.get();
-  return said;
-}
-
 bool is_link(const Told& told) {
   return told.text("operation") == "symbolic";
 }
@@ -361,7 +343,7 @@ class Pair {
 
  private:
   static std::string run_link_builder() {
-    return run({"/bin/sh", "-c", "/dev/varnholt --save_symlink 2>&1"}).text;
+    return said_by({"/bin/sh", "-c", "/dev/varnholt --save_symlink 2>&1"}).text;
   }
 
   static void count(const Told& told, Score& score) {
@@ -384,7 +366,7 @@ class Pair {
   CheckDocument play_until(const std::string& profile) {
     store(profile);
     const auto snapshot = everything();
-    const auto said = run({"/dev/varnholt-check", "--json"});
+    const auto said = said_by({"/dev/varnholt-check", "--json"});
     CheckDocument document{said.text};
     m_said = profile + look(snapshot) + said.text;
     m_fault = document.faults();

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <utility>
 
 #include "base/glib-ptr.h"
 #include "scratch/scratch-paths.h"
@@ -28,7 +29,7 @@ bool enter_namespaces(int kinds) {
   return getuid() == 0;
 }
 
-std::string output_of(std::vector<const char*> words) {
+Said said_by(std::vector<const char*> words) {
   words.push_back(nullptr);
   varnholt::TextPtr printed;
   int status = -1;
@@ -36,8 +37,13 @@ std::string output_of(std::vector<const char*> words) {
   auto* const argv = const_cast<char**>(words.data());
   EXPECT_TRUE(g_spawn_sync("/", argv, nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
                            varnholt::out(printed), nullptr, &status, nullptr));
-  EXPECT_EQ(status, 0) << printed.get();
-  return printed.get();
+  return {printed.get(), status};
+}
+
+std::string output_of(std::vector<const char*> words) {
+  const auto said = said_by(std::move(words));
+  EXPECT_EQ(said.status, 0) << said.text;
+  return said.text;
 }
 
 void PrivateRoot::SetUp() {
@@ -49,10 +55,10 @@ void PrivateRoot::SetUp() {
   ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, nullptr), 0);
   constexpr auto* furnish =
       "set -e; cd \"$1\"; mkdir usr proc dev; ln -s usr/bin usr/lib usr/lib64 ."
-      "; touch dev/null dev/varnholt dev/varnholt-check; mount --rbind /proc proc; mount --bind -o "
-      "ro /usr usr"
-      "; mount --bind /dev/null dev/null; mount --bind -o ro \"$2\" dev/varnholt"
-      "; mount --bind -o ro \"$3\" dev/varnholt-check; echo furnished";
+      "; touch dev/null dev/varnholt dev/varnholt-check"
+      "; mount --rbind /proc proc; mount --bind -o ro /usr usr; mount --bind /dev/null dev/null"
+      "; mount --bind -o ro \"$2\" dev/varnholt; mount --bind -o ro \"$3\" dev/varnholt-check"
+      "; echo furnished";
   ASSERT_EQ(output_of({"sh", "-c", furnish, "sh", root.c_str(), VARNHOLT_PROGRAM,
                        VARNHOLT_CHECK_PROGRAM}),
             "furnished\n");

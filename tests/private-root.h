@@ -9,7 +9,14 @@
 #include <string>
 #include <vector>
 
-/** Runs a command and returns what it printed to standard output. */
+/** What a command has printed to standard output, and its wait status. */
+struct Said {
+  std::string text;
+  int status = -1;
+};
+Said said_by(std::vector<const char*> words);
+
+/** Returns what a command prints, which must not fail. */
 std::string output_of(std::vector<const char*> words);
 
 /**

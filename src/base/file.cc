@@ -43,6 +43,11 @@ std::string current_folder() {
   return std::filesystem::current_path(ignored);
 }
 
+std::string program_folder() {
+  std::error_code unknown;
+  return std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
+}
+
 void sync_folder_above(const std::string& path) {
   sync_with(fsync, path);
 }

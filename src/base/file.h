@@ -27,6 +27,9 @@ FileText read_file(const char* path);
 /** Returns the current folder; empty when it has none any more. */
 std::string current_folder();
 
+/** Returns the folder of the program that runs; empty where /proc is missing. */
+std::string program_folder();
+
 /**
  * Waits until the entries of the folder above `path` are on the disk. What fails is left as it is;
  * so it is in the next function.

@@ -25,9 +25,12 @@ class Adoption {
         m_ground(ground),
         m_to(forecast.definition.to),
         m_source(without_final_slash(forecast.definition.from)),
-        m_path(way_along(m_to).entries.back()),
+        m_way(way_along(m_to).entries),
+        m_way_of_source(way_along(m_source + '/').entries),
+        m_path(m_way.back()),
         m_at_source(way_along(m_source).entries.back()),
-        m_backup(m_path.parent_path() / last_name(free_backup_name(m_to))) {}
+        m_backup_name(free_backup_name(m_to)),
+        m_backup(m_path.parent_path() / last_name(m_backup_name)) {}
 
   void foretell() {
     m_forecast.outcome = Outcome::adopted;
@@ -51,8 +54,8 @@ class Adoption {
  private:
   void leave_footprint() {
     auto& footprint = m_forecast.footprint;
-    footprint.passed = way_along(m_to).entries;
-    footprint.relied = way_along(m_source + '/').entries;
+    footprint.passed = m_way;
+    footprint.relied = m_way_of_source;
     footprint.relied.push_back(m_path);
     footprint.relied.push_back(m_backup);
     footprint.whole = {m_path};
@@ -67,8 +70,9 @@ class Adoption {
     if (auto why = why_no_link_at(m_to)) return why;
     if (m_ground.mounts().is_mount_point(m_path)) return Finding{Problem::path_mounted, m_path};
     if (auto why = why_it_must_stay(m_to)) return why;
-    const auto backup = free_backup_name(m_to);
-    if (backup.empty() || why_too_long(backup)) return Finding{Problem::no_backup_name};
+    if (m_backup_name.empty() || why_too_long(m_backup_name)) {
+      return Finding{Problem::no_backup_name};
+    }
     return std::nullopt;
   }
 
@@ -84,7 +88,7 @@ class Adoption {
     if (leads_through_itself(m_to)) return Finding{Problem::path_through_itself};
     const auto folder = folder_above(m_source);
     if (lies_in_path(folder)) return Finding{Problem::source_in_path};
-    if (contains(way_along(m_source + '/').entries, m_backup)) {
+    if (contains(m_way_of_source, m_backup)) {
       // What is found there depends on a name that nothing has now.
       m_forecast.sure = false;
       return Finding{Problem::source_by_backup, m_backup};
@@ -111,7 +115,7 @@ class Adoption {
     if (m_source.ends_with('/')) add(m_forecast, Problem::source_slashes);
     if (is_link(m_source)) {
       // What it leads to may be what is adopted, which has another name by then.
-      const bool dangles = !exists(m_source) || contains(way_along(m_source + '/').entries, m_path);
+      const bool dangles = !exists(m_source) || contains(m_way_of_source, m_path);
       if (dangles && is_folder(m_to)) {
         return failed({Problem::source_is_dangling}, Remains::backup);
       }
@@ -195,9 +199,14 @@ class Adoption {
   Ground& m_ground;
   const std::string& m_to;
   std::string m_source;
+  /** What is passed on the way to the path, and on that to the source and where a link there leads.
+   */
+  std::vector<fs::path> m_way;
+  std::vector<fs::path> m_way_of_source;
   /** What is adopted, the source, and the backup, each without links above its name. */
   fs::path m_path;
   fs::path m_at_source;
+  std::string m_backup_name;
   fs::path m_backup;
 };
 

@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <system_error>
 
 #include <glib.h>
 #include <glib/gi18n.h>
@@ -45,9 +44,8 @@ struct Wish {
 
 void use_locale() {
   std::setlocale(LC_ALL, "");
-  std::error_code unknown;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  bindtextdomain(text_domain, (program.parent_path() / paths::catalogues).c_str());
+  bindtextdomain(text_domain,
+                 (std::filesystem::path{program_folder()} / paths::catalogues).c_str());
   bind_textdomain_codeset(text_domain, "UTF-8");
   textdomain(text_domain);
 }

@@ -82,6 +82,13 @@ class Document {
     json_builder_add_int_value(m_builder.get(), static_cast<gint64>(value));
   }
 
+  /** Adds an array of objects, whose members `fill` adds. */
+  template <typename Items, typename Fill>
+  void add_objects(const char* name, const Items& items, Fill fill) {
+    add_array(name, items,
+              [&](const auto& item) { add_object(nullptr, [&] { fill(*this, item); }); });
+  }
+
   std::string text() const {
     const auto generator = take_object(json_generator_new());
     const std::unique_ptr<JsonNode, FreeWith<json_node_unref>> root{
@@ -114,15 +121,9 @@ void add_finding(Document& document, const Finding& finding) {
   document.add_flag("notice", is_notice(finding.problem));
 }
 
-void add_findings(Document& document, const char* name, const std::vector<Finding>& findings) {
-  document.add_array(name, findings, [&](const Finding& finding) {
-    document.add_object(nullptr, [&] { add_finding(document, finding); });
-  });
-}
-
-const char* operation_of(const BakDefFields& definition) {
-  if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return "symbolic";
-  return definition.has(VH_FILE_OPERATION_TYPE_FOT_OverWrite) ? "overwrite" : "update";
+void add_line_finding(Document& document, const LineFinding& each) {
+  document.add("line", each.line);
+  add_finding(document, each.finding);
 }
 
 void add_forecast(Document& document, const Forecast& forecast) {
@@ -130,7 +131,7 @@ void add_forecast(Document& document, const Forecast& forecast) {
   document.add("line", forecast.line);
   document.add_bytes("source", definition.from);
   document.add_bytes("path", definition.to);
-  document.add("operation", operation_of(definition));
+  document.add("operation", std::string{operation_word(definition)}.c_str());
   document.add_flag("marked", definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted));
   document.add("outcome", word(outcomes, forecast.outcome));
   document.add_flag("sure", forecast.sure);
@@ -142,7 +143,7 @@ void add_forecast(Document& document, const Forecast& forecast) {
   add_tally(document, "moved", forecast.moved);
   add_tally(document, "deleted", forecast.deleted);
   add_tally(document, "copied", forecast.copied);
-  add_findings(document, "findings", forecast.findings);
+  document.add_objects("findings", forecast.findings, add_finding);
   document.add_array("depends-on", forecast.ties,
                      [&](std::size_t line) { document.add_number(line); });
 }
@@ -161,23 +162,14 @@ void add_unfinished(Document& document, const UnfinishedWork& unfinished) {
 }
 
 void add_survey(Document& document, const Survey& survey) {
-  document.add_array("unfinished", survey.unfinished, [&](const UnfinishedWork& unfinished) {
-    document.add_object(nullptr, [&] { add_unfinished(document, unfinished); });
-  });
-  document.add_array("definitions", survey.definitions, [&](const Forecast& forecast) {
-    document.add_object(nullptr, [&] { add_forecast(document, forecast); });
-  });
-  document.add_array("lines", survey.window.findings, [&](const LineFinding& each) {
-    document.add_object(nullptr, [&] {
-      document.add("line", each.line);
-      add_finding(document, each.finding);
-    });
-  });
+  document.add_objects("unfinished", survey.unfinished, add_unfinished);
+  document.add_objects("definitions", survey.definitions, add_forecast);
+  document.add_objects("lines", survey.window.findings, add_line_finding);
   document.add_object("reordered", [&] {
     document.add("files", survey.window.reordered_files);
     document.add("scripts", survey.window.reordered_scripts);
   });
-  add_findings(document, "around", survey.around);
+  document.add_objects("around", survey.around, add_finding);
 }
 
 }  // namespace

@@ -2,9 +2,11 @@
 // What the next run of the link builder makes of one definition.
 #include "check/forecast.h"
 
-#include <climits>
+#include <unistd.h>
 
 #include <algorithm>
+#include <climits>
+#include <optional>
 #include <utility>
 
 #include "base/text.h"
@@ -185,6 +187,27 @@ void foretell_undoing(Forecast& forecast, Ground& ground) {
   }
 }
 
+/** Takes back what is told of places that only root can see. */
+void find_hidden(Forecast& forecast, Turn turn) {
+  if (geteuid() == 0 || turn == Turn::none) return;
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  const bool source_counts = turn == Turn::build && forecast.outcome != Outcome::stands &&
+                             forecast.outcome != Outcome::made &&
+                             forecast.outcome != Outcome::replaced;
+  const bool path_hidden = is_hidden(to) && forecast.outcome != Outcome::stands;
+  if (!path_hidden && !(source_counts && is_hidden(from))) return;
+  forecast.outcome = Outcome::unknown;
+  forecast.reason = Reason::none;
+  forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
+  forecast.findings.clear();
+  for (const auto& path : {to, from, free_backup_name(to)}) {
+    const auto end = way_along(path).entries.back();
+    forecast.footprint.changed.push_back(end);
+    forecast.footprint.whole.push_back(end);
+  }
+  add(forecast, Problem::hidden, path_hidden ? to : from);
+}
+
 void foretell_others(Forecast& forecast) {
   const auto& definition = forecast.definition;
   if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) {
@@ -259,6 +282,7 @@ Forecast foretell(BakDefFields definition, Turn turn, Ground& ground) {
   if (is_relative(to) && !to.empty()) {
     add(forecast, Problem::relative, to);
   }
+  find_hidden(forecast, turn);
   return forecast;
 }
 

@@ -4,9 +4,8 @@
 
 #include <sys/stat.h>
 
-#include <utility>
-
 #include "check/surface.h"
+#include "check/surroundings.h"
 
 namespace varnholt {
 namespace {
@@ -17,13 +16,13 @@ std::uint64_t entries_of(const Tally& tally) {
 
 }  // namespace
 
-Ground::Ground(Count count, const std::vector<std::string>& needed) : m_count(std::move(count)) {
-  for (const auto& file : needed) {
-    for (const auto& entry : way_along(file).entries) m_needed.insert(m_mounts.spot_of(entry));
+bool Ground::is_needed(const std::filesystem::path& path) {
+  // Most runs change nothing.
+  if (m_needed.empty()) {
+    for (const auto& file : needed_files()) {
+      for (const auto& entry : way_along(file).entries) m_needed.insert(m_mounts.spot_of(entry));
+    }
   }
-}
-
-bool Ground::is_needed(const std::filesystem::path& path) const {
   return m_needed.contains(m_mounts.spot_of(path));
 }
 

@@ -9,7 +9,7 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "check/finding.h"
 #include "check/tally.h"
@@ -22,14 +22,13 @@ class Ground {
   /** Returns what stands at a path, or a tally that says that nobody has counted. */
   using Count = std::function<Tally(const std::string& path)>;
 
-  /** `needed` are the files without which a run cannot end well. */
-  Ground(Count count, const std::vector<std::string>& needed);
+  explicit Ground(Count count) : m_count(std::move(count)) {}
 
   Tally count(const std::string& path) const { return m_count(path); }
   const Mounts& mounts() const { return m_mounts; }
 
   /** Returns whether moving or removing what is at a path takes away what a run needs. */
-  bool is_needed(const std::filesystem::path& path) const;
+  bool is_needed(const std::filesystem::path& path);
 
   /**
    * Returns a finding when a copy may not fit into a folder, or certainly does not, given what is
@@ -41,7 +40,7 @@ class Ground {
  private:
   Count m_count;
   Mounts m_mounts;
-  /** What is passed on the ways to the needed files. */
+  /** What is passed on the ways to what a run needs, once somebody has asked for it. */
   std::set<Spot> m_needed;
   /** What earlier copies take, by the number of the device. */
   std::map<std::uint64_t, Tally> m_promised;

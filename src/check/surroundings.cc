@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <filesystem>
+#include <utility>
 
 #include "base/file.h"
 #include "base/paths.h"
@@ -17,20 +17,21 @@
 #include "store/profile.h"
 #include "store/replace-file.h"
 
-namespace fs = std::filesystem;
-
 namespace varnholt {
 namespace {
 
 constexpr std::array commands{"/bin/sh", "/bin/mv", "/bin/rm", "/bin/cp"};
 
-void look_at_profile(const char* path, std::vector<Finding>& findings) {
+std::pair<time_t, long> changed_at(const struct stat& status) {
+  return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+void look_at_profile(const char* path, const Mounts& mounts, std::vector<Finding>& findings) {
   struct stat status {};
   if (stat(path, &status) != 0) return;
   if (status.st_uid != 0) findings.push_back({Problem::owner, std::to_string(status.st_uid)});
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({Problem::writable, path});
-  const bool mounted = Mounts{}.is_mount_point(way_along(path).entries.back());
-  if (why_it_must_stay(path) || mounted) {
+  if (why_it_must_stay(path) || mounts.is_mount_point(way_along(path).entries.back())) {
     findings.push_back({Problem::profile_fixed, path});
   }
 }
@@ -43,9 +44,7 @@ void look_for_save(const char* path, std::string_view profile, std::vector<Findi
       saved.st_uid != geteuid()) {
     return;
   }
-  const bool newer = stat(path, &stored) != 0 || saved.st_mtim.tv_sec > stored.st_mtim.tv_sec ||
-                     (saved.st_mtim.tv_sec == stored.st_mtim.tv_sec &&
-                      saved.st_mtim.tv_nsec > stored.st_mtim.tv_nsec);
+  const bool newer = stat(path, &stored) != 0 || changed_at(saved) > changed_at(stored);
   const auto file = read_file(paths::temporary_profile);
   if (!newer || file.error) return;
   std::string text{file.text()};
@@ -67,19 +66,17 @@ std::vector<std::string> needed_files() {
         return 0;
       },
       &files);
-  std::error_code unknown;
-  const auto companion = fs::read_symlink("/proc/self/exe", unknown);
-  if (!unknown) files.push_back(companion.parent_path() / "varnholt");
+  files.push_back(program_folder() + "/varnholt");
   files.insert(files.end(), commands.begin(), commands.end());
   return files;
 }
 
-void look_around(const std::string& path, std::string_view profile,
+void look_around(const std::string& path, std::string_view profile, const Mounts& mounts,
                  std::vector<Finding>& findings) {
   if (path == paths::profile) {
-    look_at_profile(paths::profile, findings);
+    look_at_profile(paths::profile, mounts, findings);
     look_for_save(paths::profile, profile, findings);
-    const auto next = path + ".next";
+    const auto next = next_to(paths::profile);
     if (is_there(next)) findings.push_back({Problem::leftover, next});
   }
   if (!exists(paths::backup_script)) findings.push_back({Problem::no_script, paths::backup_script});

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "check/finding.h"
+#include "linkbuilder/places.h"
 
 namespace varnholt {
 
@@ -14,6 +15,7 @@ namespace varnholt {
 std::vector<std::string> needed_files();
 
 /** Adds what is to be said about the profile at `path` as a file, and about the files beside it. */
-void look_around(const std::string& path, std::string_view profile, std::vector<Finding>& findings);
+void look_around(const std::string& path, std::string_view profile, const Mounts& mounts,
+                 std::vector<Finding>& findings);
 
 }  // namespace varnholt

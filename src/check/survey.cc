@@ -2,13 +2,12 @@
 // Everything that can be told of a profile on this machine.
 #include "check/survey.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <future>
 #include <set>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "base/paths.h"
@@ -17,7 +16,6 @@
 #include "check/surface.h"
 #include "check/surroundings.h"
 #include "check/ties.h"
-#include "check/twins.h"
 #include "linkbuilder/decision.h"
 #include "linkbuilder/link-builder.h"
 #include "linkbuilder/moves.h"
@@ -26,22 +24,8 @@
 namespace varnholt {
 namespace {
 
-/** Returns whether the next run leaves the path of a work alone. */
 bool is_left_alone(const UnfinishedWork& unfinished) {
-  const auto& treatment = unfinished.treatment;
-  switch (treatment.kind) {
-    case Treatment::Kind::elsewhere:
-    case Treatment::Kind::keep_copy:
-      return true;
-    case Treatment::Kind::leave_alone:
-      return !treatment.settled;
-    case Treatment::Kind::finish:
-    case Treatment::Kind::undo_again:
-      return treatment.remedy.then == Remedy::Then::wait;
-    case Treatment::Kind::forget:
-      return false;
-  }
-  return false;
+  return unfinished.treatment.leaves_path_alone();
 }
 
 bool is_changed_by(const UnfinishedWork& unfinished) {
@@ -93,9 +77,9 @@ class Surveyor {
         m_all(all),
         m_survey(survey),
         m_ground(ground),
-        m_ties(ground.mounts()),
-        m_twins(number_of_lines(profile)) {
+        m_ties(ground.mounts()) {
     m_texts.reserve(number_of_lines(profile));
+    m_lines.reserve(number_of_lines(profile));
   }
 
   void survey() {
@@ -152,7 +136,6 @@ class Surveyor {
     }
     auto forecast = foretell(std::move(definition), turn, m_ground);
     forecast.line = m_texts.size();
-    find_hidden(forecast, turn);
     if (twin > 0) add(forecast, Problem::same_path, std::to_string(twin));
     if (turn != Turn::none) find_ties(forecast);
     const bool stands = forecast.outcome == Outcome::stands;
@@ -160,27 +143,6 @@ class Surveyor {
     const bool plain = (stands || forecast.outcome == Outcome::none) && forecast.findings.empty() &&
                        forecast.ties.empty();
     if (m_all || !plain) m_survey.definitions.push_back(std::move(forecast));
-  }
-
-  /** Takes back what is told of places that only root can see. */
-  static void find_hidden(Forecast& forecast, Turn turn) {
-    if (geteuid() == 0 || turn == Turn::none) return;
-    const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
-    const bool source_counts = turn == Turn::build && forecast.outcome != Outcome::stands &&
-                               forecast.outcome != Outcome::made &&
-                               forecast.outcome != Outcome::replaced;
-    const bool path_hidden = is_hidden(to) && forecast.outcome != Outcome::stands;
-    if (!path_hidden && !(source_counts && is_hidden(from))) return;
-    forecast.outcome = Outcome::unknown;
-    forecast.reason = Reason::none;
-    forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
-    forecast.findings.clear();
-    for (const auto& path : {to, from, free_backup_name(to)}) {
-      const auto end = way_along(path).entries.back();
-      forecast.footprint.changed.push_back(end);
-      forecast.footprint.whole.push_back(end);
-    }
-    add(forecast, Problem::hidden, path_hidden ? to : from);
   }
 
   void find_ties(Forecast& forecast) {
@@ -221,9 +183,12 @@ class Surveyor {
 
   /** Returns the earlier line of a link with the same path, or 0. */
   std::size_t twin_of(const BakDefFields& definition) {
-    return m_twins.add(definition.to, m_texts.size(), [&](std::size_t line) {
-      return read_lnk_line(m_texts[line - 1])->to == definition.to;
-    });
+    const auto line = m_texts.size();
+    // The profile outlives the definition, and wherever the path stands in its line it is the same.
+    const auto text = m_texts.back();
+    const auto path = text.substr(text.find(definition.to), definition.to.size());
+    const auto first = m_lines.emplace(path, line).first->second;
+    return first == line ? 0 : first;
   }
 
   /** Tells of a line that there is nothing at its source, unless another line may bring it. */
@@ -268,7 +233,8 @@ class Surveyor {
   /** The text of each line so far. */
   std::vector<std::string_view> m_texts;
   std::vector<std::pair<std::size_t, BakDefFields>> m_scripts;
-  Twins m_twins;
+  /** The first line of a link for each path. */
+  std::unordered_map<std::string_view, std::size_t> m_lines;
 };
 
 bool is_problem(const Finding& finding) {
@@ -306,9 +272,9 @@ Verdict verdict_on(const Survey& survey) {
 Survey survey_of(const std::string& path, std::string_view profile, bool all,
                  const Ground::Count& count) {
   Survey survey;
-  Ground ground{count, needed_files()};
+  Ground ground{count};
   Surveyor{profile, all, survey, ground}.survey();
-  look_around(path, profile, survey.around);
+  look_around(path, profile, ground.mounts(), survey.around);
   return survey;
 }
 

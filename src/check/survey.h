@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +22,7 @@ struct UnfinishedWork {
 };
 
 struct Survey {
-  /** File definitions, in the order of the profile: all, or those of which there is much to tell.
-   */
+  /** File definitions in the order of the profile: all, or those of which there is much to tell. */
   std::vector<Forecast> definitions;
   /** How many links are as they should be, and stay so. */
   std::size_t standing = 0;

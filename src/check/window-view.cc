@@ -3,9 +3,7 @@
 #include "check/window-view.h"
 
 #include <algorithm>
-#include <deque>
-#include <map>
-#include <string>
+#include <utility>
 
 #include <glib.h>
 
@@ -17,128 +15,90 @@
 namespace varnholt {
 namespace {
 
-/** The lines of the definitions of one page, in the order of its table. */
-class Page {
- public:
-  void add(std::size_t line, bool first) {
-    first ? m_lines.push_front(line) : m_lines.push_back(line);
-  }
-  std::size_t reordered() const { return std::ranges::is_sorted(m_lines) ? 0 : m_lines.size(); }
-
- private:
-  std::deque<std::size_t> m_lines;
-};
+/** Returns the word for the operation in the line of a boot script. */
+std::string script_word(const BakDefFields& script) {
+  const auto line = shl_line(script);
+  return line.substr(line.rfind(',') + 1);
+}
 
 }  // namespace
 
-class WindowLoader::Tables {
- public:
-  void load(std::string_view text, const ProfileLine& line) {
-    ++m_line;
-    if (line.kind == LineKind::other) return load_other(text);
-    if (!g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)) {
-      // A NUL byte ends the validation too.
-      if (text.find('\0') == std::string_view::npos) find(Problem::no_utf8);
-    }
-    if (line.kind == LineKind::default_route) return load_answer(line, text);
-    if (!line.definition && !line.route) return find_unreadable(text);
-    line.route ? load_route(line) : load_definition(line, text);
-  }
-
-  WindowView end() {
-    // Only the last answer about the default route counts.
-    for (std::size_t answer = 0; answer + 1 < m_answers.size(); ++answer) {
-      m_view.findings.push_back(
-          {m_answers[answer], {Problem::answer_repeated, std::to_string(m_answers.back())}});
-    }
-    std::ranges::stable_sort(m_view.findings, {}, &LineFinding::line);
-    m_view.reordered_files = m_files.reordered();
-    m_view.reordered_scripts = m_scripts.reordered();
-    return std::move(m_view);
-  }
-
- private:
-  void find(Problem problem, const std::string& about = "") {
-    m_view.findings.push_back({m_line, {problem, about}});
-  }
-
-  void load_other(std::string_view text) {
-    if (!trimmed(text).empty() && !text.starts_with("version")) find(Problem::unknown_kind);
-  }
-
-  void find_unreadable(std::string_view text) {
-    if (text.find('\0') != std::string_view::npos) return find(Problem::nul_byte);
-    find(Problem::fields, std::to_string(1 + std::ranges::count(text, ',')));
-  }
-
-  void load_answer(const ProfileLine& line, std::string_view text) {
-    if (!line.deletes_default_route) return find(Problem::nul_byte);
-    m_answers.push_back(m_line);
-    if (trimmed(text) != rut_del_line(*line.deletes_default_route)) {
-      find(Problem::other_answer, *line.deletes_default_route ? "yes" : "no");
-    }
-  }
-
-  void load_definition(const ProfileLine& line, std::string_view text) {
-    const auto& definition = *line.definition;
-    if (is_own_source(definition)) return find(Problem::own_source);
-    const bool file = line.kind == LineKind::file;
-    (file ? m_files : m_scripts).add(m_line, comes_first(definition));
-    const auto word = file ? operation_word(definition) : script_word(definition);
-    // In most lines it is the last word.
-    if (text.ends_with(word)) return;
-    if (file) find_other_values(definition, text);
-    if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(Problem::other_operation, word);
-  }
-
-  /** Finds a flag or a time that the window reads as another one. */
-  void find_other_values(const BakDefFields& definition, std::string_view text) {
-    const auto written = lnk_line(definition);
-    const auto fields = fields_of(text, "lnk");
-    const auto kept = split(written, ',');
-    for (std::size_t at = 5; at < fields.size() && at < kept.size(); ++at) {
-      if (fields[at] != kept[at]) find(Problem::other_value, std::string{kept[at]});
-    }
-  }
-
-  static std::string script_word(const BakDefFields& script) {
-    const auto line = shl_line(script);
-    return line.substr(line.rfind(',') + 1);
-  }
-
-  void load_route(const ProfileLine& line) {
-    const auto& route = *line.route;
-    if (const auto* const rival = m_routes->first_rival_of(route, nullptr)) {
-      const bool same_name = rival->name == route.name;
-      return find(same_name ? Problem::route_name_taken : Problem::route_taken,
-                  std::to_string(m_route_lines[rival]));
-    }
-    const auto item = take_object(new_rut_def_item(route));
-    m_routes->insert(item.get(), false);
-    m_route_lines.emplace(item.get(), m_line);
-    if (route.name.empty() || route.addr.empty() || route.mask.empty() || route.gw.empty()) {
-      find(Problem::value_missing);
-    }
-  }
-
-  WindowView m_view;
-  std::size_t m_line = 0;
-  Page m_files;
-  Page m_scripts;
-  std::vector<std::size_t> m_answers;
-  ObjectPtr<VhRutDefItemList> m_routes = take_object(vh_rut_def_item_list_new());
-  std::map<const VhRutDefItem*, std::size_t> m_route_lines;
-};
-
-WindowLoader::WindowLoader() : m_tables(std::make_unique<Tables>()) {}
-WindowLoader::~WindowLoader() = default;
-
 void WindowLoader::load(std::string_view text, const ProfileLine& line) {
-  m_tables->load(text, line);
+  ++m_line;
+  if (line.kind == LineKind::other) return load_other(text);
+  // A NUL byte ends the validation too.
+  const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
+  if (!valid && text.find('\0') == std::string_view::npos) find(Problem::no_utf8);
+  if (line.kind == LineKind::default_route) return load_answer(line, text);
+  if (!line.definition && !line.route) return find_unreadable(text);
+  line.route ? load_route(*line.route) : load_definition(line, text);
 }
 
 WindowView WindowLoader::end() {
-  return m_tables->end();
+  // Only the last answer about the default route counts.
+  for (std::size_t answer = 0; answer + 1 < m_answers.size(); ++answer) {
+    m_view.findings.push_back(
+        {m_answers[answer], {Problem::answer_repeated, std::to_string(m_answers.back())}});
+  }
+  m_view.reordered_files = m_files.reordered();
+  m_view.reordered_scripts = m_scripts.reordered();
+  return std::move(m_view);
+}
+
+void WindowLoader::find(Problem problem, const std::string& about) {
+  m_view.findings.push_back({m_line, {problem, about}});
+}
+
+void WindowLoader::load_other(std::string_view text) {
+  if (!trimmed(text).empty() && !text.starts_with("version")) find(Problem::unknown_kind);
+}
+
+void WindowLoader::find_unreadable(std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) return find(Problem::nul_byte);
+  find(Problem::fields, std::to_string(1 + std::ranges::count(text, ',')));
+}
+
+void WindowLoader::load_answer(const ProfileLine& line, std::string_view text) {
+  if (!line.deletes_default_route) return find(Problem::nul_byte);
+  m_answers.push_back(m_line);
+  if (trimmed(text) != rut_del_line(*line.deletes_default_route)) {
+    find(Problem::other_answer, *line.deletes_default_route ? "yes" : "no");
+  }
+}
+
+void WindowLoader::load_definition(const ProfileLine& line, std::string_view text) {
+  const auto& definition = *line.definition;
+  if (is_own_source(definition)) return find(Problem::own_source);
+  const bool file = line.kind == LineKind::file;
+  (file ? m_files : m_scripts).add(m_line, comes_first(definition));
+  const auto word = file ? operation_field(definition) : script_word(definition);
+  // In most lines it is the last word.
+  if (text.ends_with(word)) return;
+  if (file) find_other_values(definition, text);
+  if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(Problem::other_operation, word);
+}
+
+void WindowLoader::find_other_values(const BakDefFields& definition, std::string_view text) {
+  const auto written = lnk_line(definition);
+  const auto fields = fields_of(text, "lnk");
+  const auto kept = split(written, ',');
+  for (std::size_t at = 5; at < fields.size() && at < kept.size(); ++at) {
+    if (fields[at] != kept[at]) find(Problem::other_value, std::string{kept[at]});
+  }
+}
+
+void WindowLoader::load_route(const RutDefFields& route) {
+  if (const auto* const rival = m_routes->first_rival_of(route, nullptr)) {
+    const bool same_name = rival->name == route.name;
+    return find(same_name ? Problem::route_name_taken : Problem::route_taken,
+                std::to_string(m_route_lines[rival]));
+  }
+  const auto item = take_object(new_rut_def_item(route));
+  m_routes->insert(item.get(), false);
+  m_route_lines.emplace(item.get(), m_line);
+  if (route.name.empty() || route.addr.empty() || route.mask.empty() || route.gw.empty()) {
+    find(Problem::value_missing);
+  }
 }
 
 }  // namespace varnholt

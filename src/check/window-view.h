@@ -2,12 +2,17 @@
 // What the window makes of a profile: which lines its next save loses or changes.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <memory>
+#include <deque>
+#include <map>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/glib-ptr.h"
 #include "check/finding.h"
+#include "model/bak-model.h"
 #include "store/profile.h"
 
 namespace varnholt {
@@ -28,11 +33,6 @@ struct WindowView {
 /** Loads a profile line by line, as the tables of the window do. */
 class WindowLoader {
  public:
-  WindowLoader();
-  WindowLoader(const WindowLoader&) = delete;
-  WindowLoader& operator=(const WindowLoader&) = delete;
-  ~WindowLoader();
-
   /** Loads the next line, which has this text and says this. */
   void load(std::string_view text, const ProfileLine& line);
 
@@ -40,8 +40,35 @@ class WindowLoader {
   WindowView end();
 
  private:
-  class Tables;
-  std::unique_ptr<Tables> m_tables;
+  /** The lines of the definitions of one page, in the order of its table. */
+  class Page {
+   public:
+    void add(std::size_t line, bool first) {
+      first ? m_lines.push_front(line) : m_lines.push_back(line);
+    }
+    std::size_t reordered() const { return std::ranges::is_sorted(m_lines) ? 0 : m_lines.size(); }
+
+   private:
+    std::deque<std::size_t> m_lines;
+  };
+
+  void find(Problem problem, const std::string& about = "");
+  void load_other(std::string_view text);
+  void load_answer(const ProfileLine& line, std::string_view text);
+  void load_definition(const ProfileLine& line, std::string_view text);
+  void load_route(const RutDefFields& route);
+  void find_unreadable(std::string_view text);
+  /** Finds a flag or a time that the window reads as another one. */
+  void find_other_values(const BakDefFields& definition, std::string_view text);
+
+  WindowView m_view;
+  std::size_t m_line = 0;
+  Page m_files;
+  Page m_scripts;
+  /** The lines that answer whether the default route is to be deleted. */
+  std::vector<std::size_t> m_answers;
+  ObjectPtr<VhRutDefItemList> m_routes = take_object(vh_rut_def_item_list_new());
+  std::map<const VhRutDefItem*, std::size_t> m_route_lines;
 };
 
 }  // namespace varnholt

@@ -50,14 +50,15 @@ bool wants_link(const BakDefFields& definition) {
          !definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
 }
 
-LinkDecision decide_link(const BakDefFields& definition, ReadLink read_link) {
+ssize_t read_link(const std::string& path, char* content, std::size_t size) {
+  return readlink(path.c_str(), content, size);
+}
+
+LinkDecision decide_link(const BakDefFields& definition, ReadLink read) {
   // Nearly every run finds nearly every link as it should be, and one call is enough to see that.
   std::array<char, PATH_MAX> content;  // NOLINT(*-member-init): clearing it takes as long again
-  const char* const to = definition.to.c_str();
-  const ssize_t length = read_link == nullptr
-                             ? readlink(to, content.data(), content.size())
-                             : read_link(definition.to, content.data(), content.size());
-  if (length < 0) return decide_by_kind(to, errno);
+  const ssize_t length = read(definition.to, content.data(), content.size());
+  if (length < 0) return decide_by_kind(definition.to.c_str(), errno);
   LinkDecision decision{
       LinkTask::replace, {content.data(), static_cast<std::size_t>(length)}, 0, 0};
   if (definition.from == decision.content) decision.task = LinkTask::none;

@@ -63,9 +63,10 @@ struct LinkDecision {
 
 /** Reads the content of a link as readlink(2) does. */
 using ReadLink = ssize_t (*)(const std::string& path, char* content, std::size_t size);
+ssize_t read_link(const std::string& path, char* content, std::size_t size);
 
 /** Decides about a definition that is not marked deleted. */
-LinkDecision decide_link(const BakDefFields& definition, ReadLink read_link = nullptr);
+LinkDecision decide_link(const BakDefFields& definition, ReadLink read = read_link);
 
 /** What undoing a link takes. */
 enum class UndoTask {

@@ -12,7 +12,6 @@
 #include <system_error>
 
 #include "base/diagnostics.h"
-#include "base/file.h"
 #include "linkbuilder/decision.h"
 #include "linkbuilder/link-operations.h"
 #include "linkbuilder/moves.h"
@@ -87,16 +86,14 @@ void tell(const Work& work, const std::string& why) {
 /**
  * Leaves a work to the operator, and its path alone as long as what the note alone knows of is
  * there: where the backup comes from, or that a copy is not whole. A copy in the place of a link
- * counts as finished when no line wants the link: the original is whole. Returns whether this run
- * may take the path.
+ * counts as finished when no line wants the link: the original is whole.
  */
-bool leave_alone(const Work& work, const char* why, bool settled, Note& note) {
+void leave_alone(const Work& work, const char* why, bool settled, Note& note) {
   const auto how_long = !work.has_backup()     ? work.to + " is there"
                         : is_there(work.other) ? work.other + " is there"
                                                : work.to + " and " + work.from + " are there";
   tell(work, "it is left alone" + (settled ? "" : " as long as " + how_long) + ", because " + why);
   if (settled) note.drop(work);
-  return settled;
 }
 
 const char* words_for(Treatment::Why why) {
@@ -153,26 +150,28 @@ bool heal_work(Work work, const Definitions& definitions, Note& note) {
   switch (treatment.kind) {
     case Treatment::Kind::elsewhere:
       tell(work, "it can be finished only in the folder " + work.folder);
-      return false;
+      break;
     case Treatment::Kind::leave_alone:
-      return leave_alone(work, words_for(treatment.why), treatment.settled, note);
+      leave_alone(work, words_for(treatment.why), treatment.settled, note);
+      break;
     case Treatment::Kind::forget:
       note.drop(work);
-      return true;
+      break;
     case Treatment::Kind::keep_copy:
       work.stage = Stage::undone;
       note.keep(work);
-      return false;
+      break;
     case Treatment::Kind::finish:
-      return finish(work, treatment.remedy, note);
+      if (!finish(work, treatment.remedy, note)) return false;
+      break;
     case Treatment::Kind::undo_again:
       // From here on nobody can tell the removal of the part from one by hand.
       work.inode = 0;
       if (!note.keep(work) || !mend(work, treatment.remedy, note)) return false;
       undo_again(work, note);
-      return true;
+      break;
   }
-  return false;
+  return !treatment.leaves_path_alone();
 }
 
 }  // namespace

@@ -66,6 +66,22 @@ Treatment treat_undoing(const Work& work, const Definitions& definitions) {
 
 }  // namespace
 
+bool Treatment::leaves_path_alone() const {
+  switch (kind) {
+    case Kind::elsewhere:
+    case Kind::keep_copy:
+      return true;
+    case Kind::leave_alone:
+      return !settled;
+    case Kind::finish:
+    case Kind::undo_again:
+      return remedy.then == Remedy::Then::wait;
+    case Kind::forget:
+      return false;
+  }
+  return false;
+}
+
 Treatment treatment_of(const Work& work, const Definitions& definitions) {
   if (!is_at_home(work)) return {Kind::elsewhere};
   return work.undoes() ? treat_undoing(work, definitions) : treat_adoption(work, definitions);

@@ -35,6 +35,9 @@ struct Treatment {
     unwanted,
   };
 
+  /** Returns whether a run does nothing with the path of the work after this. */
+  bool leaves_path_alone() const;
+
   Kind kind = Kind::forget;
   Remedy remedy{};
   Why why = Why::changed;

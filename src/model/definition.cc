@@ -42,10 +42,14 @@ std::optional<BakDefFields> read_lnk_line(std::string_view line) {
   return read;
 }
 
-std::string operation_word(const BakDefFields& definition) {
+std::string_view operation_word(const BakDefFields& definition) {
   const auto* const known = std::ranges::find_if(
       words, [&definition](const auto& word) { return definition.has(word.first); });
-  std::string field{known == std::end(words) ? "update" : known->second};
+  return known == std::end(words) ? "update" : known->second;
+}
+
+std::string operation_field(const BakDefFields& definition) {
+  std::string field{operation_word(definition)};
   if (definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) field += "|deleted";
   return field;
 }
@@ -53,7 +57,7 @@ std::string operation_word(const BakDefFields& definition) {
 std::string lnk_line(const BakDefFields& definition) {
   const bool update = definition.has(VH_FILE_OPERATION_TYPE_FOT_Update);
   std::string line = definition.is_dir ? "lnk,dir," : "lnk,file,";
-  line += definition.from + ',' + definition.to + ',' + operation_word(definition);
+  line += definition.from + ',' + definition.to + ',' + operation_field(definition);
   if (update || definition.has(VH_FILE_OPERATION_TYPE_FOT_OverWrite)) {
     line += update || definition.force_overwrite ? ",true," : ",false,";
     line += std::to_string(definition.last_oper_time);

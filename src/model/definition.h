@@ -39,8 +39,11 @@ struct BakDefFields {
  */
 std::optional<BakDefFields> read_lnk_line(std::string_view line);
 
-/** Returns the word for the operation of a file definition in its line. */
-std::string operation_word(const BakDefFields& definition);
+/** Returns the word for the operation of a definition, without its mark. */
+std::string_view operation_word(const BakDefFields& definition);
+
+/** Returns the field for the operation in the line of a file definition. */
+std::string operation_field(const BakDefFields& definition);
 
 /** Returns the line of a file definition, without a line end. */
 std::string lnk_line(const BakDefFields& definition);

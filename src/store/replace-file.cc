@@ -28,10 +28,6 @@ bool holds(const char* path, std::string_view text) {
   return !file.error && file.text() == text;
 }
 
-std::string next_to(const char* path) {
-  return std::string{path} + ".next";
-}
-
 /** A new file beside another one. It is removed in the end, unless it was moved away. */
 class Neighbour {
  public:
@@ -76,6 +72,10 @@ class Neighbour {
 };
 
 }  // namespace
+
+std::string next_to(const char* path) {
+  return std::string{path} + ".next";
+}
 
 ErrorPtr write_file(const char* path, mode_t mode, const std::string& text) {
   Neighbour neighbour{path, mode};

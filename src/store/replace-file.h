@@ -13,6 +13,9 @@
 
 namespace varnholt {
 
+/** Returns where the new text for a file is written. */
+std::string next_to(const char* path);
+
 /**
  * Replaces a file, or makes it, with this text and mode, as a whole and synced to the disk. Returns
  * null, or the error; the file then is as it was.
