@@ -105,7 +105,7 @@ class OurWindow {
     vh_bak_def_widget_update_items_last_oper_time(table());
     std::string text;
     main_save_imp(m_main.get(), &text);
-    if (varnholt::write_next_version(text, {}) != varnholt::NextVersion::written) {
+    if (varnholt::store::write_next_version(text, {}) != varnholt::store::NextVersion::written) {
       give_up("the profile is not written");
     }
   }

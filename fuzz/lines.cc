@@ -25,7 +25,7 @@ void check_text(const std::string& text) {
   };
   must_hold(std::ranges::none_of(text, [](char each) { return each >= 0 && each < ' '; }),
             "a control character: " + text);
-  must_hold(letters_of(varnholt::wrapped(text, indent, width)) == letters_of(text),
+  must_hold(letters_of(varnholt::check::wrapped(text, indent, width)) == letters_of(text),
             "not the same letters: " + text);
 }
 
@@ -40,28 +40,29 @@ void check(std::string_view line, auto read, auto written) {
   must_hold(again == text || again == text + ",true,0", "written in two ways: " + text);
 }
 
-bool loses(varnholt::Problem problem) {
-  using varnholt::Problem;
+bool loses(varnholt::check::Problem problem) {
+  using varnholt::check::Problem;
   return problem == Problem::fields || problem == Problem::nul_byte ||
          problem == Problem::own_source || problem == Problem::unknown_kind;
 }
 
 /** Checks what is told of a line against what the window keeps of it. */
 void check_view(std::string_view line) {
-  const auto read = varnholt::read_profile_line(line);
-  varnholt::WindowLoader window;
+  const auto read = varnholt::store::read_profile_line(line);
+  varnholt::check::WindowLoader window;
   window.load(line, read);
   const auto view = window.end();
-  const bool told = std::ranges::any_of(view.findings, [](const varnholt::LineFinding& each) {
-    must_hold(each.line == 1, "the number of the line");
-    return loses(each.finding.problem);
-  });
+  const bool told =
+      std::ranges::any_of(view.findings, [](const varnholt::check::LineFinding& each) {
+        must_hold(each.line == 1, "the number of the line");
+        return loses(each.finding.problem);
+      });
   const bool kept = read.route || read.deletes_default_route ||
-                    (read.definition && !varnholt::is_own_source(*read.definition));
-  const bool nothing_to_lose = read.kind == varnholt::LineKind::other &&
+                    (read.definition && !varnholt::model::is_own_source(*read.definition));
+  const bool nothing_to_lose = read.kind == varnholt::store::LineKind::other &&
                                (varnholt::trimmed(line).empty() || line.starts_with("version"));
   must_hold(told == (!kept && !nothing_to_lose), "whether the line is lost");
-  for (const auto& [number, finding] : view.findings) check_text(varnholt::text_of(finding));
+  for (const auto& [number, finding] : view.findings) check_text(varnholt::check::text_of(finding));
 }
 
 }  // namespace
@@ -69,10 +70,10 @@ void check_view(std::string_view line) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view line{reinterpret_cast<const char*>(data), size};
   check_view(line);
-  check_text(varnholt::printable(line));
-  check(line, varnholt::read_lnk_line, varnholt::lnk_line);
-  check(line, varnholt::read_shl_line, varnholt::shl_line);
-  check(line, varnholt::read_rut_add_line, varnholt::rut_add_line);
-  check(line, varnholt::read_rut_del_line, varnholt::rut_del_line);
+  check_text(varnholt::check::printable(line));
+  check(line, varnholt::model::read_lnk_line, varnholt::model::lnk_line);
+  check(line, varnholt::model::read_shl_line, varnholt::model::shl_line);
+  check(line, varnholt::model::read_rut_add_line, varnholt::model::rut_add_line);
+  check(line, varnholt::model::read_rut_del_line, varnholt::model::rut_del_line);
   return 0;
 }

@@ -24,7 +24,7 @@ std::string small_folder() {
 }
 
 /** Moves the paths of a work into the folder. Returns false when they lead out of it. */
-bool bring_into(const std::string& folder, varnholt::Work& work) {
+bool bring_into(const std::string& folder, varnholt::linkbuilder::Work& work) {
   for (auto* path : {&work.from, &work.to, &work.other}) {
     if (path->find("..") != std::string::npos) return false;
     path->insert(0, folder + '/');
@@ -37,13 +37,14 @@ bool bring_into(const std::string& folder, varnholt::Work& work) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const auto folder = small_folder();
   const std::string bytes{reinterpret_cast<const char*>(data), size};
-  const auto works = varnholt::read_note(bytes);
+  const auto works = varnholt::linkbuilder::read_note(bytes);
   if (!works) return 0;
-  must_hold(varnholt::note_text(*works) == bytes, "written as it was read");
-  must_hold(!varnholt::read_note(bytes.substr(0, size - 1)), "a part of a note is none");
+  must_hold(varnholt::linkbuilder::note_text(*works) == bytes, "written as it was read");
+  must_hold(!varnholt::linkbuilder::read_note(bytes.substr(0, size - 1)),
+            "a part of a note is none");
   for (auto work : *works) {
     if (!bring_into(folder, work)) continue;
-    const auto remedy = varnholt::remedy_for(work, {});
+    const auto remedy = varnholt::linkbuilder::remedy_for(work, {});
     must_hold(!remedy || remedy->removed.empty() || fs::exists(remedy->whole_at),
               "whole elsewhere");
   }

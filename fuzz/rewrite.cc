@@ -31,9 +31,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     expected += (expected.empty() ? "" : "\n") + line;
   }
   std::size_t handed_on = 0;
-  const auto done = varnholt::apply_definitions(
-      profile, [&handed_on](const varnholt::BakDefFields& /*definition*/) { ++handed_on; });
-  must_hold(varnholt::without_lines(profile, done) == expected, "the kept lines");
+  const auto done = varnholt::linkbuilder::apply_definitions(
+      profile, [&handed_on](const varnholt::model::BakDefFields& /*definition*/) { ++handed_on; });
+  must_hold(varnholt::linkbuilder::without_lines(profile, done) == expected, "the kept lines");
   must_hold(handed_on == definitions, "each definition once");
   return 0;
 }

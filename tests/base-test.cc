@@ -50,19 +50,20 @@ TEST(ReplaceFile, KeepsWhatSomebodyWritesMeanwhile) {
       g_file_set_contents(path.c_str(), ("ax" + std::string(written, 'b')).c_str(), -1, nullptr);
     };
     write();
-    const auto error = varnholt::replace_file(path.c_str(), 0640, [&](std::string_view text) {
-      std::string rest{text};
-      std::erase(rest, 'x');
-      // Until the replacement anybody may write the file.
-      if (written++ < writers) write();
-      return fails && written > 1 ? std::string(no_room.rlim_cur + 1, 'b') : rest;
-    });
+    const auto error =
+        varnholt::store::replace_file(path.c_str(), 0640, [&](std::string_view text) {
+          std::string rest{text};
+          std::erase(rest, 'x');
+          // Until the replacement anybody may write the file.
+          if (written++ < writers) write();
+          return fails && written > 1 ? std::string(no_room.rlim_cur + 1, 'b') : rest;
+        });
     EXPECT_EQ(error != nullptr, fails);
     EXPECT_EQ(varnholt::read_file(path.c_str()).text(),
               (fails ? "ax" : "a") + std::string(fails ? 2 : writers, 'b'));
   }
   // A folder that has taken the place of the file is not replaced.
-  EXPECT_TRUE(varnholt::replace_file(path.c_str(), 0640, [&](std::string_view text) {
+  EXPECT_TRUE(varnholt::store::replace_file(path.c_str(), 0640, [&](std::string_view text) {
     std::filesystem::remove(path);
     std::filesystem::create_directory(path);
     return std::string{text};

@@ -81,7 +81,7 @@ class RowList : public testing::Test {
 
   auto at_row(int number) {
     return std::ranges::find_if(naive, [number](const auto& item) {
-      return item->iter && varnholt::same_row(*item->iter, row_of(number));
+      return item->iter && varnholt::model::same_row(*item->iter, row_of(number));
     });
   }
 

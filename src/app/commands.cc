@@ -22,7 +22,7 @@ struct FilePage {
   }
 
   ObjectPtr<VhBakDefItem> entered() const {
-    return take_object(varnholt::new_bak_def_item(varnholt::values_of(dialog)));
+    return take_object(varnholt::model::new_bak_def_item(varnholt::ui::values_of(dialog)));
   }
 
   ObjectPtr<VhBakDefItem> highlighted() const {
@@ -62,7 +62,7 @@ struct RoutePage {
   }
 
   ObjectPtr<VhRutDefItem> entered() const {
-    return take_object(varnholt::new_rut_def_item(varnholt::values_of(dialog)));
+    return take_object(varnholt::model::new_rut_def_item(varnholt::ui::values_of(dialog)));
   }
 
   ObjectPtr<VhRutDefItem> highlighted() const {

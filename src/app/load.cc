@@ -11,21 +11,21 @@ namespace {
 
 namespace paths = varnholt::paths;
 
-void add_definition(VhBakDefWidget* table, const varnholt::ProfileLine& line) {
-  const auto item = varnholt::take_object(varnholt::new_bak_def_item(line.definition));
+void add_definition(VhBakDefWidget* table, const varnholt::store::ProfileLine& line) {
+  const auto item = varnholt::take_object(varnholt::model::new_bak_def_item(line.definition));
   vh_bak_def_widget_add_item(table, item.get());
 }
 
 /** Loads a line. One that cannot be read gives no item, and its table logs a critical warning. */
-void load_line(Main* self, const varnholt::ProfileLine& line) {
-  using varnholt::LineKind;
+void load_line(Main* self, const varnholt::store::ProfileLine& line) {
+  using varnholt::store::LineKind;
   switch (line.kind) {
     case LineKind::file:
       return add_definition(self->lnk_table.get(), line);
     case LineKind::script:
       return add_definition(self->shl_table.get(), line);
     case LineKind::route: {
-      const auto route = varnholt::take_object(varnholt::new_rut_def_item(line.route));
+      const auto route = varnholt::take_object(varnholt::model::new_rut_def_item(line.route));
       vh_rut_def_widget_add_item(self->rut_table.get(), route.get());
       return;
     }
@@ -50,7 +50,7 @@ void main_read(Main* self) {
   const auto profile = varnholt::read_file(paths::profile);
   if (!profile.error) {
     for (const auto line : varnholt::split(profile.text(), '\n')) {
-      load_line(self, varnholt::read_profile_line(line));
+      load_line(self, varnholt::store::read_profile_line(line));
     }
     return;
   }

@@ -17,9 +17,9 @@
 namespace {
 
 using varnholt::connect;
-using varnholt::own_window;
 using varnholt::sink_object;
 using varnholt::take_object;
+using varnholt::ui::own_window;
 
 void main_init_dlgs(Main* self) {
   auto* const window = self->window.get();
@@ -146,7 +146,7 @@ void attach_signals(Main* self) {
        {std::pair{self->lnk_table->tree_view.get(), bar->btn_link.get()},
         std::pair{self->rut_table->tree_view.get(), bar->btn_route.get()},
         std::pair{self->shl_table->tree_view.get(), bar->btn_shell.get()}}) {
-    varnholt::name_by(table, button);
+    varnholt::ui::name_by(table, button);
     edit_on_activation(self, table);
   }
 }
@@ -154,7 +154,8 @@ void attach_signals(Main* self) {
 }  // namespace
 
 GType main_get_type() {
-  return varnholt::ObjectType<Main, MainClass, varnholt::MainState>::get(G_TYPE_OBJECT, "Main");
+  return varnholt::ObjectType<Main, MainClass, varnholt::app::MainState>::get(G_TYPE_OBJECT,
+                                                                              "Main");
 }
 
 Main* main_new() {

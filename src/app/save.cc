@@ -15,7 +15,7 @@
 namespace {
 
 using varnholt::print_progress;
-using varnholt::RootRights;
+using varnholt::store::RootRights;
 namespace paths = varnholt::paths;
 
 /** Removes the window from the screen, because nothing is drawn while the commands run. */
@@ -61,17 +61,17 @@ varnholt::SecretPtr ask_for_password() {
 void main_save_imp(Main* self, std::string* text) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(text != NULL);
-  *text = varnholt::profile_text(*self->lnk_table->items, *self->rut_table->items,
-                                 *self->shl_table->items);
+  *text = varnholt::store::profile_text(*self->lnk_table->items, *self->rut_table->items,
+                                        *self->shl_table->items);
 }
 
 void main_save(Main* self) {
   g_return_if_fail(self != NULL);
   std::string text;
   main_save_imp(self, &text);
-  const auto next = varnholt::write_next_version(text, self->unread);
-  if (next == varnholt::NextVersion::unknown) return;
-  const bool written = next == varnholt::NextVersion::written;
+  const auto next = varnholt::store::write_next_version(text, self->unread);
+  if (next == varnholt::store::NextVersion::unknown) return;
+  const bool written = next == varnholt::store::NextVersion::written;
   if (getuid() == 0) return apply(self, written, RootRights{}, "root ");
   if (auto password = ask_for_password()) apply(self, written, RootRights{std::move(password)}, "");
 }

@@ -24,10 +24,10 @@
 /** The path with which the program was started, as it was given; null before the start. */
 inline varnholt::TextPtr main_s_exe_path;
 
-namespace varnholt {
+namespace varnholt::app {
 
 struct MainState {
-  WindowPtr<GtkWindow> window;
+  ui::WindowPtr<GtkWindow> window;
   ObjectPtr<GtkVBox> main_box;
   ObjectPtr<GtkHBox> page_box;
   ObjectPtr<VhControlWidget> control_bar;
@@ -40,9 +40,9 @@ struct MainState {
   /** The index of the page that was shown last; -1 before the first one. */
   int cur_page = -1;
   /** The dialog of each page. */
-  WindowPtr<VhDefDlg> lnk_dlg;
-  WindowPtr<VhDefDlg> shl_dlg;
-  WindowPtr<VhRutDlg> rut_dlg;
+  ui::WindowPtr<VhDefDlg> lnk_dlg;
+  ui::WindowPtr<VhDefDlg> shl_dlg;
+  ui::WindowPtr<VhRutDlg> rut_dlg;
   ObjectPtr<GdkPixbuf> icon_pixbuf;
   ObjectPtr<GdkPixbuf> ribbon_pixbuf;
   ObjectPtr<GtkHBox> ribbon_box;
@@ -53,10 +53,10 @@ struct MainState {
   bool closing = false;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::app
 
 /** The main window with its pages and dialogs. */
-struct Main : GObject, varnholt::MainState {
+struct Main : GObject, varnholt::app::MainState {
   Main() = delete;
 };
 

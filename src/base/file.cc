@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "base/descriptor.h"
+#include "base/path.h"
 
 namespace varnholt {
 namespace {
@@ -20,9 +21,7 @@ bool may_have_no_end(const char* path) {
 }
 
 void sync_with(int (*sync)(int), const std::string& path) {
-  const auto without_slashes = path.substr(0, 1 + path.find_last_not_of('/'));
-  const auto folder = take_text(g_path_get_dirname(without_slashes.c_str()));
-  const Descriptor opened{open(folder.get(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+  const Descriptor opened{open(folder_above(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
   if (opened) sync(opened.number());
 }
 

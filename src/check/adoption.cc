@@ -10,7 +10,7 @@
 
 namespace fs = std::filesystem;
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 bool contains(const std::vector<fs::path>& entries, const fs::path& entry) {
@@ -25,11 +25,11 @@ class Adoption {
         m_ground(ground),
         m_to(forecast.definition.to),
         m_source(without_final_slash(forecast.definition.from)),
-        m_way(way_along(m_to).entries),
-        m_way_of_source(way_along(m_source + '/').entries),
+        m_way(linkbuilder::way_along(m_to).entries),
+        m_way_of_source(linkbuilder::way_along(m_source + '/').entries),
         m_path(m_way.back()),
-        m_at_source(way_along(m_source).entries.back()),
-        m_backup_name(free_backup_name(m_to)),
+        m_at_source(linkbuilder::way_along(m_source).entries.back()),
+        m_backup_name(linkbuilder::free_backup_name(m_to)),
         m_backup(m_path.parent_path() / last_name(m_backup_name)) {}
 
   void foretell() {
@@ -105,8 +105,8 @@ class Adoption {
   bool lies_in_path(const std::string& folder) const {
     const auto& mounts = m_ground.mounts();
     const auto path = mounts.spot_of(m_path);
-    return std::ranges::any_of(way_along(folder).entries, [&](const fs::path& entry) {
-      return entry == m_path || holds(path, mounts.spot_of(entry));
+    return std::ranges::any_of(linkbuilder::way_along(folder).entries, [&](const fs::path& entry) {
+      return entry == m_path || linkbuilder::holds(path, mounts.spot_of(entry));
     });
   }
 
@@ -125,12 +125,12 @@ class Adoption {
         return !stays || failed(*stays, Remains::backup);
       }
     }
-    switch (clearing_for(m_to, m_source)) {
-      case Clearing::none:
+    switch (linkbuilder::clearing_for(m_to, m_source)) {
+      case linkbuilder::Clearing::none:
         return true;
-      case Clearing::refuse:
+      case linkbuilder::Clearing::refuse:
         return failed({Problem::overlap}, Remains::backup);
-      case Clearing::remove:
+      case linkbuilder::Clearing::remove:
         return deletes_source();
     }
     return true;
@@ -160,7 +160,7 @@ class Adoption {
 
   /** Overlays make mv(1) copy a folder even when it only gets another name. */
   void check_renames() {
-    if (!renames_by_copy(m_path) || !is_folder(m_to)) return;
+    if (!linkbuilder::renames_by_copy(m_path) || !is_folder(m_to)) return;
     const auto mounted = m_ground.mounts().mount_points_from(m_path);
     const auto cramped = m_ground.why_no_room(folder_above(m_to), *m_forecast.moved, {});
     if (!mounted.empty()) add(m_forecast, Problem::mounted_below, mounted.front());
@@ -216,4 +216,4 @@ void foretell_adoption(Forecast& forecast, Ground& ground) {
   Adoption{forecast, ground}.foretell();
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

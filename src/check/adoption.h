@@ -4,10 +4,10 @@
 
 #include "check/forecast.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** Completes the forecast for what is adopted: moved to the source, where other things may stand.
  */
 void foretell_adoption(Forecast& forecast, Ground& ground);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

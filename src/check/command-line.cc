@@ -26,7 +26,7 @@
 #include "check/survey.h"
 #include "check/wording.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 constexpr int cannot_read = 3;
@@ -150,4 +150,4 @@ int run_check(int argc, char** argv) {
   return static_cast<int>(verdict_on(survey));
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -2,7 +2,7 @@
 // The command varnholt-check: its options, and what it prints.
 #pragma once
 
-namespace varnholt {
+namespace varnholt::check {
 
 /**
  * Runs the command with these arguments and returns its exit status: 0 when nothing would change
@@ -11,4 +11,4 @@ namespace varnholt {
  */
 int run_check(int argc, char** argv);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -10,7 +10,7 @@
 #include "base/glib-ptr.h"
 #include "check/wording.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 /** The number of this form of the document. It changes when a member changes or goes. */
@@ -131,7 +131,7 @@ void add_forecast(Document& document, const Forecast& forecast) {
   document.add("line", forecast.line);
   document.add_bytes("source", definition.from);
   document.add_bytes("path", definition.to);
-  document.add("operation", std::string{operation_word(definition)}.c_str());
+  document.add("operation", std::string{model::operation_word(definition)}.c_str());
   document.add_flag("marked", definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted));
   document.add("outcome", word(outcomes, forecast.outcome));
   document.add_flag("sure", forecast.sure);
@@ -154,8 +154,9 @@ void add_unfinished(Document& document, const UnfinishedWork& unfinished) {
   document.add_bytes("path", work.to);
   document.add_bytes(work.undoes() ? "content" : "backup", work.other);
   document.add("treatment", word(treatments, treatment.kind));
-  if (treatment.kind == Treatment::Kind::leave_alone) {
-    document.add("why", treatment.why == Treatment::Why::changed ? "changed" : "unwanted");
+  if (treatment.kind == linkbuilder::Treatment::Kind::leave_alone) {
+    document.add("why",
+                 treatment.why == linkbuilder::Treatment::Why::changed ? "changed" : "unwanted");
   }
   document.add("remedy", word(remedies, treatment.remedy.then));
   if (!treatment.remedy.removed.empty()) document.add_bytes("removed", treatment.remedy.removed);
@@ -186,4 +187,4 @@ std::string document_on(const Survey& survey, const std::string& path) {
   return document.text() + '\n';
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

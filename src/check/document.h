@@ -7,9 +7,9 @@
 
 #include "check/survey.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** Returns the document on the survey of the profile at `path`. */
 std::string document_on(const Survey& survey, const std::string& path);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

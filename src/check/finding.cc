@@ -9,7 +9,7 @@
 
 #include "check/wording.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 /** How grave a problem is. */
@@ -164,4 +164,4 @@ std::string text_of(const Finding& finding) {
   return filled(_(entry_of(finding.problem).text), {printable(about)});
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace varnholt {
+namespace varnholt::check {
 
 enum class Problem {
   // These make the work on a link fail.
@@ -88,4 +88,4 @@ bool is_doubtful(Problem problem);
 /** Returns a sentence on a finding in the user's language. */
 std::string text_of(const Finding& finding);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

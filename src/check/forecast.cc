@@ -16,7 +16,7 @@
 #include "linkbuilder/moves.h"
 #include "linkbuilder/places.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 bool is_relative(const std::string& path) {
@@ -30,11 +30,12 @@ std::optional<Finding> why_no_content(const std::string& content) {
   return std::nullopt;
 }
 
-LinkDecision decision_on(const BakDefFields& definition) {
+linkbuilder::LinkDecision decision_on(const model::BakDefFields& definition) {
   static LastFolder paths;
-  return decide_link(definition, [](const std::string& path, char* content, std::size_t size) {
-    return paths.read_link(path, content, size);
-  });
+  return linkbuilder::decide_link(definition,
+                                  [](const std::string& path, char* content, std::size_t size) {
+                                    return paths.read_link(path, content, size);
+                                  });
 }
 
 /** The folder in which folders and a link are made, and the folders that are missing below it. */
@@ -75,12 +76,12 @@ void foretell_new_link(Forecast& forecast, Ground& ground) {
   const auto& to = forecast.definition.to;
   const auto [descent, blocked] = descent_to(to);
   forecast.outcome = Outcome::made;
-  const auto way = way_along(to);
+  const auto way = linkbuilder::way_along(to);
   auto& footprint = forecast.footprint;
   footprint.passed = way.entries;
   footprint.relied = footprint.changed = {way.entries.back()};
   for (const auto& folder : descent.missing) {
-    footprint.made.push_back(way_along(folder).entries.back());
+    footprint.made.push_back(linkbuilder::way_along(folder).entries.back());
     // Once the folder is there, this leads somewhere else.
     if (last_name(folder) == "..") {
       add(forecast, Problem::path_through_missing, folder_above(folder));
@@ -93,7 +94,7 @@ void foretell_new_link(Forecast& forecast, Ground& ground) {
 
 void foretell_renewal(Forecast& forecast, Ground& ground) {
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
-  const auto way = way_along(to);
+  const auto way = linkbuilder::way_along(to);
   forecast.outcome = Outcome::replaced;
   forecast.footprint.passed = way.entries;
   forecast.footprint.relied = forecast.footprint.changed = {way.entries.back()};
@@ -110,19 +111,20 @@ void foretell_link(Forecast& forecast, Ground& ground) {
   auto decision = decision_on(forecast.definition);
   forecast.content = std::move(decision.content);
   switch (decision.task) {
-    case LinkTask::none:
+    case linkbuilder::LinkTask::none:
       forecast.outcome = Outcome::stands;
       return;
-    case LinkTask::replace:
+    case linkbuilder::LinkTask::replace:
       return foretell_renewal(forecast, ground);
-    case LinkTask::make:
+    case linkbuilder::LinkTask::make:
       return foretell_new_link(forecast, ground);
-    case LinkTask::adopt:
+    case linkbuilder::LinkTask::adopt:
       return foretell_adoption(forecast, ground);
-    case LinkTask::unreadable:
-    case LinkTask::refuse:
+    case linkbuilder::LinkTask::unreadable:
+    case linkbuilder::LinkTask::refuse:
       forecast.outcome = Outcome::left_alone;
-      forecast.reason = decision.task == LinkTask::refuse ? Reason::kind : Reason::unreadable;
+      forecast.reason =
+          decision.task == linkbuilder::LinkTask::refuse ? Reason::kind : Reason::unreadable;
       return;
   }
 }
@@ -130,9 +132,9 @@ void foretell_link(Forecast& forecast, Ground& ground) {
 void foretell_copy(Forecast& forecast, Ground& ground) {
   const auto& to = forecast.definition.to;
   const auto& content = forecast.content;
-  const auto way = way_along(to);
-  const auto original = way_along(content);
-  const auto followed = way_along(content + '/');
+  const auto way = linkbuilder::way_along(to);
+  const auto original = linkbuilder::way_along(content);
+  const auto followed = linkbuilder::way_along(content + '/');
   const auto& link = way.entries.back();
   forecast.outcome = Outcome::copied;
   forecast.footprint.passed = way.entries;
@@ -150,7 +152,9 @@ void foretell_copy(Forecast& forecast, Ground& ground) {
   const auto& mounts = ground.mounts();
   const auto spot = mounts.spot_of(link);
   const auto copied = mounts.spots_from(original.entries.back());
-  if (std::ranges::any_of(copied, [&spot](const Spot& each) { return holds(each, spot); })) {
+  if (std::ranges::any_of(copied, [&spot](const linkbuilder::Spot& each) {
+        return linkbuilder::holds(each, spot);
+      })) {
     forecast.sure = false;
     return fail(forecast, {Problem::copy_into_itself, content}, Remains::nothing);
   }
@@ -160,13 +164,13 @@ void foretell_copy(Forecast& forecast, Ground& ground) {
   add(forecast, cramped->problem, cramped->about);
 }
 
-Reason reason_for(UndoTask task) {
+Reason reason_for(linkbuilder::UndoTask task) {
   switch (task) {
-    case UndoTask::missing:
+    case linkbuilder::UndoTask::missing:
       return Reason::missing;
-    case UndoTask::unreadable:
+    case linkbuilder::UndoTask::unreadable:
       return Reason::unreadable;
-    case UndoTask::leads_nowhere:
+    case linkbuilder::UndoTask::leads_nowhere:
       return Reason::leads_nowhere;
     default:
       return Reason::no_link;
@@ -174,9 +178,9 @@ Reason reason_for(UndoTask task) {
 }
 
 void foretell_undoing(Forecast& forecast, Ground& ground) {
-  auto decision = decide_undo(forecast.definition.to);
+  auto decision = linkbuilder::decide_undo(forecast.definition.to);
   forecast.content = std::move(decision.content);
-  if (decision.task == UndoTask::copy) return foretell_copy(forecast, ground);
+  if (decision.task == linkbuilder::UndoTask::copy) return foretell_copy(forecast, ground);
   forecast.outcome = Outcome::left_alone;
   forecast.reason = reason_for(decision.task);
   if (forecast.reason == Reason::leads_nowhere && is_relative(forecast.content)) {
@@ -188,20 +192,20 @@ void foretell_undoing(Forecast& forecast, Ground& ground) {
 }
 
 /** Takes back what is told of places that only root can see. */
-void find_hidden(Forecast& forecast, Turn turn) {
-  if (geteuid() == 0 || turn == Turn::none) return;
+void find_hidden(Forecast& forecast, linkbuilder::Turn turn) {
+  if (geteuid() == 0 || turn == linkbuilder::Turn::none) return;
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
-  const bool source_counts = turn == Turn::build && forecast.outcome != Outcome::stands &&
-                             forecast.outcome != Outcome::made &&
-                             forecast.outcome != Outcome::replaced;
+  const bool source_counts =
+      turn == linkbuilder::Turn::build && forecast.outcome != Outcome::stands &&
+      forecast.outcome != Outcome::made && forecast.outcome != Outcome::replaced;
   const bool path_hidden = is_hidden(to) && forecast.outcome != Outcome::stands;
   if (!path_hidden && !(source_counts && is_hidden(from))) return;
   forecast.outcome = Outcome::unknown;
   forecast.reason = Reason::none;
   forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
   forecast.findings.clear();
-  for (const auto& path : {to, from, free_backup_name(to)}) {
-    const auto end = way_along(path).entries.back();
+  for (const auto& path : {to, from, linkbuilder::free_backup_name(to)}) {
+    const auto end = linkbuilder::way_along(path).entries.back();
     forecast.footprint.changed.push_back(end);
     forecast.footprint.whole.push_back(end);
   }
@@ -252,30 +256,31 @@ std::optional<Finding> why_no_link_at(const std::string& path) {
 }
 
 bool leads_through_itself(const std::string& path) {
-  return std::ranges::count(way_along(folder_above(path)).entries, way_along(path).entries.back()) >
-         0;
+  return std::ranges::count(linkbuilder::way_along(folder_above(path)).entries,
+                            linkbuilder::way_along(path).entries.back()) > 0;
 }
 
-bool is_as_it_should_be(const BakDefFields& definition) {
-  return !is_relative(definition.to) && decision_on(definition).task == LinkTask::none;
+bool is_as_it_should_be(const model::BakDefFields& definition) {
+  return !is_relative(definition.to) && decision_on(definition).task == linkbuilder::LinkTask::none;
 }
 
-Forecast foretell(BakDefFields definition, Turn turn, Ground& ground) {
+Forecast foretell(model::BakDefFields definition, linkbuilder::Turn turn, Ground& ground) {
   Forecast forecast{.definition = std::move(definition)};
   switch (turn) {
-    case Turn::none:
+    case linkbuilder::Turn::none:
       foretell_others(forecast);
       return forecast;
-    case Turn::build:
+    case linkbuilder::Turn::build:
       foretell_link(forecast, ground);
       break;
-    case Turn::undo:
+    case linkbuilder::Turn::undo:
       foretell_undoing(forecast, ground);
       break;
-    case Turn::left_alone:
-    case Turn::half_copied:
+    case linkbuilder::Turn::left_alone:
+    case linkbuilder::Turn::half_copied:
       forecast.outcome = Outcome::left_alone;
-      forecast.reason = turn == Turn::half_copied ? Reason::half_copied : Reason::unfinished;
+      forecast.reason =
+          turn == linkbuilder::Turn::half_copied ? Reason::half_copied : Reason::unfinished;
       break;
   }
   const auto& to = forecast.definition.to;
@@ -286,4 +291,4 @@ Forecast foretell(BakDefFields definition, Turn turn, Ground& ground) {
   return forecast;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -14,7 +14,7 @@
 #include "linkbuilder/decision.h"
 #include "model/definition.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** What comes of a definition. */
 enum class Outcome {
@@ -86,7 +86,7 @@ struct Footprint {
 struct Forecast {
   /** The number of the line in the profile, from 1. */
   std::size_t line = 0;
-  BakDefFields definition{};
+  model::BakDefFields definition{};
   Outcome outcome = Outcome::none;
   Remains remains = Remains::all;
   Reason reason = Reason::none;
@@ -108,13 +108,13 @@ struct Forecast {
 };
 
 /** Returns whether a link is as it should be, so that nothing comes of its definition. */
-bool is_as_it_should_be(const BakDefFields& definition);
+bool is_as_it_should_be(const model::BakDefFields& definition);
 
 /**
  * Tells what comes of a definition, without regard to those before it. `turn` is what a run does
  * with it.
  */
-Forecast foretell(BakDefFields definition, Turn turn, Ground& ground);
+Forecast foretell(model::BakDefFields definition, linkbuilder::Turn turn, Ground& ground);
 
 /** These are for the parts of the forecast. */
 void add(Forecast& forecast, Problem problem, const std::string& about = "");
@@ -130,4 +130,4 @@ std::optional<Finding> why_no_link_at(const std::string& path);
 /** Returns whether the way to the folder of a path goes through the path itself. */
 bool leads_through_itself(const std::string& path);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

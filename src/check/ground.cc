@@ -7,7 +7,7 @@
 #include "check/surface.h"
 #include "check/surroundings.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 std::uint64_t entries_of(const Tally& tally) {
@@ -20,7 +20,8 @@ bool Ground::is_needed(const std::filesystem::path& path) {
   // Most runs change nothing.
   if (m_needed.empty()) {
     for (const auto& file : needed_files()) {
-      for (const auto& entry : way_along(file).entries) m_needed.insert(m_mounts.spot_of(entry));
+      for (const auto& entry : linkbuilder::way_along(file).entries)
+        m_needed.insert(m_mounts.spot_of(entry));
     }
   }
   return m_needed.contains(m_mounts.spot_of(path));
@@ -47,4 +48,4 @@ std::optional<Finding> Ground::why_no_room(const std::string& folder, const Tall
   return surely ? std::nullopt : std::optional{Finding{Problem::little_room, folder}};
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

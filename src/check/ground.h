@@ -15,7 +15,7 @@
 #include "check/tally.h"
 #include "linkbuilder/places.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 class Ground {
  public:
@@ -25,7 +25,7 @@ class Ground {
   explicit Ground(Count count) : m_count(std::move(count)) {}
 
   Tally count(const std::string& path) const { return m_count(path); }
-  const Mounts& mounts() const { return m_mounts; }
+  const linkbuilder::Mounts& mounts() const { return m_mounts; }
 
   /** Returns whether moving or removing what is at a path takes away what a run needs. */
   bool is_needed(const std::filesystem::path& path);
@@ -39,11 +39,11 @@ class Ground {
 
  private:
   Count m_count;
-  Mounts m_mounts;
+  linkbuilder::Mounts m_mounts;
   /** What is passed on the ways to what a run needs, once somebody has asked for it. */
-  std::set<Spot> m_needed;
+  std::set<linkbuilder::Spot> m_needed;
   /** What earlier copies take, by the number of the device. */
   std::map<std::uint64_t, Tally> m_promised;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -6,7 +6,7 @@
 #include <linux/limits.h>
 #include <unistd.h>
 
-namespace varnholt {
+namespace varnholt::check {
 
 bool LastFolder::exists(const std::string& path) {
   const char* name = nullptr;
@@ -38,4 +38,4 @@ int LastFolder::open_for(const std::string& path, const char*& name) {
   return m_opened->number();
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -10,7 +10,7 @@
 
 #include "base/descriptor.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 class LastFolder {
  public:
@@ -28,4 +28,4 @@ class LastFolder {
   std::optional<Descriptor> m_opened;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::check

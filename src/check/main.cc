@@ -4,5 +4,5 @@
 #include "check/command-line.h"
 
 int main(int argc, char** argv) {
-  return varnholt::run_check(argc, argv);
+  return varnholt::check::run_check(argc, argv);
 }

@@ -10,7 +10,7 @@
 
 #include "check/wording.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 constexpr auto* clear_line = "\r\033[K";
@@ -35,4 +35,4 @@ void Progress::step() {
   std::fflush(stderr);
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdint>
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** Writes to standard error, and only when that is a terminal; at its end nothing is left there. */
 class Progress {
@@ -26,4 +26,4 @@ class Progress {
   Clock::time_point m_next;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -14,7 +14,7 @@
 #include "check/wording.h"
 #include "linkbuilder/moves.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 /** How a sentence is meant; its colour depends on that. */
@@ -114,7 +114,7 @@ std::string what_comes(const Forecast& forecast) {
 }
 
 std::string what_remains(const Forecast& forecast) {
-  const auto backup = printable(free_backup_name(forecast.definition.to));
+  const auto backup = printable(linkbuilder::free_backup_name(forecast.definition.to));
   switch (forecast.remains) {
     case Remains::all:
       return _("Everything stays as it is.");
@@ -176,7 +176,7 @@ std::vector<Sentence> sentences_on(const Forecast& forecast) {
 }
 
 std::string remedy_on(const UnfinishedWork& unfinished) {
-  using Then = Remedy::Then;
+  using Then = linkbuilder::Remedy::Then;
   const auto& work = unfinished.work;
   const auto path = printable(work.to);
   switch (unfinished.treatment.remedy.then) {
@@ -208,26 +208,26 @@ std::vector<Sentence> sentences_on(const UnfinishedWork& unfinished) {
                                 {printable(removed), printable(treatment.remedy.whole_at)})});
   }
   switch (treatment.kind) {
-    case Treatment::Kind::elsewhere:
+    case linkbuilder::Treatment::Kind::elsewhere:
       sentences.push_back(
           {filled(_("It can be finished only in the folder %1."), {printable(work.folder)})});
       break;
-    case Treatment::Kind::leave_alone:
+    case linkbuilder::Treatment::Kind::leave_alone:
       sentences.push_back(
-          {treatment.why == Treatment::Why::changed
+          {treatment.why == linkbuilder::Treatment::Why::changed
                ? _("It is left alone, because somebody has changed something since.")
                : _("It is left alone, because the profile asks for it no longer.")});
       break;
-    case Treatment::Kind::forget:
+    case linkbuilder::Treatment::Kind::forget:
       sentences.push_back({_("Nothing is left to do.")});
       break;
-    case Treatment::Kind::keep_copy:
+    case linkbuilder::Treatment::Kind::keep_copy:
       sentences.push_back({_("The copy that stands there stays.")});
       break;
-    case Treatment::Kind::finish:
+    case linkbuilder::Treatment::Kind::finish:
       sentences.push_back({remedy_on(unfinished)});
       break;
-    case Treatment::Kind::undo_again:
+    case linkbuilder::Treatment::Kind::undo_again:
       sentences.push_back({remedy_on(unfinished)});
       sentences.push_back({filled(_("Then the link %1 is undone."), {printable(work.to)})});
       break;
@@ -372,4 +372,4 @@ std::string report_on(const Survey& survey, const ReportStyle& style) {
   return details + (details.empty() ? "" : "\n") + summary_of(survey) + '\n';
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -7,7 +7,7 @@
 
 #include "check/survey.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 struct ReportStyle {
   /** Whether links that stand as they should are told too. */
@@ -21,4 +21,4 @@ struct ReportStyle {
 /** Returns the report, which ends with a summary of one line. */
 std::string report_on(const Survey& survey, const ReportStyle& style);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -14,9 +14,8 @@
 #include <limits>
 
 #include "base/text.h"
-#include "model/file-test.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 struct statx looked_up(const std::string& path, int flags = AT_SYMLINK_NOFOLLOW) {
@@ -34,20 +33,6 @@ bool is_read_only(const std::string& folder) {
 
 bool is_hidden(const std::string& path) {
   return access(path.c_str(), F_OK) != 0 && errno == EACCES;
-}
-
-bool is_folder(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
-}
-
-std::string folder_above(const std::string& path) {
-  const auto slash = path.rfind('/');
-  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
-
-std::string last_name(const std::string& path) {
-  // Without a slash, npos + 1 is 0.
-  return path.substr(path.rfind('/') + 1);
 }
 
 std::optional<Finding> why_nothing_can_be_made(const std::string& folder) {
@@ -94,4 +79,4 @@ Room room_at(const std::string& folder) {
           status.f_files == 0 ? no_limit : status.f_ffree};
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

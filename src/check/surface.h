@@ -6,21 +6,13 @@
 #include <optional>
 #include <string>
 
+#include "base/path.h"
 #include "check/finding.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** Returns whether this user cannot see where a path leads, or whether anything is there. */
 bool is_hidden(const std::string& path);
-
-/** Returns whether a path leads to a folder. */
-bool is_folder(const std::string& path);
-
-/** Returns the folder in which the last name of a path stands, as the path spells it. */
-std::string folder_above(const std::string& path);
-
-/** Returns the last name of a path; empty when the path ends with a slash. */
-std::string last_name(const std::string& path);
 
 /** Returns why nothing can be made in a folder, even by root. */
 std::optional<Finding> why_nothing_can_be_made(const std::string& folder);
@@ -46,4 +38,4 @@ struct Room {
 };
 Room room_at(const std::string& folder);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

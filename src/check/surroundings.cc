@@ -17,7 +17,7 @@
 #include "store/profile.h"
 #include "store/replace-file.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 constexpr std::array commands{"/bin/sh", "/bin/mv", "/bin/rm", "/bin/cp"};
@@ -26,12 +26,14 @@ std::pair<time_t, long> changed_at(const struct stat& status) {
   return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-void look_at_profile(const char* path, const Mounts& mounts, std::vector<Finding>& findings) {
+void look_at_profile(const char* path, const linkbuilder::Mounts& mounts,
+                     std::vector<Finding>& findings) {
   struct stat status {};
   if (stat(path, &status) != 0) return;
   if (status.st_uid != 0) findings.push_back({Problem::owner, std::to_string(status.st_uid)});
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({Problem::writable, path});
-  if (why_it_must_stay(path) || mounts.is_mount_point(way_along(path).entries.back())) {
+  if (why_it_must_stay(path) ||
+      mounts.is_mount_point(linkbuilder::way_along(path).entries.back())) {
     findings.push_back({Problem::profile_fixed, path});
   }
 }
@@ -71,12 +73,12 @@ std::vector<std::string> needed_files() {
   return files;
 }
 
-void look_around(const std::string& path, std::string_view profile, const Mounts& mounts,
-                 std::vector<Finding>& findings) {
+void look_around(const std::string& path, std::string_view profile,
+                 const linkbuilder::Mounts& mounts, std::vector<Finding>& findings) {
   if (path == paths::profile) {
     look_at_profile(paths::profile, mounts, findings);
     look_for_save(paths::profile, profile, findings);
-    const auto next = next_to(paths::profile);
+    const auto next = store::next_to(paths::profile);
     if (is_there(next)) findings.push_back({Problem::leftover, next});
   }
   if (!exists(paths::backup_script)) findings.push_back({Problem::no_script, paths::backup_script});
@@ -85,4 +87,4 @@ void look_around(const std::string& path, std::string_view profile, const Mounts
   }
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

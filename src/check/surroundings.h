@@ -9,13 +9,13 @@
 #include "check/finding.h"
 #include "linkbuilder/places.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** Returns the files without which a run of the link builder cannot end well. */
 std::vector<std::string> needed_files();
 
 /** Adds what is to be said about the profile at `path` as a file, and about the files beside it. */
-void look_around(const std::string& path, std::string_view profile, const Mounts& mounts,
-                 std::vector<Finding>& findings);
+void look_around(const std::string& path, std::string_view profile,
+                 const linkbuilder::Mounts& mounts, std::vector<Finding>& findings);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

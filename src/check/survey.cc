@@ -21,7 +21,7 @@
 #include "linkbuilder/moves.h"
 #include "store/profile.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 bool is_left_alone(const UnfinishedWork& unfinished) {
@@ -29,13 +29,13 @@ bool is_left_alone(const UnfinishedWork& unfinished) {
 }
 
 bool is_changed_by(const UnfinishedWork& unfinished) {
-  using Kind = Treatment::Kind;
+  using Kind = linkbuilder::Treatment::Kind;
   const auto& [kind, remedy, why, settled] = unfinished.treatment;
   // Another folder, or the link that is undone, makes a change for which there is no remedy here.
   if (kind == Kind::elsewhere || kind == Kind::undo_again) return true;
-  return !remedy.removed.empty() ||
-         (remedy.then != Remedy::Then::nothing && remedy.then != Remedy::Then::done &&
-          remedy.then != Remedy::Then::wait);
+  return !remedy.removed.empty() || (remedy.then != linkbuilder::Remedy::Then::nothing &&
+                                     remedy.then != linkbuilder::Remedy::Then::done &&
+                                     remedy.then != linkbuilder::Remedy::Then::wait);
 }
 
 std::size_t number_of_lines(std::string_view profile) {
@@ -43,8 +43,8 @@ std::size_t number_of_lines(std::string_view profile) {
 }
 
 /** Returns where the source of a definition is; that of a link counts from the link. */
-std::string target_of(const BakDefFields& definition) {
-  const bool from_link = wants_link(definition) && !definition.from.starts_with('/');
+std::string target_of(const model::BakDefFields& definition) {
+  const bool from_link = linkbuilder::wants_link(definition) && !definition.from.starts_with('/');
   return from_link ? folder_above(definition.to) + '/' + definition.from : definition.from;
 }
 
@@ -61,7 +61,7 @@ std::vector<Missing> sources_missing_in(std::string_view profile) {
   std::size_t number = 0;
   for_each_piece(profile, '\n', [&](std::string_view text) {
     ++number;
-    const auto definition = read_lnk_line(text);
+    const auto definition = model::read_lnk_line(text);
     if (!definition || definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) return;
     if (definition->from.empty() || sources.exists(target_of(*definition))) return;
     lines.push_back({number, errno == EACCES});
@@ -91,10 +91,10 @@ class Surveyor {
     WindowLoader window;
     for_each_piece(m_profile, '\n', [&](std::string_view text) {
       m_texts.push_back(text);
-      auto line = read_profile_line(text);
+      auto line = store::read_profile_line(text);
       window.load(text, line);
       if (!line.definition) return;
-      if (line.kind == LineKind::file) return survey_definition(std::move(*line.definition));
+      if (line.kind == store::LineKind::file) return survey_definition(std::move(*line.definition));
       m_scripts.emplace_back(m_texts.size(), std::move(*line.definition));
     });
     m_survey.window = window.end();
@@ -105,31 +105,32 @@ class Surveyor {
 
  private:
   void survey_unfinished() {
-    const auto note = stored_note(paths::unfinished, 0);
+    const auto note = linkbuilder::stored_note(paths::unfinished, 0);
     if (!note.why.empty()) m_survey.around.push_back({Problem::note_unread, note.why});
     m_note_hidden = note.error == EACCES;
     const bool fixed = why_nothing_can_be_made(folder_above(paths::unfinished)).has_value();
     if (note.works.empty()) return;
-    std::vector<BakDefFields> definitions;
-    apply_definitions(m_profile, [&](const BakDefFields& each) { definitions.push_back(each); });
-    const std::vector<Work> newest_first{note.works.rbegin(), note.works.rend()};
+    std::vector<model::BakDefFields> definitions;
+    linkbuilder::apply_definitions(
+        m_profile, [&](const model::BakDefFields& each) { definitions.push_back(each); });
+    const std::vector<linkbuilder::Work> newest_first{note.works.rbegin(), note.works.rend()};
     for (const auto& work : newest_first) {
-      const UnfinishedWork unfinished{work, treatment_of(work, definitions)};
+      const UnfinishedWork unfinished{work, linkbuilder::treatment_of(work, definitions)};
       m_survey.unfinished.push_back(unfinished);
       if (is_left_alone(unfinished)) m_left_alone.push_back(work);
       if (!is_changed_by(unfinished) && !fixed) continue;
       Footprint footprint;
       for (const auto& path : {work.path(), work.other, without_final_slash(work.from)}) {
-        footprint.changed.push_back(way_along(path).entries.back());
+        footprint.changed.push_back(linkbuilder::way_along(path).entries.back());
       }
       m_ties.add(0, footprint);
     }
   }
 
-  void survey_definition(BakDefFields definition) {
-    const auto turn = turn_of(definition, m_left_alone, m_left_alone);
-    const auto twin = turn == Turn::none ? 0 : twin_of(definition);
-    const bool alone = !m_all && m_ties.empty() && twin == 0 && turn == Turn::build;
+  void survey_definition(model::BakDefFields definition) {
+    const auto turn = linkbuilder::turn_of(definition, m_left_alone, m_left_alone);
+    const auto twin = turn == linkbuilder::Turn::none ? 0 : twin_of(definition);
+    const bool alone = !m_all && m_ties.empty() && twin == 0 && turn == linkbuilder::Turn::build;
     if (alone && is_as_it_should_be(definition)) {
       ++m_survey.standing;
       return;
@@ -137,7 +138,7 @@ class Surveyor {
     auto forecast = foretell(std::move(definition), turn, m_ground);
     forecast.line = m_texts.size();
     if (twin > 0) add(forecast, Problem::same_path, std::to_string(twin));
-    if (turn != Turn::none) find_ties(forecast);
+    if (turn != linkbuilder::Turn::none) find_ties(forecast);
     const bool stands = forecast.outcome == Outcome::stands;
     if (stands && forecast.ties.empty()) ++m_survey.standing;
     const bool plain = (stands || forecast.outcome == Outcome::none) && forecast.findings.empty() &&
@@ -170,19 +171,19 @@ class Surveyor {
 
   /** Returns what a definition looks at of which nothing comes. */
   static std::vector<std::filesystem::path> looked_at(const Forecast& forecast) {
-    auto entries = way_along(forecast.definition.to).entries;
+    auto entries = linkbuilder::way_along(forecast.definition.to).entries;
     if (forecast.outcome == Outcome::stands) return entries;
     // Whether a link leads anywhere decides about its undoing.
     const auto followed = forecast.definition.to + '/';
     for (const auto& path : {followed, forecast.content}) {
-      const auto way = way_along(path);
+      const auto way = linkbuilder::way_along(path);
       entries.insert(entries.end(), way.entries.begin(), way.entries.end());
     }
     return entries;
   }
 
   /** Returns the earlier line of a link with the same path, or 0. */
-  std::size_t twin_of(const BakDefFields& definition) {
+  std::size_t twin_of(const model::BakDefFields& definition) {
     const auto line = m_texts.size();
     // The profile outlives the definition, and wherever the path stands in its line it is the same.
     const auto text = m_texts.back();
@@ -194,11 +195,11 @@ class Surveyor {
   /** Tells of a line that there is nothing at its source, unless another line may bring it. */
   void survey_target(const Missing& missing) {
     const auto line = missing.line;
-    auto definition = *read_lnk_line(m_texts[line - 1]);
+    auto definition = *model::read_lnk_line(m_texts[line - 1]);
     if (m_ties.may_change(target_of(definition))) return;
     auto at = std::ranges::lower_bound(m_survey.definitions, line, {}, &Forecast::line);
     if (at == m_survey.definitions.end() || at->line != line) {
-      const auto outcome = wants_link(definition) ? Outcome::stands : Outcome::none;
+      const auto outcome = linkbuilder::wants_link(definition) ? Outcome::stands : Outcome::none;
       at = m_survey.definitions.insert(at, Forecast{line, definition, outcome});
     }
     const bool is_link = at->outcome == Outcome::stands || at->outcome == Outcome::made ||
@@ -211,7 +212,7 @@ class Surveyor {
     if (at->outcome == Outcome::none) add(*at, Problem::source_missing, definition.from);
   }
 
-  void survey_script(std::size_t number, const BakDefFields& script) {
+  void survey_script(std::size_t number, const model::BakDefFields& script) {
     auto& findings = m_survey.window.findings;
     if (script.from.empty() || script.to.empty()) {
       findings.push_back({number, {Problem::value_missing}});
@@ -226,13 +227,13 @@ class Surveyor {
   Survey& m_survey;
   Ground& m_ground;
   Ties m_ties;
-  std::vector<Work> m_left_alone;
+  std::vector<linkbuilder::Work> m_left_alone;
   bool m_note_hidden = false;
   /** The last line that takes away what the run itself needs; 0 for none. */
   std::size_t m_breaking_line = 0;
   /** The text of each line so far. */
   std::vector<std::string_view> m_texts;
-  std::vector<std::pair<std::size_t, BakDefFields>> m_scripts;
+  std::vector<std::pair<std::size_t, model::BakDefFields>> m_scripts;
   /** The first line of a link for each path. */
   std::unordered_map<std::string_view, std::size_t> m_lines;
 };
@@ -278,4 +279,4 @@ Survey survey_of(const std::string& path, std::string_view profile, bool all,
   return survey;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

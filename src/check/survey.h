@@ -13,12 +13,12 @@
 #include "linkbuilder/note.h"
 #include "linkbuilder/treatment.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** What an earlier run has left unfinished, and what the next one does about it. */
 struct UnfinishedWork {
-  Work work;
-  Treatment treatment;
+  linkbuilder::Work work;
+  linkbuilder::Treatment treatment;
 };
 
 struct Survey {
@@ -55,4 +55,4 @@ std::size_t number_of_problems(const Survey& survey);
 Survey survey_of(const std::string& path, std::string_view profile, bool all,
                  const Ground::Count& count);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

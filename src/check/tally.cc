@@ -10,7 +10,7 @@
 
 #include "base/glib-ptr.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 /** The unit of st_blocks; see stat(3type). */
@@ -69,4 +69,4 @@ Tally tally_of(const std::string& path, const std::function<void()>& on_entry) {
   return tally;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** How much stands at a path, with everything that is mounted below it. */
 struct Tally {
@@ -31,4 +31,4 @@ struct Tally {
  */
 Tally tally_of(const std::string& path, const std::function<void()>& on_entry);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

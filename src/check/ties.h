@@ -11,12 +11,12 @@
 #include "check/forecast.h"
 #include "linkbuilder/places.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** What the definitions so far may change, by places that no link or mount can disguise. */
 class Ties {
  public:
-  explicit Ties(const Mounts& mounts) : m_mounts(mounts) {}
+  explicit Ties(const linkbuilder::Mounts& mounts) : m_mounts(mounts) {}
 
   /** Returns whether nothing is changed so far. */
   bool empty() const { return m_changed.empty() && m_made.empty(); }
@@ -31,10 +31,10 @@ class Ties {
   bool may_change(const std::filesystem::path& path) const;
 
  private:
-  using Lines = std::multimap<Spot, std::size_t>;
-  const Mounts& m_mounts;
+  using Lines = std::multimap<linkbuilder::Spot, std::size_t>;
+  const linkbuilder::Mounts& m_mounts;
   Lines m_changed;
   Lines m_made;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::check

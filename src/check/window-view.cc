@@ -12,24 +12,24 @@
 #include "model/bak-model.h"
 #include "store/profile.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 /** Returns the word for the operation in the line of a boot script. */
-std::string script_word(const BakDefFields& script) {
-  const auto line = shl_line(script);
+std::string script_word(const model::BakDefFields& script) {
+  const auto line = model::shl_line(script);
   return line.substr(line.rfind(',') + 1);
 }
 
 }  // namespace
 
-void WindowLoader::load(std::string_view text, const ProfileLine& line) {
+void WindowLoader::load(std::string_view text, const store::ProfileLine& line) {
   ++m_line;
-  if (line.kind == LineKind::other) return load_other(text);
+  if (line.kind == store::LineKind::other) return load_other(text);
   // A NUL byte ends the validation too.
   const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
   if (!valid && text.find('\0') == std::string_view::npos) find(Problem::no_utf8);
-  if (line.kind == LineKind::default_route) return load_answer(line, text);
+  if (line.kind == store::LineKind::default_route) return load_answer(line, text);
   if (!line.definition && !line.route) return find_unreadable(text);
   line.route ? load_route(*line.route) : load_definition(line, text);
 }
@@ -58,28 +58,28 @@ void WindowLoader::find_unreadable(std::string_view text) {
   find(Problem::fields, std::to_string(1 + std::ranges::count(text, ',')));
 }
 
-void WindowLoader::load_answer(const ProfileLine& line, std::string_view text) {
+void WindowLoader::load_answer(const store::ProfileLine& line, std::string_view text) {
   if (!line.deletes_default_route) return find(Problem::nul_byte);
   m_answers.push_back(m_line);
-  if (trimmed(text) != rut_del_line(*line.deletes_default_route)) {
+  if (trimmed(text) != model::rut_del_line(*line.deletes_default_route)) {
     find(Problem::other_answer, *line.deletes_default_route ? "yes" : "no");
   }
 }
 
-void WindowLoader::load_definition(const ProfileLine& line, std::string_view text) {
+void WindowLoader::load_definition(const store::ProfileLine& line, std::string_view text) {
   const auto& definition = *line.definition;
-  if (is_own_source(definition)) return find(Problem::own_source);
-  const bool file = line.kind == LineKind::file;
-  (file ? m_files : m_scripts).add(m_line, comes_first(definition));
-  const auto word = file ? operation_field(definition) : script_word(definition);
+  if (model::is_own_source(definition)) return find(Problem::own_source);
+  const bool file = line.kind == store::LineKind::file;
+  (file ? m_files : m_scripts).add(m_line, model::comes_first(definition));
+  const auto word = file ? model::operation_field(definition) : script_word(definition);
   // In most lines it is the last word.
   if (text.ends_with(word)) return;
   if (file) find_other_values(definition, text);
   if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(Problem::other_operation, word);
 }
 
-void WindowLoader::find_other_values(const BakDefFields& definition, std::string_view text) {
-  const auto written = lnk_line(definition);
+void WindowLoader::find_other_values(const model::BakDefFields& definition, std::string_view text) {
+  const auto written = model::lnk_line(definition);
   const auto fields = fields_of(text, "lnk");
   const auto kept = split(written, ',');
   for (std::size_t at = 5; at < fields.size() && at < kept.size(); ++at) {
@@ -87,13 +87,13 @@ void WindowLoader::find_other_values(const BakDefFields& definition, std::string
   }
 }
 
-void WindowLoader::load_route(const RutDefFields& route) {
+void WindowLoader::load_route(const model::RutDefFields& route) {
   if (const auto* const rival = m_routes->first_rival_of(route, nullptr)) {
     const bool same_name = rival->name == route.name;
     return find(same_name ? Problem::route_name_taken : Problem::route_taken,
                 std::to_string(m_route_lines[rival]));
   }
-  const auto item = take_object(new_rut_def_item(route));
+  const auto item = take_object(model::new_rut_def_item(route));
   m_routes->insert(item.get(), false);
   m_route_lines.emplace(item.get(), m_line);
   if (route.name.empty() || route.addr.empty() || route.mask.empty() || route.gw.empty()) {
@@ -101,4 +101,4 @@ void WindowLoader::load_route(const RutDefFields& route) {
   }
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

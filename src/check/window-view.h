@@ -15,7 +15,7 @@
 #include "model/bak-model.h"
 #include "store/profile.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 struct LineFinding {
   /** From 1. */
@@ -34,7 +34,7 @@ struct WindowView {
 class WindowLoader {
  public:
   /** Loads the next line, which has this text and says this. */
-  void load(std::string_view text, const ProfileLine& line);
+  void load(std::string_view text, const store::ProfileLine& line);
 
   /** Returns what has come of all lines; nothing can be loaded after that. */
   WindowView end();
@@ -54,12 +54,12 @@ class WindowLoader {
 
   void find(Problem problem, const std::string& about = "");
   void load_other(std::string_view text);
-  void load_answer(const ProfileLine& line, std::string_view text);
-  void load_definition(const ProfileLine& line, std::string_view text);
-  void load_route(const RutDefFields& route);
+  void load_answer(const store::ProfileLine& line, std::string_view text);
+  void load_definition(const store::ProfileLine& line, std::string_view text);
+  void load_route(const model::RutDefFields& route);
   void find_unreadable(std::string_view text);
   /** Finds a flag or a time that the window reads as another one. */
-  void find_other_values(const BakDefFields& definition, std::string_view text);
+  void find_other_values(const model::BakDefFields& definition, std::string_view text);
 
   WindowView m_view;
   std::size_t m_line = 0;
@@ -71,4 +71,4 @@ class WindowLoader {
   std::map<const VhRutDefItem*, std::size_t> m_route_lines;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::check

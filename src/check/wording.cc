@@ -10,7 +10,7 @@
 
 #include "base/glib-ptr.h"
 
-namespace varnholt {
+namespace varnholt::check {
 namespace {
 
 std::string escaped(std::string_view bytes) {
@@ -182,4 +182,4 @@ std::string wrapped(std::string_view text, std::size_t indent, std::size_t width
   return lines;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::check

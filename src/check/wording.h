@@ -9,7 +9,7 @@
 
 #include "check/tally.h"
 
-namespace varnholt {
+namespace varnholt::check {
 
 /** Returns a text with these words in the places of %1, %2 and so on. */
 std::string filled(std::string_view text, const std::vector<std::string>& words);
@@ -32,4 +32,4 @@ std::string amount(const Tally& tally);
  */
 std::string wrapped(std::string_view text, std::size_t indent, std::size_t width);
 
-}  // namespace varnholt
+}  // namespace varnholt::check

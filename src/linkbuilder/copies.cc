@@ -24,7 +24,7 @@
 
 namespace fs = std::filesystem;
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 /** A path and what lstat(2) says of it. */
@@ -236,4 +236,4 @@ bool is_untouched_since(const fs::path& path, std::int64_t time) {
   return true;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

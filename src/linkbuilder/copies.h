@@ -11,7 +11,7 @@
 #include <set>
 #include <string>
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /** Returns the names in a folder, or nullopt when it is none or cannot be read. */
 std::optional<std::set<std::string>> names_in(const std::filesystem::path& folder);
@@ -41,4 +41,4 @@ bool lacks_nothing(const std::filesystem::path& copy, const std::filesystem::pat
  */
 bool is_untouched_since(const std::filesystem::path& path, std::int64_t time);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

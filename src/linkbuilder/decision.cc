@@ -13,7 +13,7 @@
 #include "base/glib-ptr.h"
 #include "linkbuilder/moves.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 /** Decides by what lstat(2) says of a path that readlink(2) could not read. */
@@ -33,7 +33,7 @@ LinkDecision decide_by_kind(const char* path, int error) {
 
 }  // namespace
 
-Turn turn_of(const BakDefFields& definition, const std::vector<Work>& left_alone,
+Turn turn_of(const model::BakDefFields& definition, const std::vector<Work>& left_alone,
              const std::vector<Work>& noted) {
   if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return Turn::none;
   const auto same_path = [&](const Work& work) { return work.to == definition.to; };
@@ -45,7 +45,7 @@ Turn turn_of(const BakDefFields& definition, const std::vector<Work>& left_alone
   return half_copied ? Turn::half_copied : Turn::build;
 }
 
-bool wants_link(const BakDefFields& definition) {
+bool wants_link(const model::BakDefFields& definition) {
   return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic) &&
          !definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
 }
@@ -54,7 +54,7 @@ ssize_t read_link(const std::string& path, char* content, std::size_t size) {
   return readlink(path.c_str(), content, size);
 }
 
-LinkDecision decide_link(const BakDefFields& definition, ReadLink read) {
+LinkDecision decide_link(const model::BakDefFields& definition, ReadLink read) {
   // Nearly every run finds nearly every link as it should be, and one call is enough to see that.
   std::array<char, PATH_MAX> content;  // NOLINT(*-member-init): clearing it takes as long again
   const ssize_t length = read(definition.to, content.data(), content.size());
@@ -78,4 +78,4 @@ UndoDecision decide_undo(const std::string& link) {
   return {link == "/" ? UndoTask::root : UndoTask::copy, content.get()};
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

@@ -11,7 +11,7 @@
 #include "linkbuilder/note.h"
 #include "model/definition.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /** What a run does with a definition. */
 enum class Turn {
@@ -29,11 +29,11 @@ enum class Turn {
  * Decides what comes of a definition, given the works that this run leaves alone and those that are
  * noted now.
  */
-Turn turn_of(const BakDefFields& definition, const std::vector<Work>& left_alone,
+Turn turn_of(const model::BakDefFields& definition, const std::vector<Work>& left_alone,
              const std::vector<Work>& noted);
 
 /** Returns whether a definition wants a link, that is, is symbolic and not marked deleted. */
-bool wants_link(const BakDefFields& definition);
+bool wants_link(const model::BakDefFields& definition);
 
 /** What making a link takes. */
 enum class LinkTask {
@@ -66,7 +66,7 @@ using ReadLink = ssize_t (*)(const std::string& path, char* content, std::size_t
 ssize_t read_link(const std::string& path, char* content, std::size_t size);
 
 /** Decides about a definition that is not marked deleted. */
-LinkDecision decide_link(const BakDefFields& definition, ReadLink read = read_link);
+LinkDecision decide_link(const model::BakDefFields& definition, ReadLink read = read_link);
 
 /** What undoing a link takes. */
 enum class UndoTask {
@@ -94,4 +94,4 @@ struct UndoDecision {
 /** Decides about the link of a definition that is marked deleted. */
 UndoDecision decide_undo(const std::string& link);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

@@ -21,11 +21,11 @@
 
 namespace fs = std::filesystem;
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 using Then = Remedy::Then;
-using Definitions = std::vector<BakDefFields>;
+using Definitions = std::vector<model::BakDefFields>;
 
 bool put_back(const Work& work) {
   const char* const backup = work.other.c_str();
@@ -44,7 +44,7 @@ bool remove_all(const std::string& path) {
   return !error;
 }
 
-BakDefFields definition_of(const Work& work) {
+model::BakDefFields definition_of(const Work& work) {
   return {.from = work.from, .to = work.to};
 }
 
@@ -182,7 +182,7 @@ void keep_without_line(Work work, Note& note) {
   note.keep(work);
 }
 
-std::vector<Work> heal(Note& note, const std::vector<BakDefFields>& definitions) {
+std::vector<Work> heal(Note& note, const std::vector<model::BakDefFields>& definitions) {
   std::vector<Work> left_alone;
   // A later work may have moved a folder in which an earlier one has left something.
   const std::vector<Work> newest_first{note.works().rbegin(), note.works().rend()};
@@ -193,4 +193,4 @@ std::vector<Work> heal(Note& note, const std::vector<BakDefFields>& definitions)
   return left_alone;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

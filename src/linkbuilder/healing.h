@@ -10,16 +10,16 @@
 #include "linkbuilder/note.h"
 #include "model/definition.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /**
  * Finishes the works of a note, the newest one first, as far as the definitions of the profile
  * still ask for them. Tells on standard output what it does, and on standard error what it leaves
  * alone in doubt. Returns the works whose definitions this run must leave alone.
  */
-std::vector<Work> heal(Note& note, const std::vector<BakDefFields>& definitions);
+std::vector<Work> heal(Note& note, const std::vector<model::BakDefFields>& definitions);
 
 /** Notes that the line of an undoing whose copy has failed leaves the profile. */
 void keep_without_line(Work work, Note& note);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

@@ -58,8 +58,7 @@ int open_folder_to_lock() {
   struct stat status {};
   if (fstat(of_root, &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0) return of_root;
   if (of_root >= 0) close(of_root);
-  const auto folder = varnholt::take_text(g_path_get_dirname(paths::profile));
-  return open(folder.get(), O_RDONLY | O_DIRECTORY);
+  return open(varnholt::folder_above(paths::profile).c_str(), O_RDONLY | O_DIRECTORY);
   // NOLINTEND(android-cloexec-open)
 }
 
@@ -71,7 +70,7 @@ int wait_for_other_runs() {
   const int lock = open_folder_to_lock();
   if (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
     varnholt::print_progress("another run of the link builder is at work, waiting for its end\n");
-    const varnholt::EndsAtOnce interruptible;
+    const varnholt::linkbuilder::EndsAtOnce interruptible;
     flock(lock, LOCK_EX);
   }
   return lock;
@@ -82,14 +81,15 @@ bool is_contained(std::string_view text, std::string_view other) {
   const auto unmarked = [](std::string_view profile) {
     // The room for a text is made before it is written.
     profile = profile.substr(0, profile.find('\0'));
-    return varnholt::without_lines(profile, varnholt::apply_definitions(profile, [](auto&) {}));
+    return varnholt::linkbuilder::without_lines(
+        profile, varnholt::linkbuilder::apply_definitions(profile, [](auto&) {}));
   };
   return unmarked(other).starts_with(unmarked(text));
 }
 
 /** Removes the new profile that a run has left beside the old one when it was cut off. */
 void remove_older_profile(std::string_view profile) {
-  const auto left = varnholt::remove_leftover(paths::profile, [&](std::string_view text) {
+  const auto left = varnholt::store::remove_leftover(paths::profile, [&](std::string_view text) {
     std::string older{text};
     std::string newer{profile};
     return is_contained(text, profile) ||
@@ -108,27 +108,29 @@ class Run {
   explicit Run(std::string_view profile) : m_profile(profile) {}
 
   /** Does the work, and returns the lines for which nothing is left to do. */
-  varnholt::Lines do_all() {
+  varnholt::linkbuilder::Lines do_all() {
     finish_earlier_work();
-    return varnholt::apply_definitions(
-        m_profile, [this](const varnholt::BakDefFields& definition) { take(definition); });
+    return varnholt::linkbuilder::apply_definitions(
+        m_profile, [this](const varnholt::model::BakDefFields& definition) { take(definition); });
   }
 
   /** Notes that the lines of copies that have failed are about to leave the profile. */
   void expect_new_profile() {
-    for_each_work(varnholt::Stage::undo, [this](const varnholt::Work& work) {
-      varnholt::keep_without_line(work, m_note);
-    });
+    for_each_work(varnholt::linkbuilder::Stage::undo,
+                  [this](const varnholt::linkbuilder::Work& work) {
+                    varnholt::linkbuilder::keep_without_line(work, m_note);
+                  });
   }
 
   /** Forgets the copies for which the profile has no line any more. */
   void forget_copies() {
-    for_each_work(varnholt::Stage::undone,
-                  [this](const varnholt::Work& work) { m_note.drop(work); });
+    for_each_work(varnholt::linkbuilder::Stage::undone,
+                  [this](const varnholt::linkbuilder::Work& work) { m_note.drop(work); });
   }
 
  private:
-  void for_each_work(varnholt::Stage stage, const std::function<void(const varnholt::Work&)>& act) {
+  void for_each_work(varnholt::linkbuilder::Stage stage,
+                     const std::function<void(const varnholt::linkbuilder::Work&)>& act) {
     const auto works = m_note.works();
     for (const auto& work : works) {
       if (work.stage == stage) act(work);
@@ -137,28 +139,28 @@ class Run {
 
   void finish_earlier_work() {
     if (m_note.works().empty()) return;
-    std::vector<varnholt::BakDefFields> definitions;
-    varnholt::apply_definitions(m_profile, [&definitions](const varnholt::BakDefFields& each) {
-      definitions.push_back(each);
-    });
-    m_left_alone = varnholt::heal(m_note, definitions);
+    std::vector<varnholt::model::BakDefFields> definitions;
+    varnholt::linkbuilder::apply_definitions(
+        m_profile,
+        [&definitions](const varnholt::model::BakDefFields& each) { definitions.push_back(each); });
+    m_left_alone = varnholt::linkbuilder::heal(m_note, definitions);
   }
 
-  void take(const varnholt::BakDefFields& definition) {
-    using varnholt::Turn;
-    const auto turn = varnholt::turn_of(definition, m_left_alone, m_note.works());
+  void take(const varnholt::model::BakDefFields& definition) {
+    using varnholt::linkbuilder::Turn;
+    const auto turn = varnholt::linkbuilder::turn_of(definition, m_left_alone, m_note.works());
     if (turn == Turn::none) return;
-    varnholt::end_if_stopped();
-    if (turn == Turn::undo) return varnholt::undo_symlink(definition, m_note);
-    if (turn == Turn::build) return varnholt::build_symlink(definition, m_note);
+    varnholt::linkbuilder::end_if_stopped();
+    if (turn == Turn::undo) return varnholt::linkbuilder::undo_symlink(definition, m_note);
+    if (turn == Turn::build) return varnholt::linkbuilder::build_symlink(definition, m_note);
     if (turn == Turn::left_alone) return;
     varnholt::print_failure("%s is left alone, because what stands there may not be whole\n",
                             definition.to.c_str());
   }
 
   std::string_view m_profile;
-  varnholt::Note m_note{paths::unfinished};
-  std::vector<varnholt::Work> m_left_alone;
+  varnholt::linkbuilder::Note m_note{paths::unfinished};
+  std::vector<varnholt::linkbuilder::Work> m_left_alone;
 };
 
 void tell_failure(const GError& error) {
@@ -167,12 +169,13 @@ void tell_failure(const GError& error) {
 
 }  // namespace
 
-varnholt::Lines varnholt::apply_definitions(
-    std::string_view profile, const std::function<void(const varnholt::BakDefFields&)>& apply) {
+varnholt::linkbuilder::Lines varnholt::linkbuilder::apply_definitions(
+    std::string_view profile,
+    const std::function<void(const varnholt::model::BakDefFields&)>& apply) {
   Lines done;
   for_each_piece(profile, '\n', [&](std::string_view line) {
     // No item is created: that would look up every source, which an existing link does not need.
-    const auto definition = read_lnk_line(line);
+    const auto definition = model::read_lnk_line(line);
     if (!definition) return;
     apply(*definition);
     if (definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) done.emplace(line);
@@ -180,7 +183,7 @@ varnholt::Lines varnholt::apply_definitions(
   return done;
 }
 
-std::string varnholt::without_lines(std::string_view profile, const Lines& lines) {
+std::string varnholt::linkbuilder::without_lines(std::string_view profile, const Lines& lines) {
   if (lines.empty()) {
     // This is the usual run, in which only empty lines at the beginning vanish.
     return std::string{profile.substr(std::min(profile.find_first_not_of('\n'), profile.size()))};
@@ -191,7 +194,7 @@ std::string varnholt::without_lines(std::string_view profile, const Lines& lines
 void main_save_symbolic_dir() {
   take_no_input();
   secure_process();
-  varnholt::catch_stop_signals();
+  varnholt::linkbuilder::catch_stop_signals();
   const varnholt::Descriptor lock{wait_for_other_runs()};
   if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
     varnholt::print_progress("open file  [%s] is not exist \n", paths::profile);
@@ -207,13 +210,14 @@ void main_save_symbolic_dir() {
   const auto done = run.do_all();
   run.expect_new_profile();
   // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
-  const auto error = varnholt::replace_file(
-      paths::profile, profile_mode,
-      [&done](std::string_view stored) { return varnholt::without_lines(stored, done); });
+  const auto error =
+      varnholt::store::replace_file(paths::profile, profile_mode, [&done](std::string_view stored) {
+        return varnholt::linkbuilder::without_lines(stored, done);
+      });
   if (error) {
     tell_failure(*error);
   } else {
     run.forget_copies();
   }
-  varnholt::end_if_stopped();
+  varnholt::linkbuilder::end_if_stopped();
 }

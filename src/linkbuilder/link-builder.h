@@ -9,7 +9,7 @@
 
 #include "model/bak-model.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 using Lines = std::set<std::string, std::less<>>;
 
@@ -18,12 +18,12 @@ using Lines = std::set<std::string, std::less<>>;
  * of those that are marked deleted: nothing is left to do for them.
  */
 Lines apply_definitions(std::string_view profile,
-                        const std::function<void(const BakDefFields&)>& apply);
+                        const std::function<void(const model::BakDefFields&)>& apply);
 
 /** Returns a profile without these lines; all others stay as kept_lines() keeps them. */
 std::string without_lines(std::string_view profile, const Lines& lines);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder
 
 /**
  * Applies every symbolic definition of the profile to the file system, in the order of the file.

@@ -21,15 +21,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using varnholt::BakDefFields;
 using varnholt::is_link;
 using varnholt::is_there;
 using varnholt::path_argument;
 using varnholt::print_failure;
 using varnholt::print_progress;
-using varnholt::run_step;
-using varnholt::Stage;
-using varnholt::Work;
+using varnholt::linkbuilder::run_step;
+using varnholt::linkbuilder::Stage;
+using varnholt::linkbuilder::Work;
+using varnholt::model::BakDefFields;
 
 constexpr mode_t new_folder_mode = 0775;
 
@@ -52,7 +52,7 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
   const char* const to = definition.to.c_str();
   const int result = std::remove(to);
   if (result == 0) {
-    varnholt::make_link(definition);
+    varnholt::linkbuilder::make_link(definition);
     return;
   }
   print_failure(already_a_link, to, content.c_str());
@@ -64,10 +64,7 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
  * the path itself, or the next run would move it onto the source.
  */
 void make_folders_above(const std::string& path) {
-  const auto end = path.find_last_not_of('/');
-  const auto last_name = path.rfind('/', end);
-  if (end == std::string::npos || last_name == std::string::npos) return;
-  g_mkdir_with_parents(path.substr(0, last_name + 1).c_str(), new_folder_mode);
+  g_mkdir_with_parents(varnholt::folder_above(path).c_str(), new_folder_mode);
 }
 
 /** Makes a link where nothing exists, and creates the folders above it that are missing. */
@@ -97,24 +94,25 @@ void tell_stale_note(const char* path) {
 }
 
 /** Moves the folder or file at `to` onto the source and makes the link in its place. */
-void adopt_and_link(const BakDefFields& definition, ino_t inode, varnholt::Note& run_note) {
+void adopt_and_link(const BakDefFields& definition, ino_t inode,
+                    varnholt::linkbuilder::Note& run_note) {
   const char* const from = definition.from.c_str();
   const char* const to = definition.to.c_str();
   const bool nothing_at_source = !varnholt::exists(from) && !is_link(definition.from);
-  const auto expected = varnholt::free_backup_name(definition.to);
+  const auto expected = varnholt::linkbuilder::free_backup_name(definition.to);
   Work work{nothing_at_source ? Stage::move : Stage::aside, definition.from, definition.to,
             real_path(expected), inode};
-  varnholt::Note unwritten;
-  auto& note = varnholt::is_backup_name(work.other) ? run_note : unwritten;
-  work.source_inode = varnholt::inode_at(varnholt::without_final_slash(work.from));
-  work.crosses = varnholt::lies_elsewhere(work);
+  varnholt::linkbuilder::Note unwritten;
+  auto& note = varnholt::linkbuilder::is_backup_name(work.other) ? run_note : unwritten;
+  work.source_inode = varnholt::linkbuilder::inode_at(varnholt::without_final_slash(work.from));
+  work.crosses = varnholt::linkbuilder::lies_elsewhere(work);
   if (!note.keep(work)) return tell_stale_note(to);
   const std::string backup = varnholt::take_text(main_backup_file(to)).get();
   if (backup.empty()) {
     // A command that was killed may have renamed it nevertheless; the next run will find it.
     if (!is_there(definition.to)) return;
     // The call of symlink(2) fails, and its message reports the failure.
-    varnholt::make_link(definition);
+    varnholt::linkbuilder::make_link(definition);
     return note.drop(work);
   }
   if (backup != expected) {
@@ -123,18 +121,18 @@ void adopt_and_link(const BakDefFields& definition, ino_t inode, varnholt::Note&
     note.keep(work);
   }
   print_progress("move force  %s  to %s \n", backup.c_str(), from);
-  const bool moved = varnholt::move_file(backup.c_str(), from, [&] {
+  const bool moved = varnholt::linkbuilder::move_file(backup.c_str(), from, [&] {
     if (work.stage == Stage::move) return true;
     work.stage = Stage::move;
     // The deletion must not come back after the note says that it is done.
     varnholt::sync_folder_above(work.from);
     return note.keep(work);
   });
-  if (moved) varnholt::link_adopted(work, note);
+  if (moved) varnholt::linkbuilder::link_adopted(work, note);
 }
 
 /** Replaces a link by a copy of what it leads to. */
-void replace_by_copy(Work work, varnholt::Note& note) {
+void replace_by_copy(Work work, varnholt::linkbuilder::Note& note) {
   const auto link = path_argument(work.to);
   const std::string command =
       "/bin/rm -rf " + link + " && /bin/cp -r " + path_argument(work.other) + "  " + link + ' ';
@@ -149,11 +147,11 @@ void replace_by_copy(Work work, varnholt::Note& note) {
 
 }  // namespace
 
-int varnholt::make_link(const BakDefFields& definition) {
+int varnholt::linkbuilder::make_link(const BakDefFields& definition) {
   return tell_link(definition, symlink(definition.from.c_str(), definition.to.c_str()));
 }
 
-void varnholt::link_adopted(Work work, Note& note) {
+void varnholt::linkbuilder::link_adopted(Work work, Note& note) {
   const BakDefFields definition{.from = work.from, .to = work.to};
   if (make_link(definition) == 0) return note.drop(work);
   const char* const from = work.from.c_str();
@@ -167,7 +165,7 @@ void varnholt::link_adopted(Work work, Note& note) {
   if (moved_back) note.drop(work);
 }
 
-void varnholt::build_symlink(const BakDefFields& definition, Note& note) {
+void varnholt::linkbuilder::build_symlink(const BakDefFields& definition, Note& note) {
   if (!wants_link(definition)) return;
   const auto decision = decide_link(definition);
   switch (decision.task) {
@@ -190,7 +188,7 @@ void varnholt::build_symlink(const BakDefFields& definition, Note& note) {
   }
 }
 
-void varnholt::undo_symlink(const BakDefFields& definition, Note& note, Stage stage) {
+void varnholt::linkbuilder::undo_symlink(const BakDefFields& definition, Note& note, Stage stage) {
   const char* const link = definition.to.c_str();
   const auto decision = decide_undo(definition.to);
   const char* const content = decision.content.c_str();
@@ -213,19 +211,19 @@ void varnholt::undo_symlink(const BakDefFields& definition, Note& note, Stage st
 
 void main_build_symlink(VhBakDefItem* v) {
   g_return_if_fail(v != NULL);
-  varnholt::Note unwritten;
-  varnholt::build_symlink(*v, unwritten);
+  varnholt::linkbuilder::Note unwritten;
+  varnholt::linkbuilder::build_symlink(*v, unwritten);
 }
 
 int main_build_symlink_imp(VhBakDefItem* v) {
   g_return_val_if_fail(v != NULL, 0);
-  return varnholt::make_link(*v);
+  return varnholt::linkbuilder::make_link(*v);
 }
 
 void main_restore_del_symlink(const char* link) {
   g_return_if_fail(link != NULL);
-  varnholt::Note unwritten;
-  varnholt::BakDefFields definition;
+  varnholt::linkbuilder::Note unwritten;
+  varnholt::model::BakDefFields definition;
   definition.to = link;
-  varnholt::undo_symlink(definition, unwritten);
+  varnholt::linkbuilder::undo_symlink(definition, unwritten);
 }

@@ -18,13 +18,13 @@
  */
 void main_build_symlink(VhBakDefItem* v);
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /** Does the same for a definition as a plain value, and notes what it is about to do. */
-void build_symlink(const BakDefFields& definition, Note& note);
+void build_symlink(const model::BakDefFields& definition, Note& note);
 
 /** Does what main_build_symlink_imp() does. */
-int make_link(const BakDefFields& definition);
+int make_link(const model::BakDefFields& definition);
 
 /** Makes the link of a work whose data is at the source, or moves the data back. */
 void link_adopted(Work work, Note& note);
@@ -33,9 +33,9 @@ void link_adopted(Work work, Note& note);
  * Does what main_restore_del_symlink() does for the path of a definition, and notes in this stage
  * what it is about to do. The note then holds a copy that failed, and one that is a link.
  */
-void undo_symlink(const BakDefFields& definition, Note& note, Stage stage = Stage::undo);
+void undo_symlink(const model::BakDefFields& definition, Note& note, Stage stage = Stage::undo);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder
 
 /**
  * Makes the link of a definition with symlink(2), whatever else the definition says. Returns 0, or

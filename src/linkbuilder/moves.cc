@@ -20,7 +20,7 @@
 
 namespace fs = std::filesystem;
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 /** The backup names begin with the number 0. */
@@ -31,7 +31,7 @@ constexpr int backup_names = 1000;
  * link and keep the link.
  */
 bool is_link_with_slash(const std::string& path) {
-  return path.ends_with('/') && is_link(path.substr(0, 1 + path.find_last_not_of('/')));
+  return path.ends_with('/') && is_link(without_final_slashes(path));
 }
 
 /**
@@ -40,41 +40,19 @@ bool is_link_with_slash(const std::string& path) {
  * for each backup name once more.
  */
 bool leads_to_mount_with_slash(const std::string& path) {
-  const auto end = path.find_last_not_of('/');
-  if (!path.ends_with('/') || end == std::string::npos) return false;
+  if (!path.ends_with('/') || without_final_slashes(path).empty()) return false;
   struct statx at {};
   struct statx above {};
-  const auto name = path.rfind('/', end);
-  const auto folder = name == std::string::npos ? "." : path.substr(0, name + 1);
   return statx(AT_FDCWD, path.c_str(), 0, STATX_MNT_ID, &at) == 0 &&
-         statx(AT_FDCWD, folder.c_str(), 0, STATX_MNT_ID, &above) == 0 &&
+         statx(AT_FDCWD, folder_above(path).c_str(), 0, STATX_MNT_ID, &above) == 0 &&
          at.stx_mnt_id != above.stx_mnt_id;
 }
 
 }  // namespace
 
-std::string without_final_slash(std::string_view path) {
-  if (path.ends_with('/')) path.remove_suffix(1);
-  return std::string{path};
-}
-
 ino_t inode_at(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
-}
-
-bool exists(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS);
-}
-
-bool is_link(const std::string& path) {
-  std::error_code ignored;
-  return fs::is_symlink(fs::symlink_status(path, ignored));
-}
-
-bool is_there(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0;
 }
 
 std::string backup_name(const std::string& path, int number) {
@@ -87,9 +65,6 @@ bool renames_by_copy(const std::string& path) {
 }
 
 bool is_elsewhere(const std::string& path, const std::string& other) {
-  const auto folder_above = [](const fs::path& of) {
-    return of.has_parent_path() ? of.parent_path() : fs::path{"."};
-  };
   struct stat one {};
   struct stat another {};
   return stat(folder_above(path).c_str(), &one) == 0 &&
@@ -138,16 +113,18 @@ bool move_file(const char* from_fn, const char* to_fn, const std::function<bool(
   return begin_move() && run_step(command) == 0 ? true : move_failed();
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder
 
 char* main_backup_file(const char* filename) {
   g_return_val_if_fail(filename != NULL, nullptr);
-  const int names = varnholt::leads_to_mount_with_slash(filename) ? 0 : varnholt::backup_names;
+  const int names = varnholt::linkbuilder::leads_to_mount_with_slash(filename)
+                        ? 0
+                        : varnholt::linkbuilder::backup_names;
   for (int number = 0; number < names; ++number) {
-    const auto name = varnholt::backup_name(filename, number);
+    const auto name = varnholt::linkbuilder::backup_name(filename, number);
     if (varnholt::is_there(name)) continue;
-    const int status = varnholt::run_step("/bin/mv -f " + varnholt::path_argument(filename) + ' ' +
-                                          varnholt::path_argument(name));
+    const int status = varnholt::linkbuilder::run_step(
+        "/bin/mv -f " + varnholt::path_argument(filename) + ' ' + varnholt::path_argument(name));
     if (status == 0) return g_strdup(name.c_str());
     varnholt::print_failure("rename from %s to  %s  failed ,return code  %d \n", filename,
                             name.c_str(), status);
@@ -159,5 +136,5 @@ char* main_backup_file(const char* filename) {
 bool main_move_file_force(const char* from_fn, const char* to_fn) {
   g_return_val_if_fail(from_fn != NULL, false);
   g_return_val_if_fail(to_fn != NULL, false);
-  return varnholt::move_file(from_fn, to_fn, [] { return true; });
+  return varnholt::linkbuilder::move_file(from_fn, to_fn, [] { return true; });
 }

@@ -8,22 +8,12 @@
 #include <string>
 #include <string_view>
 
-namespace varnholt {
+#include "base/path.h"
 
-/** Returns a path without one slash at its end, as the commands that move get it. */
-std::string without_final_slash(std::string_view path);
+namespace varnholt::linkbuilder {
 
 /** Returns the inode of what is at a path, and 0 for nothing. A link is not followed. */
 ino_t inode_at(const std::string& path);
-
-/** Returns whether a path leads to something; links are followed. */
-bool exists(const std::string& path);
-
-/** Returns whether a path itself is a link. */
-bool is_link(const std::string& path);
-
-/** Returns whether anything is at a path, even a dangling link. */
-bool is_there(const std::string& path);
 
 /** Returns whether the folders above two paths are there, and on different file systems. */
 bool is_elsewhere(const std::string& path, const std::string& other);
@@ -62,7 +52,7 @@ Clearing clearing_for(const std::string& from, const std::string& to);
  */
 bool move_file(const char* from_fn, const char* to_fn, const std::function<bool()>& begin_move);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder
 
 /**
  * Renames `filename` to the first of FILENAME.bak_0 to FILENAME.bak_999 at which nothing exists,

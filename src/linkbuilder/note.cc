@@ -21,7 +21,7 @@
 #include "base/text.h"
 #include "store/replace-file.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 // A path may hold any byte but NUL, so that one ends each field.
@@ -125,7 +125,7 @@ StoredNote stored_note(const char* path, uid_t owner) {
 
 Note::Note(const char* path) : m_path(path) {
   // The step that it would have told of has not begun.
-  remove_leftover(path, [](std::string_view /*text*/) { return true; });
+  store::remove_leftover(path, [](std::string_view /*text*/) { return true; });
   auto stored = stored_note(path, geteuid());
   if (stored.why.empty()) {
     m_works = std::move(stored.works);
@@ -160,7 +160,7 @@ void Note::write() {
   if (m_path == nullptr) return;
   if (!m_works.empty()) {
     constexpr mode_t own_mode = 0600;
-    const auto error = write_file(m_path, own_mode, note_text(m_works));
+    const auto error = store::write_file(m_path, own_mode, note_text(m_works));
     if (!error) {
       m_stored = m_works;
       return;
@@ -176,4 +176,4 @@ void Note::tell(const char* what, const char* why) {
   m_told = true;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

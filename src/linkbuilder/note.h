@@ -15,7 +15,7 @@
 #include "linkbuilder/moves.h"
 #include "model/definition.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /** How far the work on a definition has come. The words in the note are those of the names. */
 enum class Stage {
@@ -126,4 +126,4 @@ class Note {
   bool m_told = false;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

@@ -16,7 +16,7 @@
 
 namespace fs = std::filesystem;
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 /** The number of links that the kernel follows; see path_resolution(7). */
@@ -155,4 +155,4 @@ bool deletion_takes_away(const fs::path& doomed, const fs::path& path) {
   return any_holds(gone, passed) || any_holds(mounts.spots_from(way.entries.back()), gone);
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /** Where a path leads on the kernel's way along it; see path_resolution(7). */
 struct Way {
@@ -83,4 +83,4 @@ class Mounts {
  */
 bool deletion_takes_away(const std::filesystem::path& doomed, const std::filesystem::path& path);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

@@ -14,11 +14,11 @@
 
 namespace fs = std::filesystem;
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 using Then = Remedy::Then;
-using Definitions = std::vector<BakDefFields>;
+using Definitions = std::vector<model::BakDefFields>;
 
 /** Returns the remedy when the piece is only a part of what is whole elsewhere. */
 std::optional<Remedy> remove_part(const Place& piece, const Place& whole, bool is_part, Then then) {
@@ -89,7 +89,7 @@ bool is_made_by_others(const Work& work, const Definitions& definitions) {
     left.pop_back();
     if (place.is_link()) {
       const auto spelled = work.to + place.path.substr(top.native().size());
-      const bool wanted = std::ranges::any_of(definitions, [&](const BakDefFields& each) {
+      const bool wanted = std::ranges::any_of(definitions, [&](const model::BakDefFields& each) {
         return wants_link(each) && each.to == spelled && each.from == place.content;
       });
       if (!wanted) return false;
@@ -171,7 +171,8 @@ std::string Place::told() const {
   return path + (S_ISDIR(status.st_mode) ? " is a folder" : " is a file");
 }
 
-std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefFields>& definitions) {
+std::optional<Remedy> remedy_for(const Work& work,
+                                 const std::vector<model::BakDefFields>& definitions) {
   switch (work.stage) {
     case Stage::aside:
     case Stage::move:
@@ -187,4 +188,4 @@ std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefField
   return std::nullopt;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

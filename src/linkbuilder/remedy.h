@@ -11,7 +11,7 @@
 #include "linkbuilder/note.h"
 #include "model/definition.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /** What stands at a path. A link is not followed. */
 struct Place {
@@ -60,6 +60,7 @@ struct Remedy {
  * nullopt in doubt: when what stands there is not what the work, or a definition below its path,
  * can have left, because somebody has changed something since.
  */
-std::optional<Remedy> remedy_for(const Work& work, const std::vector<BakDefFields>& definitions);
+std::optional<Remedy> remedy_for(const Work& work,
+                                 const std::vector<model::BakDefFields>& definitions);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

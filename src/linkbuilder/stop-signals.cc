@@ -11,7 +11,7 @@
 #include "base/diagnostics.h"
 #include "base/shell.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 constexpr std::array<int, 4> stop_signals{SIGINT, SIGQUIT, SIGHUP, SIGTERM};
@@ -75,4 +75,4 @@ int run_step(const std::string& command_line) {
   return status;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

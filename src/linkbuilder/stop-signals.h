@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 /**
  * From this call on, a stop signal no longer ends the process wherever it happens to be. It ends it
@@ -33,4 +33,4 @@ class EndsAtOnce {
  */
 int run_step(const std::string& command_line);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

@@ -8,11 +8,11 @@
 #include "linkbuilder/decision.h"
 #include "linkbuilder/moves.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 namespace {
 
 using Kind = Treatment::Kind;
-using Definitions = std::vector<BakDefFields>;
+using Definitions = std::vector<model::BakDefFields>;
 
 /** Returns whether the paths of a work lead to where they led when it began. */
 bool is_at_home(const Work& work) {
@@ -26,9 +26,10 @@ Treatment changed_since(bool settled) {
 }
 
 Treatment treat_adoption(const Work& work, const Definitions& definitions) {
-  const bool wanted = std::ranges::any_of(definitions, [&work](const BakDefFields& definition) {
-    return wants_link(definition) && definition.from == work.from && definition.to == work.to;
-  });
+  const bool wanted =
+      std::ranges::any_of(definitions, [&work](const model::BakDefFields& definition) {
+        return wants_link(definition) && definition.from == work.from && definition.to == work.to;
+      });
   if (wanted) {
     const auto remedy = remedy_for(work, definitions);
     if (remedy) return {Kind::finish, *remedy};
@@ -87,4 +88,4 @@ Treatment treatment_of(const Work& work, const Definitions& definitions) {
   return work.undoes() ? treat_undoing(work, definitions) : treat_adoption(work, definitions);
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

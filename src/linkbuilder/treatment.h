@@ -9,7 +9,7 @@
 #include "linkbuilder/remedy.h"
 #include "model/definition.h"
 
-namespace varnholt {
+namespace varnholt::linkbuilder {
 
 struct Treatment {
   enum class Kind {
@@ -46,6 +46,6 @@ struct Treatment {
 };
 
 /** Decides by comparing what stands there, which may take long. */
-Treatment treatment_of(const Work& work, const std::vector<BakDefFields>& definitions);
+Treatment treatment_of(const Work& work, const std::vector<model::BakDefFields>& definitions);
 
-}  // namespace varnholt
+}  // namespace varnholt::linkbuilder

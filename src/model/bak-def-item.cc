@@ -10,23 +10,23 @@
 
 namespace {
 
-using varnholt::BakDefFields;
+using varnholt::model::BakDefFields;
 
 VhBakDefItem* make_item(GType object_type, BakDefFields fields) {
   auto* const self = static_cast<VhBakDefItem*>(g_object_new(object_type, nullptr));
-  static_cast<varnholt::BakDefFields&>(*self) = std::move(fields);
+  static_cast<varnholt::model::BakDefFields&>(*self) = std::move(fields);
   vh_bak_def_item_set_dir(self);
   return self;
 }
 
 char* real_lnk_to_string(VhBakDefItem* self) {
-  return varnholt::give_text(varnholt::lnk_line(*self));
+  return varnholt::give_text(varnholt::model::lnk_line(*self));
 }
 
 }  // namespace
 
 GType vh_bak_def_item_get_type() {
-  return varnholt::ObjectType<VhBakDefItem, VhBakDefItemClass, varnholt::BakDefState>::get(
+  return varnholt::ObjectType<VhBakDefItem, VhBakDefItemClass, varnholt::model::BakDefState>::get(
       G_TYPE_OBJECT, "VhBakDefItem", [](VhBakDefItemClass* klass) {
         klass->lnk_to_string = real_lnk_to_string;
         // A program that finds this type by its name can then find the enumerations too.
@@ -51,7 +51,7 @@ VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, con
   return make_item(object_type, std::move(fields));
 }
 
-VhBakDefItem* varnholt::new_bak_def_item(std::optional<BakDefFields> fields) {
+VhBakDefItem* varnholt::model::new_bak_def_item(std::optional<BakDefFields> fields) {
   return fields ? make_item(vh_bak_def_item_get_type(), std::move(*fields)) : nullptr;
 }
 
@@ -59,7 +59,8 @@ void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(item != NULL);
   self->is_selected = item->is_selected;
-  static_cast<varnholt::BakDefFields&>(*self) = static_cast<const varnholt::BakDefFields&>(*item);
+  static_cast<varnholt::model::BakDefFields&>(*self) =
+      static_cast<const varnholt::model::BakDefFields&>(*item);
   vh_bak_def_item_set_dir(self);
 }
 
@@ -113,15 +114,15 @@ char* vh_bak_def_item_lnk_to_string(VhBakDefItem* self) {
 
 VhBakDefItem* vh_bak_def_item_lnk_scanf_string(const char* line) {
   g_return_val_if_fail(line != NULL, nullptr);
-  return varnholt::new_bak_def_item(varnholt::read_lnk_line(line));
+  return varnholt::model::new_bak_def_item(varnholt::model::read_lnk_line(line));
 }
 
 char* vh_bak_def_item_shl_to_string(VhBakDefItem* self) {
   g_return_val_if_fail(self != NULL, nullptr);
-  return varnholt::give_text(varnholt::shl_line(*self));
+  return varnholt::give_text(varnholt::model::shl_line(*self));
 }
 
 VhBakDefItem* vh_bak_def_item_shl_scanf_string(const char* line) {
   g_return_val_if_fail(line != NULL, nullptr);
-  return varnholt::new_bak_def_item(varnholt::read_shl_line(line));
+  return varnholt::model::new_bak_def_item(varnholt::model::read_shl_line(line));
 }

@@ -11,14 +11,14 @@
 #include "model/definition.h"
 #include "model/table-row.h"
 
-namespace varnholt {
+namespace varnholt::model {
 
 struct BakDefState : TableRow, BakDefFields {};
 
-}  // namespace varnholt
+}  // namespace varnholt::model
 
 /** One definition of the Link page or of the Shell page. */
-struct VhBakDefItem : GObject, varnholt::BakDefState {
+struct VhBakDefItem : GObject, varnholt::model::BakDefState {
   VhBakDefItem() = delete;
 };
 
@@ -38,7 +38,7 @@ VhBakDefItem* vh_bak_def_item_new(const char* from, const char* to, int op, gint
 VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, const char* to, int op,
                                         gint64 last_oper_time);
 
-namespace varnholt {
+namespace varnholt::model {
 
 /**
  * Creates an item from `fields` and looks up whether its source is a folder. Returns null when
@@ -46,7 +46,7 @@ namespace varnholt {
  */
 VhBakDefItem* new_bak_def_item(std::optional<BakDefFields> fields);
 
-}  // namespace varnholt
+}  // namespace varnholt::model
 
 /** Copies everything from `item` except its row, and looks up again whether `from` is a folder. */
 void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item);

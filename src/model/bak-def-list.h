@@ -12,7 +12,7 @@
  * A caller that gets an item gets a new reference and releases it. When several items have the same
  * row, or several are ticked, the first one counts.
  */
-struct VhBakDefItemList : GObject, varnholt::RowList<VhBakDefItem> {
+struct VhBakDefItemList : GObject, varnholt::model::RowList<VhBakDefItem> {
   VhBakDefItemList() = delete;
 };
 
@@ -41,12 +41,12 @@ bool vh_bak_def_item_list_remove_in_iter(VhBakDefItemList* self, const GtkTreeIt
  */
 bool vh_bak_def_item_list_hide_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter);
 
-namespace varnholt {
+namespace varnholt::model {
 
 /** Does the same for the item at a place that find() returned. */
 bool hide(const VhBakDefItemList::Place& found);
 
-}  // namespace varnholt
+}  // namespace varnholt::model
 
 guint vh_bak_def_item_list_length(VhBakDefItemList* self);
 

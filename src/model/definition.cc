@@ -8,7 +8,7 @@
 
 #include "base/text.h"
 
-namespace varnholt {
+namespace varnholt::model {
 namespace {
 
 /** The words that a line uses for the operations; the first one that applies counts. */
@@ -94,4 +94,4 @@ bool is_stamped(const BakDefFields& definition) {
   return definition.has(VH_FILE_OPERATION_TYPE_FOT_OverWrite) && definition.force_overwrite;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::model

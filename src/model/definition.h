@@ -12,7 +12,7 @@
 
 #include "model/file-operation.h"
 
-namespace varnholt {
+namespace varnholt::model {
 
 /** The contents of a file definition or a boot script. */
 struct BakDefFields {
@@ -61,4 +61,4 @@ bool comes_first(const BakDefFields& definition);
 /** Returns whether saving sets the time: for an update, and for an overwrite with its flag set. */
 bool is_stamped(const BakDefFields& definition);
 
-}  // namespace varnholt
+}  // namespace varnholt::model

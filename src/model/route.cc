@@ -4,7 +4,7 @@
 
 #include "base/text.h"
 
-namespace varnholt {
+namespace varnholt::model {
 std::optional<RutDefFields> read_rut_add_line(std::string_view line) {
   const auto fields = fields_of(line, "rut,add");
   if (fields.size() != 2 + route_texts.size()) return std::nullopt;
@@ -34,4 +34,4 @@ std::string rut_del_line(bool del_def_rut) {
   return del_def_rut ? "rut,del,yes" : "rut,del,no";
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::model

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace varnholt {
+namespace varnholt::model {
 
 /** The contents of a route. No text is interpreted, and any text may be empty. */
 struct RutDefFields {
@@ -46,4 +46,4 @@ bool are_rivals(const RutDefFields& a, const RutDefFields& b);
 std::optional<bool> read_rut_del_line(std::string_view line);
 std::string rut_del_line(bool del_def_rut);
 
-}  // namespace varnholt
+}  // namespace varnholt::model

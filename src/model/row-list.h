@@ -13,7 +13,7 @@
 #include "base/glib-ptr.h"
 #include "model/table-row.h"
 
-namespace varnholt {
+namespace varnholt::model {
 
 /** A list of objects that have a TableRow. It holds a reference to each. */
 template <typename Item>
@@ -88,4 +88,4 @@ class RowList {
   Items m_items;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::model

@@ -9,18 +9,18 @@
 
 namespace {
 
-using varnholt::RutDefFields;
+using varnholt::model::RutDefFields;
 
 VhRutDefItem* make_item(GType object_type, RutDefFields fields) {
   auto* const self = static_cast<VhRutDefItem*>(g_object_new(object_type, nullptr));
-  static_cast<varnholt::RutDefFields&>(*self) = std::move(fields);
+  static_cast<varnholt::model::RutDefFields&>(*self) = std::move(fields);
   return self;
 }
 
 }  // namespace
 
 GType vh_rut_def_item_get_type() {
-  return varnholt::ObjectType<VhRutDefItem, VhRutDefItemClass, varnholt::RutDefState>::get(
+  return varnholt::ObjectType<VhRutDefItem, VhRutDefItemClass, varnholt::model::RutDefState>::get(
       G_TYPE_OBJECT, "VhRutDefItem");
 }
 
@@ -41,7 +41,7 @@ VhRutDefItem* vh_rut_def_item_construct(GType object_type, const char* name, con
   return make_item(object_type, {name, addr, mask, gw, jup, nic});
 }
 
-VhRutDefItem* varnholt::new_rut_def_item(std::optional<RutDefFields> fields) {
+VhRutDefItem* varnholt::model::new_rut_def_item(std::optional<RutDefFields> fields) {
   return fields ? make_item(vh_rut_def_item_get_type(), std::move(*fields)) : nullptr;
 }
 
@@ -49,7 +49,8 @@ void vh_rut_def_item_fill_by_other(VhRutDefItem* self, VhRutDefItem* item) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(item != NULL);
   self->is_selected = item->is_selected;
-  static_cast<varnholt::RutDefFields&>(*self) = static_cast<const varnholt::RutDefFields&>(*item);
+  static_cast<varnholt::model::RutDefFields&>(*self) =
+      static_cast<const varnholt::model::RutDefFields&>(*item);
   for (auto* indexed : self->indexed) *indexed = 0;
 }
 
@@ -65,10 +66,10 @@ bool vh_rut_def_item_get_is_selected(VhRutDefItem* self) {
 
 char* vh_rut_def_item_to_string(VhRutDefItem* self) {
   g_return_val_if_fail(self != NULL, nullptr);
-  return varnholt::give_text(varnholt::rut_add_line(*self));
+  return varnholt::give_text(varnholt::model::rut_add_line(*self));
 }
 
 VhRutDefItem* vh_rut_def_item_scanf_string(const char* line) {
   g_return_val_if_fail(line != NULL, nullptr);
-  return varnholt::new_rut_def_item(varnholt::read_rut_add_line(line));
+  return varnholt::model::new_rut_def_item(varnholt::model::read_rut_add_line(line));
 }

@@ -10,17 +10,17 @@
 #include "model/route.h"
 #include "model/table-row.h"
 
-namespace varnholt {
+namespace varnholt::model {
 
 struct RutDefState : TableRow, RutDefFields {
   /** How many routes each list that holds this one has indexed; 0 makes it index them anew. */
   std::vector<guint*> indexed;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::model
 
 /** One static route. */
-struct VhRutDefItem : GObject, varnholt::RutDefState {
+struct VhRutDefItem : GObject, varnholt::model::RutDefState {
   VhRutDefItem() = delete;
 };
 
@@ -38,12 +38,12 @@ VhRutDefItem* vh_rut_def_item_construct(GType object_type, const char* name, con
                                         const char* mask, const char* gw, const char* jup,
                                         const char* nic);
 
-namespace varnholt {
+namespace varnholt::model {
 
 /** Creates an item from `fields`. Returns null when `fields` is empty. */
 VhRutDefItem* new_rut_def_item(std::optional<RutDefFields> fields);
 
-}  // namespace varnholt
+}  // namespace varnholt::model
 
 /**
  * Copies everything from `item` except its row. While a list holds a route, its texts may be

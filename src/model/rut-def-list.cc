@@ -10,7 +10,7 @@
 #include "base/glib-ptr.h"
 #include "base/object-type.h"
 
-namespace varnholt {
+namespace varnholt::model {
 namespace {
 
 /** Two rivals have the first or the second hash in common. */
@@ -57,14 +57,13 @@ const VhRutDefItem* RutDefListState::first_rival_of(const RutDefFields& route,
   return nth(first).item;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::model
 
 GType vh_rut_def_item_list_get_type() {
-  return varnholt::ObjectType<VhRutDefItemList, VhRutDefItemListClass,
-                              varnholt::RutDefListState>::get(G_TYPE_OBJECT, "VhRutDefItemList",
-                                                              [](VhRutDefItemListClass* /*klass*/) {
-                                                                vh_rut_def_item_get_type();
-                                                              });
+  return varnholt::
+      ObjectType<VhRutDefItemList, VhRutDefItemListClass, varnholt::model::RutDefListState>::get(
+          G_TYPE_OBJECT, "VhRutDefItemList",
+          [](VhRutDefItemListClass* /*klass*/) { vh_rut_def_item_get_type(); });
 }
 
 VhRutDefItemList* vh_rut_def_item_list_new() {
@@ -87,12 +86,12 @@ bool vh_rut_def_item_list_get_del_def_rut(VhRutDefItemList* self) {
 
 char* vh_rut_def_item_list_del_def_rut_to_string(VhRutDefItemList* self) {
   g_return_val_if_fail(self != NULL, nullptr);
-  return varnholt::give_text(varnholt::rut_del_line(self->del_def_rut));
+  return varnholt::give_text(varnholt::model::rut_del_line(self->del_def_rut));
 }
 
 bool vh_rut_def_item_list_scanf_del_def_rut(const char* line) {
   g_return_val_if_fail(line != NULL, false);
-  return varnholt::read_rut_del_line(line).value_or(true);
+  return varnholt::model::read_rut_del_line(line).value_or(true);
 }
 
 VhRutDefItem* vh_rut_def_item_list_find_in_iter(VhRutDefItemList* self, const GtkTreeIter* iter,

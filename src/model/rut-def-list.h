@@ -10,7 +10,7 @@
 #include "model/row-list.h"
 #include "model/rut-def-item.h"
 
-namespace varnholt {
+namespace varnholt::model {
 
 /** The routes, an index of the texts that no two may share, and the flag of the default route. */
 class RutDefListState : public RowList<VhRutDefItem> {
@@ -37,13 +37,13 @@ class RutDefListState : public RowList<VhRutDefItem> {
   guint m_indexed = 0;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::model
 
 /**
  * The routes of the table, in the order of its rows, and whether to delete the default route, which
  * is true in a new list. Holds references as VhBakDefItemList does.
  */
-struct VhRutDefItemList : GObject, varnholt::RutDefListState {
+struct VhRutDefItemList : GObject, varnholt::model::RutDefListState {
   VhRutDefItemList() = delete;
 };
 

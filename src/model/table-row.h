@@ -15,7 +15,7 @@ bool vh_cmp_iter(const GtkTreeIter* a, const GtkTreeIter* b);
 /** Prints an iterator to standard output, without a line end, as an aid for debugging. */
 void vh_print_iter(const GtkTreeIter* iter);
 
-namespace varnholt {
+namespace varnholt::model {
 
 /**
  * Returns whether two iterators name the same row of a list store. Only the stamp and the first
@@ -34,4 +34,4 @@ struct TableRow {
   std::optional<GtkTreeIter> iter;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::model

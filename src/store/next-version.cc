@@ -7,7 +7,7 @@
 #include "base/paths.h"
 #include "store/profile.h"
 
-namespace varnholt {
+namespace varnholt::store {
 namespace {
 
 NextVersion tell_unreadable(int code) {
@@ -52,4 +52,4 @@ NextVersion write_next_version(const std::string& text, std::optional<int> unrea
   return NextVersion::unknown;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::store

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace varnholt {
+namespace varnholt::store {
 
 enum class NextVersion {
   /** The temporary file holds the next version. */
@@ -26,4 +26,4 @@ enum class NextVersion {
  */
 NextVersion write_next_version(const std::string& text, std::optional<int> unread);
 
-}  // namespace varnholt
+}  // namespace varnholt::store

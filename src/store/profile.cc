@@ -8,7 +8,7 @@
 #include "base/glib-ptr.h"
 #include "base/text.h"
 
-namespace varnholt {
+namespace varnholt::store {
 
 LineKind kind_of_line(std::string_view line) {
   if (line.starts_with("shl")) return LineKind::script;
@@ -21,16 +21,16 @@ ProfileLine read_profile_line(std::string_view line) {
   ProfileLine read{kind_of_line(line)};
   switch (read.kind) {
     case LineKind::file:
-      read.definition = read_lnk_line(line);
+      read.definition = model::read_lnk_line(line);
       break;
     case LineKind::script:
-      read.definition = read_shl_line(line);
+      read.definition = model::read_shl_line(line);
       break;
     case LineKind::route:
-      read.route = read_rut_add_line(line);
+      read.route = model::read_rut_add_line(line);
       break;
     case LineKind::default_route:
-      read.deletes_default_route = read_rut_del_line(line);
+      read.deletes_default_route = model::read_rut_del_line(line);
       break;
     case LineKind::other:
       break;
@@ -44,13 +44,13 @@ std::string profile_text(const VhBakDefItemList& files, const VhRutDefItemList& 
   const auto add = [&text](const std::string& line) { (text += line) += '\n'; };
   // A type that is derived from the type of the items may write its line in its own way.
   for (const auto& file : files) add(take_text(vh_bak_def_item_lnk_to_string(file.get())).get());
-  add(rut_del_line(routes.del_def_rut));
-  for (const auto& route : routes) add(rut_add_line(*route));
-  for (const auto& script : scripts) add(shl_line(*script));
+  add(model::rut_del_line(routes.del_def_rut));
+  for (const auto& route : routes) add(model::rut_add_line(*route));
+  for (const auto& script : scripts) add(model::shl_line(*script));
   return text;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::store
 
 int main_get_cur_version(std::string* cont) {
   g_return_val_if_fail(cont != NULL, 0);

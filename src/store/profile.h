@@ -9,7 +9,7 @@
 
 #include "model/bak-model.h"
 
-namespace varnholt {
+namespace varnholt::store {
 
 /** The kind of a line. */
 enum class LineKind { file, script, route, default_route, other };
@@ -21,8 +21,8 @@ LineKind kind_of_line(std::string_view line);
 struct ProfileLine {
   LineKind kind = LineKind::other;
   /** A file definition or a boot script. */
-  std::optional<BakDefFields> definition{};
-  std::optional<RutDefFields> route{};
+  std::optional<model::BakDefFields> definition{};
+  std::optional<model::RutDefFields> route{};
   std::optional<bool> deletes_default_route{};
 };
 ProfileLine read_profile_line(std::string_view line);
@@ -31,7 +31,7 @@ ProfileLine read_profile_line(std::string_view line);
 std::string profile_text(const VhBakDefItemList& files, const VhRutDefItemList& routes,
                          const VhBakDefItemList& scripts);
 
-}  // namespace varnholt
+}  // namespace varnholt::store
 
 /**
  * Returns the version in the first line of a profile and removes that line from `cont`. Returns 0

@@ -13,7 +13,7 @@
 #include "base/descriptor.h"
 #include "base/file.h"
 
-namespace varnholt {
+namespace varnholt::store {
 namespace {
 
 ErrorPtr system_error(const char* path) {
@@ -122,4 +122,4 @@ std::string remove_leftover(const char* path,
   return removed ? std::string{} : leftover;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::store

@@ -11,7 +11,7 @@
 
 #include "base/glib-ptr.h"
 
-namespace varnholt {
+namespace varnholt::store {
 
 /** Returns where the new text for a file is written. */
 std::string next_to(const char* path);
@@ -38,4 +38,4 @@ ErrorPtr replace_file(const char* path, mode_t mode,
 std::string remove_leftover(const char* path,
                             const std::function<bool(std::string_view)>& is_needless);
 
-}  // namespace varnholt
+}  // namespace varnholt::store

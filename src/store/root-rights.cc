@@ -11,7 +11,7 @@
 #include "base/descriptor.h"
 #include "base/shell.h"
 
-namespace varnholt {
+namespace varnholt::store {
 namespace {
 
 /** Replaces standard input by a pipe that holds one line, for as long as this object lives. */
@@ -50,4 +50,4 @@ int RootRights::run(const std::string& command) const {
   return password ? run_command("sudo -S " + command) : -1;
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::store

@@ -8,7 +8,7 @@
 
 #include "base/secret.h"
 
-namespace varnholt {
+namespace varnholt::store {
 
 /** The right to run commands as root, for as long as this object lives. */
 class RootRights {
@@ -29,4 +29,4 @@ class RootRights {
   SecretPtr m_password;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::store

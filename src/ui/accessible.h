@@ -4,7 +4,7 @@
 
 #include <gtk/gtk.h>
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /** Makes the current text of `caption` the name of `widget` for a screen reader. */
 inline void name_by(gpointer widget, gpointer caption) {
@@ -13,4 +13,4 @@ inline void name_by(gpointer widget, gpointer caption) {
   atk_object_add_relationship(named, ATK_RELATION_LABELLED_BY, naming);
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::ui

@@ -10,8 +10,8 @@
 
 namespace {
 
-using varnholt::Value;
-using varnholt::value_of;
+using varnholt::ui::Value;
+using varnholt::ui::value_of;
 
 void on_sel_toggled(VhBakDefWidget* self, const char* path) {
   g_return_if_fail(path != NULL);
@@ -117,11 +117,12 @@ GType vh_bak_def_widget_col_idx_get_type() {
 }
 
 GType vh_bak_def_widget_get_type() {
-  return varnholt::ObjectType<VhBakDefWidget, VhBakDefWidgetClass, varnholt::BakDefWidgetState>::
-      get(gtk_scrolled_window_get_type(), "VhBakDefWidget", [](VhBakDefWidgetClass* klass) {
-        VhBakDefWidget::add_signal(klass);
-        vh_bak_def_widget_col_idx_get_type();
-      });
+  return varnholt::
+      ObjectType<VhBakDefWidget, VhBakDefWidgetClass, varnholt::ui::BakDefWidgetState>::get(
+          gtk_scrolled_window_get_type(), "VhBakDefWidget", [](VhBakDefWidgetClass* klass) {
+            VhBakDefWidget::add_signal(klass);
+            vh_bak_def_widget_col_idx_get_type();
+          });
 }
 
 VhBakDefWidget* vh_bak_def_widget_new(int is_shell) {
@@ -162,7 +163,8 @@ bool vh_bak_def_widget_add_item(VhBakDefWidget* self, VhBakDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
   if (!vh_bak_def_widget_vaild_item(self, item)) return false;
-  self->insert(item, varnholt::comes_first(*item), values_of(item, false, item->force_overwrite));
+  self->insert(item, varnholt::model::comes_first(*item),
+               values_of(item, false, item->force_overwrite));
   return true;
 }
 
@@ -191,7 +193,7 @@ void vh_bak_def_widget_mark_del_selected_items(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
   self->take_ticked([self](const VhBakDefItemList::Place& ticked) {
     GtkTreeIter row = *ticked.item->iter;
-    if (!varnholt::hide(ticked)) return false;
+    if (!varnholt::model::hide(ticked)) return false;
     gtk_list_store_set(self->store.get(), &row, VH_BAK_DEF_WIDGET_COL_IDX_SEL, FALSE,
                        VH_BAK_DEF_WIDGET_COL_IDX_UP, ticked.item->op, -1);
     return true;
@@ -201,7 +203,7 @@ void vh_bak_def_widget_mark_del_selected_items(VhBakDefWidget* self) {
 void vh_bak_def_widget_update_items_last_oper_time(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
   for (const auto& item : *self->items) {
-    if (varnholt::is_stamped(*item)) item->last_oper_time = std::time(nullptr);
+    if (varnholt::model::is_stamped(*item)) item->last_oper_time = std::time(nullptr);
   }
 }
 
@@ -213,7 +215,7 @@ void vh_bak_def_widget_clear_selection(VhBakDefWidget* self) {
 bool vh_bak_def_widget_vaild_item(VhBakDefWidget* self, VhBakDefItem* item) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(item != NULL, false);
-  if (varnholt::is_own_source(*item)) {
+  if (varnholt::model::is_own_source(*item)) {
     main_alter("原文件和目标文件相同", GTK_BUTTONS_CLOSE);
     return false;
   }

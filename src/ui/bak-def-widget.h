@@ -28,21 +28,21 @@ GType vh_bak_def_widget_col_idx_get_type();
 
 struct VhBakDefWidget;
 
-namespace varnholt {
+namespace varnholt::ui {
 
 struct BakDefWidgetState : CheckedRows<VhBakDefWidget, VhBakDefItemList, VhBakDefItem> {
   /** 0 for the table of file definitions, 1 for the table of boot scripts. */
   int is_shell = 0;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
 
 /**
  * The table. Its signal "sig-selection-changed" passes an index and the number of items. The index
  * is that of the item that was edited, ticked or highlighted, that of the last item after one was
  * added, and -1 after items were deleted or marked.
  */
-struct VhBakDefWidget : GtkScrolledWindow, varnholt::BakDefWidgetState {
+struct VhBakDefWidget : GtkScrolledWindow, varnholt::ui::BakDefWidgetState {
   VhBakDefWidget() = delete;
 };
 

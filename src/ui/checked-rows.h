@@ -18,7 +18,7 @@
 #include "base/text.h"
 #include "ui/prompts.h"
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /** How a column of a table gets its width. */
 struct ColumnWidth {
@@ -278,4 +278,4 @@ struct CheckedRows {
   static inline std::array s_columns{0, 1, 2, 3, 4, 5, 6};
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::ui

@@ -68,12 +68,13 @@ GType vh_control_widget_btn_type_get_type() {
 }
 
 GType vh_control_widget_get_type() {
-  return varnholt::ObjectType<VhControlWidget, VhControlWidgetClass, varnholt::ControlWidgetState>::
-      get(gtk_hbox_get_type(), "VhControlWidget", [](VhControlWidgetClass* klass) {
-        sig_btn_clicked =
-            g_signal_new("sig_btn_clicked", G_TYPE_FROM_CLASS(klass), G_SIGNAL_RUN_LAST, 0, nullptr,
-                         nullptr, nullptr, G_TYPE_NONE, 1, vh_control_widget_btn_type_get_type());
-      });
+  return varnholt::
+      ObjectType<VhControlWidget, VhControlWidgetClass, varnholt::ui::ControlWidgetState>::get(
+          gtk_hbox_get_type(), "VhControlWidget", [](VhControlWidgetClass* klass) {
+            sig_btn_clicked = g_signal_new("sig_btn_clicked", G_TYPE_FROM_CLASS(klass),
+                                           G_SIGNAL_RUN_LAST, 0, nullptr, nullptr, nullptr,
+                                           G_TYPE_NONE, 1, vh_control_widget_btn_type_get_type());
+          });
 }
 
 VhControlWidget* vh_control_widget_new() {

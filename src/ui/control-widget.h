@@ -25,7 +25,7 @@ enum VhControlWidgetBtnType : int {
 };
 GType vh_control_widget_btn_type_get_type();
 
-namespace varnholt {
+namespace varnholt::ui {
 
 struct ControlWidgetState {
   ObjectPtr<GtkToggleButton> btn_link;
@@ -42,14 +42,14 @@ struct ControlWidgetState {
   VhControlWidgetBtnType last_page_btn = VH_CONTROL_WIDGET_BTN_TYPE_BTNULL;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
 
 /**
  * The bar. Its signal "sig-btn-clicked" passes the VhControlWidgetBtnType of the clicked button. It
  * is emitted at each click of an action button, and at a click of a page button when another page
  * was reported last.
  */
-struct VhControlWidget : GtkHBox, varnholt::ControlWidgetState {
+struct VhControlWidget : GtkHBox, varnholt::ui::ControlWidgetState {
   VhControlWidget() = delete;
 };
 

@@ -16,8 +16,8 @@
 
 namespace {
 
-using varnholt::BakDefFields;
 using varnholt::sink_object;
+using varnholt::model::BakDefFields;
 
 /** The folder below which the backup keeps its copies. */
 constexpr std::string_view backup_folder = "/data_bak";
@@ -40,7 +40,7 @@ void offer_files(VhDefDlg* self, bool offered) {
 }
 
 std::string location_in(GtkEntry* entry) {
-  auto path = varnholt::entry_text(entry);
+  auto path = varnholt::ui::entry_text(entry);
   if (path.ends_with('/')) path.pop_back();
   return path;
 }
@@ -49,9 +49,9 @@ std::string location_in(GtkEntry* entry) {
 const char* objection_to(const BakDefFields& values) {
   if (values.from.empty()) return "原文件(夹)不能为空";
   if (values.to.empty()) return "目标文件(夹)不能为空";
-  if (varnholt::is_own_source(values)) return "目标文件(夹)和原文件(夹)不能相同";
-  if (const auto* objection = varnholt::objection_to_field(values.from)) return objection;
-  return varnholt::objection_to_field(values.to);
+  if (varnholt::model::is_own_source(values)) return "目标文件(夹)和原文件(夹)不能相同";
+  if (const auto* objection = varnholt::ui::objection_to_field(values.from)) return objection;
+  return varnholt::ui::objection_to_field(values.to);
 }
 
 /** Returns whether the dialog may end with these values. Otherwise it has told the user why not. */
@@ -63,14 +63,14 @@ bool is_acceptable(const BakDefFields& values) {
   if (!values.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
   const auto question = "是否添加软连接" + varnholt::shown_shortened(values.from) + " (链接到" +
                         varnholt::shown_shortened(values.to) + ")";
-  return varnholt::show_message(GTK_MESSAGE_INFO, question.c_str(), GTK_BUTTONS_YES_NO) ==
+  return varnholt::ui::show_message(GTK_MESSAGE_INFO, question.c_str(), GTK_BUTTONS_YES_NO) ==
          GTK_RESPONSE_YES;
 }
 
 /** Lets the user choose a path to replace the one in an entry. Returns null when none is chosen. */
 varnholt::TextPtr ask_for_path(const VhDefDlg* self, GtkEntry* entry) {
   const bool files = self->select_file_shown != 0 && is_ticked(self->select_file_cb);
-  return varnholt::choose_path(location_in(entry), self->is_shell == 0 && !files);
+  return varnholt::ui::choose_path(location_in(entry), self->is_shell == 0 && !files);
 }
 
 /** Creates a row of the grid: a caption, an entry for a path, and the button of the chooser. */
@@ -79,17 +79,17 @@ void make_path_row(GtkTable* table, guint row, auto& caption, auto& entry, auto&
   gtk_label_set_max_width_chars(caption.get(), 10);
   entry = sink_object<GtkEntry>(gtk_entry_new());
   btn = sink_object<GtkButton>(gtk_button_new_with_label("..."));
-  varnholt::attach_row(table, row, caption.get(), entry.get());
-  varnholt::attach_small(table, GTK_WIDGET(btn.get()), 2, row);
-  varnholt::take_dropped_paths(entry.get());
-  varnholt::name_by(btn.get(), caption.get());
+  varnholt::ui::attach_row(table, row, caption.get(), entry.get());
+  varnholt::ui::attach_small(table, GTK_WIDGET(btn.get()), 2, row);
+  varnholt::ui::take_dropped_paths(entry.get());
+  varnholt::ui::name_by(btn.get(), caption.get());
 }
 
 void make_widgets(VhDefDlg* self) {
   const auto new_check = [](const char* label) {
     return sink_object<GtkCheckButton>(gtk_check_button_new_with_label(label));
   };
-  self->table = sink_object<GtkTable>(varnholt::new_grid(3, 3));
+  self->table = sink_object<GtkTable>(varnholt::ui::new_grid(3, 3));
   auto* const table = self->table.get();
   make_path_row(table, 0, self->from_label, self->from_entry, self->from_btn);
   make_path_row(table, 1, self->to_label, self->to_entry, self->to_btn);
@@ -108,10 +108,10 @@ void arrange_widgets(VhDefDlg* self) {
   gtk_box_pack_start(box, GTK_WIDGET(self->append_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_start(box, GTK_WIDGET(self->overwrite_rb.get()), FALSE, FALSE, 0);
   gtk_box_pack_end(box, GTK_WIDGET(self->select_file_cb.get()), FALSE, FALSE, 0);
-  varnholt::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
+  varnholt::ui::attach_row(table, 2, self->action_label.get(), GTK_WIDGET(box));
   // A screen reader treats a box as a group of its own only when it has this role.
   atk_object_set_role(gtk_widget_get_accessible(GTK_WIDGET(box)), ATK_ROLE_PANEL);
-  varnholt::name_by(box, self->action_label.get());
+  varnholt::ui::name_by(box, self->action_label.get());
 
   GtkWidget* const content = gtk_dialog_get_content_area(self);
   gtk_box_pack_start(GTK_BOX(content), GTK_WIDGET(self->jnt_cb.get()), TRUE, TRUE, 0);
@@ -121,7 +121,7 @@ void arrange_widgets(VhDefDlg* self) {
 }  // namespace
 
 GType vh_def_dlg_get_type() {
-  return varnholt::ObjectType<VhDefDlg, VhDefDlgClass, varnholt::DefDlgState>::get(
+  return varnholt::ObjectType<VhDefDlg, VhDefDlgClass, varnholt::ui::DefDlgState>::get(
       gtk_dialog_get_type(), "VhDefDlg");
 }
 
@@ -133,7 +133,7 @@ VhDefDlg* vh_def_dlg_construct(GType object_type, int is_shell, const char* titl
                                GtkWindow* parent) {
   auto* const self = static_cast<VhDefDlg*>(g_object_new(object_type, nullptr));
   self->is_shell = is_shell;
-  varnholt::frame_form(self, title, parent);
+  varnholt::ui::frame_form(self, title, parent);
   gtk_window_set_default_size(GTK_WINDOW(self), 300, 120);
   make_widgets(self);
   arrange_widgets(self);
@@ -151,14 +151,14 @@ int vh_def_dlg_run(VhDefDlg* self, int is_edit) {
   while (true) {
     gtk_widget_set_sensitive(GTK_WIDGET(self->jnt_cb.get()), is_edit == 0);
     if (!is_ticked(self->jnt_cb)) offer_files(self, self->is_shell == 0);
-    const int response = varnholt::run_form(
+    const int response = varnholt::ui::run_form(
         self, std::array{self->from_entry.get(), self->to_entry.get()}, location_in);
-    const auto values = varnholt::values_of(self);
+    const auto values = varnholt::ui::values_of(self);
     if (response != GTK_RESPONSE_ACCEPT || is_acceptable(values)) return response;
   }
 }
 
-varnholt::BakDefFields varnholt::values_of(VhDefDlg* self) {
+varnholt::model::BakDefFields varnholt::ui::values_of(VhDefDlg* self) {
   BakDefFields values;
   values.from = location_in(self->from_entry.get());
   values.to = location_in(self->to_entry.get());
@@ -196,13 +196,13 @@ char* vh_def_dlg_get_to_location(VhDefDlg* self) {
 void vh_def_dlg_set_from_location(VhDefDlg* self, const char* val) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(val != NULL);
-  varnholt::set_entry_text(self->from_entry.get(), val);
+  varnholt::ui::set_entry_text(self->from_entry.get(), val);
 }
 
 void vh_def_dlg_set_to_location(VhDefDlg* self, const char* val) {
   g_return_if_fail(self != NULL);
   g_return_if_fail(val != NULL);
-  varnholt::set_entry_text(self->to_entry.get(), val);
+  varnholt::ui::set_entry_text(self->to_entry.get(), val);
 }
 
 VhFileOperationType vh_def_dlg_get_file_operation_type(VhDefDlg* self) {
@@ -252,7 +252,7 @@ void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
   const bool source = btn == self->from_btn.get();
   if (!source && btn != self->to_btn.get()) return;
   auto path = ask_for_path(self, source ? self->from_entry.get() : self->to_entry.get());
-  const char* const objection = path ? varnholt::objection_to_field(path.get()) : nullptr;
+  const char* const objection = path ? varnholt::ui::objection_to_field(path.get()) : nullptr;
   if (objection != nullptr) {
     main_alter(objection, GTK_BUTTONS_CLOSE);
     path.reset();

@@ -7,7 +7,7 @@
 #include "base/glib-ptr.h"
 #include "model/bak-model.h"
 
-namespace varnholt {
+namespace varnholt::ui {
 
 struct DefDlgState {
   ObjectPtr<GtkTable> table;
@@ -34,10 +34,10 @@ struct DefDlgState {
   int is_shell = 0;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
 
 /** The dialog. It is hidden until it is run, and stays on the screen until its caller hides it. */
-struct VhDefDlg : GtkDialog, varnholt::DefDlgState {
+struct VhDefDlg : GtkDialog, varnholt::ui::DefDlgState {
   VhDefDlg() = delete;
 };
 
@@ -69,12 +69,12 @@ void vh_def_dlg_get_ndata(VhDefDlg* self, char** from, char** to, VhFileOperatio
 void vh_def_dlg_set_ndata(VhDefDlg* self, const char* from_loc, const char* to_loc,
                           VhFileOperationType op);
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /** Returns the same values as a definition that was never applied. */
-BakDefFields values_of(VhDefDlg* self);
+model::BakDefFields values_of(VhDefDlg* self);
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
 
 /**
  * Returns the path in an entry as a new text, without white space at both ends and without one "/"

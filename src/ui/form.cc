@@ -9,7 +9,7 @@
 #include "base/signal.h"
 #include "base/text.h"
 
-namespace varnholt {
+namespace varnholt::ui {
 namespace {
 
 constexpr auto* original_key = "varnholt-original";
@@ -115,4 +115,4 @@ const char* objection_to_field(std::string_view text) {
   return fits_field(text) ? nullptr : "内容不能包含逗号或换行,也不能以空格结尾";
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::ui

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /** Places a dialog over its parent, with a button to cancel and a default one to accept. */
 void frame_form(GtkDialog* dialog, const char* title, GtkWindow* parent);
@@ -53,4 +53,4 @@ int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
 /** Returns a message when a field of the profile cannot keep a text, or null when it can. */
 const char* objection_to_field(std::string_view text);
 
-}  // namespace varnholt
+}  // namespace varnholt::ui

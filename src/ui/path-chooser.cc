@@ -5,22 +5,18 @@
 #include <gtk/gtk.h>
 
 #include "base/diagnostics.h"
+#include "base/path.h"
 #include "base/signal.h"
-#include "model/file-test.h"
 #include "ui/prompts.h"
 #include "ui/window-ptr.h"
 
-namespace varnholt {
+namespace varnholt::ui {
 namespace {
-
-bool is_folder(const std::string& path) {
-  return vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_IS_DIR);
-}
 
 /** Starts a chooser at the path, or at the nearest folder above it that exists. */
 void point_at(GtkFileChooser* chooser, std::string path, bool folder) {
   if (!path.starts_with('/')) path = "/";
-  if (!folder && !is_folder(path) && vh_FileTests(path.c_str(), VH_FILE_TEST_TYPE_EXISTS)) {
+  if (!folder && !is_folder(path) && exists(path)) {
     gtk_file_chooser_set_filename(chooser, path.c_str());
     return;
   }
@@ -60,4 +56,4 @@ TextPtr choose_path(const std::string& start, bool folder) {
   return take_text(gtk_file_chooser_get_filename(chooser));
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::ui

@@ -6,7 +6,7 @@
 
 #include "base/glib-ptr.h"
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /**
  * Lets the user choose a folder, or a file when `folder` is false, in a dialog over the main window
@@ -15,4 +15,4 @@ namespace varnholt {
  */
 TextPtr choose_path(const std::string& start, bool folder);
 
-}  // namespace varnholt
+}  // namespace varnholt::ui

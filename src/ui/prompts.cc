@@ -36,12 +36,12 @@ GtkWindow* main_get_main_window() {
 int main_alter(const char* msg, GtkButtonsType buttons) {
   g_return_val_if_fail(msg != NULL, 0);
   if (!main_s_main_window) return GTK_RESPONSE_YES;
-  return varnholt::show_message(GTK_MESSAGE_WARNING, msg, buttons);
+  return varnholt::ui::show_message(GTK_MESSAGE_WARNING, msg, buttons);
 }
 
-int varnholt::show_message(GtkMessageType type, const char* msg, GtkButtonsType buttons) {
+int varnholt::ui::show_message(GtkMessageType type, const char* msg, GtkButtonsType buttons) {
   const auto parent = varnholt::take_object(main_get_main_window());
-  const auto box = varnholt::own_window<GtkDialog>(gtk_message_dialog_new(
+  const auto box = varnholt::ui::own_window<GtkDialog>(gtk_message_dialog_new(
       parent.get(), GTK_DIALOG_MODAL, type, buttons, "%s", varnholt::shown(msg).c_str()));
   // A path is one word and may be wider than the screen.
   gtk_container_foreach(
@@ -58,7 +58,7 @@ bool main_inputdlg(char** result, const char* msg, const char* title) {
   g_return_val_if_fail(msg != NULL, false);
   if (result != nullptr) *result = varnholt::give_text("");
   const auto parent = varnholt::take_object(main_get_main_window());
-  const auto dialog = varnholt::own_window<GtkDialog>(
+  const auto dialog = varnholt::ui::own_window<GtkDialog>(
       gtk_dialog_new_with_buttons(title, parent.get(), GTK_DIALOG_MODAL, "确定",
                                   GTK_RESPONSE_ACCEPT, "取消", GTK_RESPONSE_CANCEL, nullptr));
   gtk_dialog_set_default_response(dialog.get(), GTK_RESPONSE_ACCEPT);

@@ -27,9 +27,9 @@ int main_alter(const char* msg, GtkButtonsType buttons);
  */
 bool main_inputdlg(char** result, const char* msg, const char* title);
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /** Shows a text as it is in a modal box over the main window; returns the code of the answer. */
 int show_message(GtkMessageType type, const char* msg, GtkButtonsType buttons);
 
-}  // namespace varnholt
+}  // namespace varnholt::ui

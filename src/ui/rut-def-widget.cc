@@ -11,12 +11,12 @@
 namespace {
 
 using varnholt::sink_object;
-using varnholt::Value;
+using varnholt::ui::Value;
 
 /** The columns after the check box, in the order of the store's columns. */
 constexpr struct {
   const char* title;
-  varnholt::ColumnWidth width;
+  varnholt::ui::ColumnWidth width;
 } text_columns[] = {{"名称", {false, true}},    {"网段地址", {true, true}},
                     {"子网掩码", {true, true}}, {"网关地址", {true, true}},
                     {"路由跳数", {true, true}}, {"网卡", {false, false}}};
@@ -66,11 +66,12 @@ GType vh_rut_def_widget_col_idx_get_type() {
 }
 
 GType vh_rut_def_widget_get_type() {
-  return varnholt::ObjectType<VhRutDefWidget, VhRutDefWidgetClass, varnholt::RutDefWidgetState>::
-      get(gtk_vbox_get_type(), "VhRutDefWidget", [](VhRutDefWidgetClass* klass) {
-        VhRutDefWidget::add_signal(klass);
-        vh_rut_def_widget_col_idx_get_type();
-      });
+  return varnholt::
+      ObjectType<VhRutDefWidget, VhRutDefWidgetClass, varnholt::ui::RutDefWidgetState>::get(
+          gtk_vbox_get_type(), "VhRutDefWidget", [](VhRutDefWidgetClass* klass) {
+            VhRutDefWidget::add_signal(klass);
+            vh_rut_def_widget_col_idx_get_type();
+          });
 }
 
 VhRutDefWidget* vh_rut_def_widget_new() {

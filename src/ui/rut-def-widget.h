@@ -24,7 +24,7 @@ GType vh_rut_def_widget_col_idx_get_type();
 
 struct VhRutDefWidget;
 
-namespace varnholt {
+namespace varnholt::ui {
 
 struct RutDefWidgetState : CheckedRows<VhRutDefWidget, VhRutDefItemList, VhRutDefItem> {
   ObjectPtr<GtkScrolledWindow> scrolled_window;
@@ -34,13 +34,13 @@ struct RutDefWidgetState : CheckedRows<VhRutDefWidget, VhRutDefItemList, VhRutDe
   int cb_updating = 0;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
 
 /**
  * The page. Its signal "sig-selection-changed" passes the index of the route that was added,
  * edited, ticked or highlighted, or -1 after a deletion, and the number of routes.
  */
-struct VhRutDefWidget : GtkVBox, varnholt::RutDefWidgetState {
+struct VhRutDefWidget : GtkVBox, varnholt::ui::RutDefWidgetState {
   VhRutDefWidget() = delete;
 };
 

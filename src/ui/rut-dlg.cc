@@ -24,13 +24,13 @@ std::array<GtkEntry*, 5> entries_of(VhRutDlg* self) {
 }
 
 /** Returns a message about values that cannot be a route, or null when they can. */
-const char* objection_to(const varnholt::RutDefFields& values) {
+const char* objection_to(const varnholt::model::RutDefFields& values) {
   if (values.name.empty()) return "名称不能为空";
   if (values.addr.empty()) return "网段地址不能为空";
   if (values.mask.empty()) return "子网掩码不能为空";
   if (values.gw.empty()) return "网关地址不能为空";
-  for (const auto text : varnholt::route_texts) {
-    if (const auto* objection = varnholt::objection_to_field(values.*text)) return objection;
+  for (const auto text : varnholt::model::route_texts) {
+    if (const auto* objection = varnholt::ui::objection_to_field(values.*text)) return objection;
   }
   return nullptr;
 }
@@ -38,8 +38,8 @@ const char* objection_to(const varnholt::RutDefFields& values) {
 /** The rows of the grid that have an entry, from top to bottom. */
 constexpr struct {
   const char* caption;
-  varnholt::ObjectPtr<GtkLabel> varnholt::RutDlgState::*label;
-  varnholt::ObjectPtr<GtkEntry> varnholt::RutDlgState::*entry;
+  varnholt::ObjectPtr<GtkLabel> varnholt::ui::RutDlgState::*label;
+  varnholt::ObjectPtr<GtkEntry> varnholt::ui::RutDlgState::*entry;
 } entry_rows[] = {{"名称*", &VhRutDlg::name_label, &VhRutDlg::name_entry},
                   {"网段地址*", &VhRutDlg::addr_label, &VhRutDlg::addr_entry},
                   {"子网掩码*", &VhRutDlg::mask_label, &VhRutDlg::mask_entry},
@@ -47,16 +47,16 @@ constexpr struct {
                   {"路由调数", &VhRutDlg::jup_label, &VhRutDlg::jup_entry}};
 
 void fill(VhRutDlg* self) {
-  self->table = sink_object<GtkTable>(varnholt::new_grid(6, 2));
+  self->table = sink_object<GtkTable>(varnholt::ui::new_grid(6, 2));
   auto* const table = self->table.get();
   for (guint row = 0; const auto& [caption, label, entry] : entry_rows) {
     self->*label = sink_object<GtkLabel>(gtk_label_new(caption));
     self->*entry = sink_object<GtkEntry>(gtk_entry_new());
-    varnholt::attach_row(table, row++, (self->*label).get(), (self->*entry).get());
+    varnholt::ui::attach_row(table, row++, (self->*label).get(), (self->*entry).get());
   }
   self->nic_label = sink_object<GtkLabel>(gtk_label_new("选择网卡"));
   self->nic_combo = sink_object<GtkComboBox>(gtk_combo_box_text_new());
-  varnholt::attach_row(table, 5, self->nic_label.get(), GTK_WIDGET(self->nic_combo.get()));
+  varnholt::ui::attach_row(table, 5, self->nic_label.get(), GTK_WIDGET(self->nic_combo.get()));
   GtkWidget* const content = gtk_dialog_get_content_area(self);
   gtk_box_pack_start(GTK_BOX(content), GTK_WIDGET(table), TRUE, TRUE, 0);
   gtk_widget_show_all(content);
@@ -76,7 +76,7 @@ void offer_interfaces(VhRutDlg* self) {
 }  // namespace
 
 GType vh_rut_dlg_get_type() {
-  return varnholt::ObjectType<VhRutDlg, VhRutDlgClass, varnholt::RutDlgState>::get(
+  return varnholt::ObjectType<VhRutDlg, VhRutDlgClass, varnholt::ui::RutDlgState>::get(
       gtk_dialog_get_type(), "VhRutDlg");
 }
 
@@ -86,7 +86,7 @@ VhRutDlg* vh_rut_dlg_new(const char* title, GtkWindow* parent) {
 
 VhRutDlg* vh_rut_dlg_construct(GType object_type, const char* title, GtkWindow* parent) {
   auto* const self = static_cast<VhRutDlg*>(g_object_new(object_type, nullptr));
-  varnholt::frame_form(self, title, parent);
+  varnholt::ui::frame_form(self, title, parent);
   fill(self);
   offer_interfaces(self);
   return self;
@@ -95,8 +95,8 @@ VhRutDlg* vh_rut_dlg_construct(GType object_type, const char* title, GtkWindow* 
 int vh_rut_dlg_run(VhRutDlg* self) {
   g_return_val_if_fail(self != NULL, 0);
   while (true) {
-    const int response = varnholt::run_form(self, entries_of(self), varnholt::entry_text);
-    const auto values = varnholt::values_of(self);
+    const int response = varnholt::ui::run_form(self, entries_of(self), varnholt::ui::entry_text);
+    const auto values = varnholt::ui::values_of(self);
     if (response != GTK_RESPONSE_ACCEPT) return response;
     const char* const objection = objection_to(values);
     if (objection == nullptr) return response;
@@ -104,10 +104,10 @@ int vh_rut_dlg_run(VhRutDlg* self) {
   }
 }
 
-varnholt::RutDefFields varnholt::values_of(VhRutDlg* self) {
-  varnholt::RutDefFields values;
-  for (const auto* text = route_texts.begin(); auto* entry : entries_of(self)) {
-    values.** text++ = varnholt::entry_text(entry);
+varnholt::model::RutDefFields varnholt::ui::values_of(VhRutDlg* self) {
+  varnholt::model::RutDefFields values;
+  for (const auto* text = model::route_texts.begin(); auto* entry : entries_of(self)) {
+    values.** text++ = varnholt::ui::entry_text(entry);
   }
   const int active = gtk_combo_box_get_active(self->nic_combo.get());
   if (active >= 1) {
@@ -120,8 +120,8 @@ varnholt::RutDefFields varnholt::values_of(VhRutDlg* self) {
 void vh_rut_dlg_get_ndata(VhRutDlg* self, char** name, char** addr, char** mask, char** gawy,
                           char** jump, char** nic) {
   g_return_if_fail(self != NULL);
-  const auto values = varnholt::values_of(self);
-  for (const auto* text = varnholt::route_texts.begin();
+  const auto values = varnholt::ui::values_of(self);
+  for (const auto* text = varnholt::model::route_texts.begin();
        auto* wanted : {name, addr, mask, gawy, jump, nic}) {
     if (wanted != nullptr) *wanted = varnholt::give_text(values.**text);
     ++text;
@@ -139,7 +139,7 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
   g_return_if_fail(nic != NULL);
   const std::array texts{name, addr, mask, gawy, jump};
   for (const auto* text = texts.begin(); auto* entry : entries_of(self)) {
-    varnholt::set_entry_text(entry, *text++);
+    varnholt::ui::set_entry_text(entry, *text++);
   }
   const auto found = std::ranges::find(self->nics, std::string_view{nic});
   const auto row = found == self->nics.end() ? 0 : found - self->nics.begin();
@@ -148,7 +148,7 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
 
 void vh_rut_dlg_clear_entries(VhRutDlg* self) {
   g_return_if_fail(self != NULL);
-  for (auto* entry : entries_of(self)) varnholt::set_entry_text(entry, "");
+  for (auto* entry : entries_of(self)) varnholt::ui::set_entry_text(entry, "");
 }
 
 bool vh_rut_dlg_get_nics(std::vector<std::string>* nics) {

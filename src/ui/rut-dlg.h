@@ -10,7 +10,7 @@
 #include "base/glib-ptr.h"
 #include "model/route.h"
 
-namespace varnholt {
+namespace varnholt::ui {
 
 struct RutDlgState {
   ObjectPtr<GtkTable> table;
@@ -30,10 +30,10 @@ struct RutDlgState {
   std::vector<std::string> nics;
 };
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
 
 /** The dialog. It is hidden until it is run, and stays on the screen until its caller hides it. */
-struct VhRutDlg : GtkDialog, varnholt::RutDlgState {
+struct VhRutDlg : GtkDialog, varnholt::ui::RutDlgState {
   VhRutDlg() = delete;
 };
 
@@ -65,12 +65,12 @@ int vh_rut_dlg_run(VhRutDlg* self);
 void vh_rut_dlg_get_ndata(VhRutDlg* self, char** name, char** addr, char** mask, char** gawy,
                           char** jump, char** nic);
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /** Returns the same values as a route. */
-RutDefFields values_of(VhRutDlg* self);
+model::RutDefFields values_of(VhRutDlg* self);
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
 
 /** Sets the same values; an interface that the machine does not have counts as none. */
 void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, const char* mask,

@@ -6,7 +6,7 @@
 
 #include <gtk/gtk.h>
 
-namespace varnholt {
+namespace varnholt::ui {
 
 /** Destroys a window, unless that has happened already, and releases the reference to it. */
 struct DestroyWindow {
@@ -26,4 +26,4 @@ WindowPtr<Window> own_window(gpointer window) noexcept {
   return WindowPtr<Window>{static_cast<Window*>(g_object_ref(window))};
 }
 
-}  // namespace varnholt
+}  // namespace varnholt::ui
