@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "linkbuilder/remedy.h"
+#include "linkbuilder/unfinished.h"
 #include "scratch/scratch-paths.h"
 #include "target.h"
 
@@ -25,7 +25,7 @@ std::string small_folder() {
 
 /** Moves the paths of a work into the folder. Returns false when they lead out of it. */
 bool bring_into(const std::string& folder, varnholt::linkbuilder::Work& work) {
-  for (auto* path : {&work.from, &work.to, &work.other}) {
+  for (auto* path : {&work.from, &work.to, &work.backup}) {
     if (path->find("..") != std::string::npos) return false;
     path->insert(0, folder + '/');
   }
@@ -37,16 +37,18 @@ bool bring_into(const std::string& folder, varnholt::linkbuilder::Work& work) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const auto folder = small_folder();
   const std::string bytes{reinterpret_cast<const char*>(data), size};
-  const auto works = varnholt::linkbuilder::read_note(bytes);
-  if (!works) return 0;
-  must_hold(varnholt::linkbuilder::note_text(*works) == bytes, "written as it was read");
+  const auto note = varnholt::linkbuilder::read_note(bytes);
+  if (!note) return 0;
+  must_hold(varnholt::linkbuilder::note_text(*note) == bytes, "written as it was read");
   must_hold(!varnholt::linkbuilder::read_note(bytes.substr(0, size - 1)),
             "a part of a note is none");
-  for (auto work : *works) {
+  for (auto work : note->works) {
     if (!bring_into(folder, work)) continue;
-    const auto remedy = varnholt::linkbuilder::remedy_for(work, {});
-    must_hold(!remedy || remedy->removed.empty() || fs::exists(remedy->whole_at),
-              "whole elsewhere");
+    // Without a line that wants it, an adoption is left alone.
+    const varnholt::linkbuilder::Definitions lines{
+        {.from = work.from, .to = work.to, .op = VH_FILE_OPERATION_TYPE_FOT_Symbolic}};
+    const auto next = varnholt::linkbuilder::continuation_of(work, lines, lines);
+    must_hold(next.removed.empty() || fs::exists(next.whole_at), "whole elsewhere");
   }
   return 0;
 }

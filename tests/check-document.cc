@@ -8,7 +8,8 @@ namespace {
 
 // "?" marks a member that is not always there; a text may have a companion in Base64.
 constexpr auto* root_schema =
-    "format:int profile:text status:int problems:int unfinished:array definitions:array "
+    "format:int profile:text status:int problems:int lines-done:int unfinished:array "
+    "definitions:array "
     "lines:array reordered:object around:array";
 constexpr auto* definition_schema =
     "line:int source:text path:text operation:text marked:bool outcome:text sure:bool "
@@ -16,9 +17,7 @@ constexpr auto* definition_schema =
     "findings:array depends-on:array";
 constexpr auto* finding_schema = "problem:text ?about:text text:text notice:bool";
 constexpr auto* line_schema = "line:int problem:text ?about:text text:text notice:bool";
-constexpr auto* unfinished_schema =
-    "source:text path:text ?content:text ?backup:text treatment:text ?why:text remedy:text "
-    "?removed:text";
+constexpr auto* unfinished_schema = "source:text path:text ?backup:text next:text ?removed:text";
 constexpr auto* tally_schema = "counted:bool ?folders:int ?files:int ?bytes:int ?unreadable:int";
 
 std::string type_of(JsonNode* node) {

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 
+#include "base/path.h"
 #include "check/surface.h"
-#include "linkbuilder/moves.h"
+#include "linkbuilder/backup-name.h"
+#include "linkbuilder/guards.h"
 #include "linkbuilder/places.h"
 
 namespace fs = std::filesystem;
@@ -160,7 +162,7 @@ class Adoption {
 
   /** Overlays make mv(1) copy a folder even when it only gets another name. */
   void check_renames() {
-    if (!linkbuilder::renames_by_copy(m_path) || !is_folder(m_to)) return;
+    if (!linkbuilder::copies_folders(m_path) || !is_folder(m_to)) return;
     const auto mounted = m_ground.mounts().mount_points_from(m_path);
     const auto cramped = m_ground.why_no_room(folder_above(m_to), *m_forecast.moved, {});
     if (!mounted.empty()) add(m_forecast, Problem::mounted_below, mounted.front());
@@ -175,7 +177,7 @@ class Adoption {
       add(m_forecast, Problem::leads_nowhere, m_forecast.definition.from);
     }
     check_renames();
-    if (!is_copied_between(folder_above(m_to), there)) return;
+    if (!linkbuilder::lie_on_different_mounts(folder_above(m_to), there)) return;
     const bool replaced = m_forecast.deleted || is_link(m_source);
     const auto remains = replaced ? Remains::backup_only : Remains::backup;
     const auto mounted = m_ground.mounts().mount_points_from(m_path);

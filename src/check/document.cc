@@ -14,18 +14,17 @@ namespace varnholt::check {
 namespace {
 
 /** The number of this form of the document. It changes when a member changes or goes. */
-constexpr int format = 1;
+constexpr int format = 2;
 
 // The words stand in the order of the enumerators.
 constexpr std::array outcomes{"none",   "stands",     "made",    "replaced", "adopted",
                               "copied", "left-alone", "dropped", "fails",    "unknown"};
 constexpr std::array remains{"all", "backup", "backup-only", "nothing"};
-constexpr std::array reasons{"",        "kind",          "unreadable", "missing",    "dangling",
-                             "no-link", "leads-nowhere", "unfinished", "half-copied"};
-constexpr std::array treatments{"elsewhere", "left-alone", "forgotten",
-                                "kept",      "finished",   "undone-again"};
-constexpr std::array remedies{"nothing", "done", "wait",           "put-back",
-                              "link",    "link", "make-link-again"};
+constexpr std::array reasons{"",         "kind",    "unreadable",    "missing",
+                             "dangling", "no-link", "leads-nowhere", "unfinished"};
+constexpr std::array steps{"forget",         "begin",         "move", "link",
+                           "undo",           "restore-link",  "wait", "leave-changed",
+                           "forget-changed", "leave-unwanted"};
 
 template <std::size_t Size, typename Enumerator>
 const char* word(const std::array<const char*, Size>& words, Enumerator enumerator) {
@@ -149,20 +148,16 @@ void add_forecast(Document& document, const Forecast& forecast) {
 }
 
 void add_unfinished(Document& document, const UnfinishedWork& unfinished) {
-  const auto& [work, treatment] = unfinished;
+  const auto& [work, next] = unfinished;
   document.add_bytes("source", work.from);
   document.add_bytes("path", work.to);
-  document.add_bytes(work.undoes() ? "content" : "backup", work.other);
-  document.add("treatment", word(treatments, treatment.kind));
-  if (treatment.kind == linkbuilder::Treatment::Kind::leave_alone) {
-    document.add("why",
-                 treatment.why == linkbuilder::Treatment::Why::changed ? "changed" : "unwanted");
-  }
-  document.add("remedy", word(remedies, treatment.remedy.then));
-  if (!treatment.remedy.removed.empty()) document.add_bytes("removed", treatment.remedy.removed);
+  if (!work.backup.empty()) document.add_bytes("backup", work.backup);
+  document.add("next", word(steps, next.step));
+  if (!next.removed.empty()) document.add_bytes("removed", next.removed);
 }
 
 void add_survey(Document& document, const Survey& survey) {
+  document.add("lines-done", std::uint64_t{survey.lines_done});
   document.add_objects("unfinished", survey.unfinished, add_unfinished);
   document.add_objects("definitions", survey.definitions, add_forecast);
   document.add_objects("lines", survey.window.findings, add_line_finding);

@@ -11,9 +11,8 @@
 
 #include "base/text.h"
 #include "check/adoption.h"
-#include "check/last-folder.h"
 #include "check/surface.h"
-#include "linkbuilder/moves.h"
+#include "linkbuilder/backup-name.h"
 #include "linkbuilder/places.h"
 
 namespace varnholt::check {
@@ -28,14 +27,6 @@ std::optional<Finding> why_no_content(const std::string& content) {
   // The content of a link may be as long as a path, see symlink(2).
   if (content.size() >= PATH_MAX) return Finding{Problem::name_too_long};
   return std::nullopt;
-}
-
-linkbuilder::LinkDecision decision_on(const model::BakDefFields& definition) {
-  static LastFolder paths;
-  return linkbuilder::decide_link(definition,
-                                  [](const std::string& path, char* content, std::size_t size) {
-                                    return paths.read_link(path, content, size);
-                                  });
 }
 
 /** The folder in which folders and a link are made, and the folders that are missing below it. */
@@ -108,7 +99,7 @@ void foretell_renewal(Forecast& forecast, Ground& ground) {
 }
 
 void foretell_link(Forecast& forecast, Ground& ground) {
-  auto decision = decision_on(forecast.definition);
+  auto decision = linkbuilder::decide_link(forecast.definition);
   forecast.content = std::move(decision.content);
   switch (decision.task) {
     case linkbuilder::LinkTask::none:
@@ -192,12 +183,13 @@ void foretell_undoing(Forecast& forecast, Ground& ground) {
 }
 
 /** Takes back what is told of places that only root can see. */
-void find_hidden(Forecast& forecast, linkbuilder::Turn turn) {
-  if (geteuid() == 0 || turn == linkbuilder::Turn::none) return;
+void find_hidden(Forecast& forecast) {
+  if (geteuid() == 0) return;
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
   const bool source_counts =
-      turn == linkbuilder::Turn::build && forecast.outcome != Outcome::stands &&
-      forecast.outcome != Outcome::made && forecast.outcome != Outcome::replaced;
+      linkbuilder::wants_link(forecast.definition) && forecast.outcome != Outcome::left_alone &&
+      forecast.outcome != Outcome::stands && forecast.outcome != Outcome::made &&
+      forecast.outcome != Outcome::replaced;
   const bool path_hidden = is_hidden(to) && forecast.outcome != Outcome::stands;
   if (!path_hidden && !(source_counts && is_hidden(from))) return;
   forecast.outcome = Outcome::unknown;
@@ -261,33 +253,29 @@ bool leads_through_itself(const std::string& path) {
 }
 
 bool is_as_it_should_be(const model::BakDefFields& definition) {
-  return !is_relative(definition.to) && decision_on(definition).task == linkbuilder::LinkTask::none;
+  return !is_relative(definition.to) &&
+         linkbuilder::decide_link(definition).task == linkbuilder::LinkTask::none;
 }
 
-Forecast foretell(model::BakDefFields definition, linkbuilder::Turn turn, Ground& ground) {
+Forecast foretell(model::BakDefFields definition, bool left_alone, Ground& ground) {
   Forecast forecast{.definition = std::move(definition)};
-  switch (turn) {
-    case linkbuilder::Turn::none:
-      foretell_others(forecast);
-      return forecast;
-    case linkbuilder::Turn::build:
-      foretell_link(forecast, ground);
-      break;
-    case linkbuilder::Turn::undo:
-      foretell_undoing(forecast, ground);
-      break;
-    case linkbuilder::Turn::left_alone:
-    case linkbuilder::Turn::half_copied:
-      forecast.outcome = Outcome::left_alone;
-      forecast.reason =
-          turn == linkbuilder::Turn::half_copied ? Reason::half_copied : Reason::unfinished;
-      break;
+  if (!forecast.definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) {
+    foretell_others(forecast);
+    return forecast;
+  }
+  if (left_alone) {
+    forecast.outcome = Outcome::left_alone;
+    forecast.reason = Reason::unfinished;
+  } else if (linkbuilder::wants_link(forecast.definition)) {
+    foretell_link(forecast, ground);
+  } else {
+    foretell_undoing(forecast, ground);
   }
   const auto& to = forecast.definition.to;
   if (is_relative(to) && !to.empty()) {
     add(forecast, Problem::relative, to);
   }
-  find_hidden(forecast, turn);
+  find_hidden(forecast);
   return forecast;
 }
 

@@ -67,7 +67,6 @@ enum class Reason {
   leads_nowhere,
   /** What an earlier run has left cannot be finished. */
   unfinished,
-  half_copied,
 };
 
 /** Where the work on a definition looks, and what it changes. No path has links above its name. */
@@ -111,10 +110,10 @@ struct Forecast {
 bool is_as_it_should_be(const model::BakDefFields& definition);
 
 /**
- * Tells what comes of a definition, without regard to those before it. `turn` is what a run does
- * with it.
+ * Tells what comes of a definition, without regard to those before it. `left_alone` says that the
+ * run must not touch its places, because of an unfinished work.
  */
-Forecast foretell(model::BakDefFields definition, linkbuilder::Turn turn, Ground& ground);
+Forecast foretell(model::BakDefFields definition, bool left_alone, Ground& ground);
 
 /** These are for the parts of the forecast. */
 void add(Forecast& forecast, Problem problem, const std::string& about = "");

@@ -11,8 +11,9 @@
 
 #include <glib/gi18n.h>
 
+#include "base/path.h"
 #include "check/wording.h"
-#include "linkbuilder/moves.h"
+#include "linkbuilder/backup-name.h"
 
 namespace varnholt::check {
 namespace {
@@ -68,8 +69,6 @@ std::string reason_of(const Forecast& forecast) {
                     {path, printable(forecast.content)});
     case Reason::unfinished:
       return filled(_("%1 is left alone, because of what an earlier run has left."), {path});
-    case Reason::half_copied:
-      return filled(_("%1 is left alone, because what stands there may not be whole."), {path});
     default:
       return filled(_("%1 is left alone: the link cannot be read."), {path});
   }
@@ -175,63 +174,48 @@ std::vector<Sentence> sentences_on(const Forecast& forecast) {
   return sentences;
 }
 
-std::string remedy_on(const UnfinishedWork& unfinished) {
-  using Then = linkbuilder::Remedy::Then;
-  const auto& work = unfinished.work;
-  const auto path = printable(work.to);
-  switch (unfinished.treatment.remedy.then) {
-    case Then::wait:
-      return _("What it needs is missing, so it waits.");
-    case Then::put_back:
-      return filled(_("%1 becomes %2 again."), {printable(work.other), path});
-    case Then::link:
-    case Then::link_first:
-      return filled(_("The data is at %1, and the link is made."), {printable(work.from)});
-    case Then::make_link_again:
-      return filled(_("The link %1 is made again."), {path});
-    default:
+std::string continuation_of(const UnfinishedWork& unfinished) {
+  using Step = linkbuilder::Continuation::Step;
+  const auto path = printable(unfinished.work.to);
+  const auto source = printable(unfinished.work.from);
+  switch (unfinished.next.step) {
+    case Step::forget:
       return _("Nothing is left to do.");
+    case Step::begin:
+      return _("It begins anew.");
+    case Step::move:
+      return filled(_("%1 moves on to %2, and the link is made."),
+                    {printable(unfinished.work.backup), source});
+    case Step::link:
+      return filled(_("The data is at %1, and the link is made."), {source});
+    case Step::undo:
+      return filled(_("The link %1 is made again, and undone once more."), {path});
+    case Step::restore_link:
+      return filled(_("The link %1 is made again."), {path});
+    case Step::wait:
+      return _("What it needs is missing, so it waits.");
+    case Step::leave_changed:
+    case Step::forget_changed:
+      return _("It is left alone, because somebody has changed something since.");
+    case Step::leave_unwanted:
+      return _("It is left alone, because the profile asks for it no longer.");
   }
+  return {};
 }
 
 std::vector<Sentence> sentences_on(const UnfinishedWork& unfinished) {
-  const auto& work = unfinished.work;
-  const auto& treatment = unfinished.treatment;
+  const auto& [work, next] = unfinished;
   std::vector<Sentence> sentences{
       {filled(_("An earlier run did not finish %1."), {printable(work.to)}), Tone::notice}};
-  if (work.has_backup() && is_there(work.other)) {
-    sentences.push_back({filled(_("What stood there is called %1 now."), {printable(work.other)})});
+  if (!work.backup.empty() && is_there(work.backup)) {
+    sentences.push_back(
+        {filled(_("What stood there is called %1 now."), {printable(work.backup)})});
   }
-  const auto& removed = treatment.remedy.removed;
-  if (!removed.empty()) {
+  if (!next.removed.empty()) {
     sentences.push_back({filled(_("%1 is removed, as all of it is in %2."),
-                                {printable(removed), printable(treatment.remedy.whole_at)})});
+                                {printable(next.removed), printable(next.whole_at)})});
   }
-  switch (treatment.kind) {
-    case linkbuilder::Treatment::Kind::elsewhere:
-      sentences.push_back(
-          {filled(_("It can be finished only in the folder %1."), {printable(work.folder)})});
-      break;
-    case linkbuilder::Treatment::Kind::leave_alone:
-      sentences.push_back(
-          {treatment.why == linkbuilder::Treatment::Why::changed
-               ? _("It is left alone, because somebody has changed something since.")
-               : _("It is left alone, because the profile asks for it no longer.")});
-      break;
-    case linkbuilder::Treatment::Kind::forget:
-      sentences.push_back({_("Nothing is left to do.")});
-      break;
-    case linkbuilder::Treatment::Kind::keep_copy:
-      sentences.push_back({_("The copy that stands there stays.")});
-      break;
-    case linkbuilder::Treatment::Kind::finish:
-      sentences.push_back({remedy_on(unfinished)});
-      break;
-    case linkbuilder::Treatment::Kind::undo_again:
-      sentences.push_back({remedy_on(unfinished)});
-      sentences.push_back({filled(_("Then the link %1 is undone."), {printable(work.to)})});
-      break;
-  }
+  sentences.push_back({continuation_of(unfinished)});
   return sentences;
 }
 
@@ -291,6 +275,13 @@ class Report {
   }
 
   std::string text() {
+    if (m_survey.lines_done > 0) {
+      const auto line = std::to_string(m_survey.lines_done);
+      tell("!",
+           {{filled(_("An earlier run was cut off at line %1; the next one goes on from there."),
+                    {line}),
+             Tone::notice}});
+    }
     for (const auto& unfinished : m_survey.unfinished) tell("!", sentences_on(unfinished));
     tell_lines();
     tell_order();

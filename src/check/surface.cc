@@ -66,10 +66,6 @@ bool can_hold_links(const std::string& folder) {
          (status.f_type != MSDOS_SUPER_MAGIC && status.f_type != exfat);
 }
 
-bool is_copied_between(const std::string& folder, const std::string& other) {
-  return looked_up(folder, 0).stx_mnt_id != looked_up(other, 0).stx_mnt_id;
-}
-
 Room room_at(const std::string& folder) {
   constexpr auto no_limit = std::numeric_limits<std::uint64_t>::max();
   struct statvfs status {};

@@ -26,9 +26,6 @@ std::optional<Finding> why_too_long(const std::string& path);
 /** Returns whether links can be made in a folder. */
 bool can_hold_links(const std::string& folder);
 
-/** Returns whether rename(2) does not work between two folders, so that mv(1) copies. */
-bool is_copied_between(const std::string& folder, const std::string& other);
-
 /** What is left of a file system. */
 struct Room {
   /** In bytes, those for root included. */

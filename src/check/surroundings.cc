@@ -12,7 +12,6 @@
 #include "base/file.h"
 #include "base/paths.h"
 #include "check/surface.h"
-#include "linkbuilder/moves.h"
 #include "linkbuilder/places.h"
 #include "store/profile.h"
 #include "store/replace-file.h"

@@ -4,38 +4,26 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <future>
 #include <set>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 
+#include "base/path.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "check/last-folder.h"
 #include "check/surface.h"
 #include "check/surroundings.h"
 #include "check/ties.h"
 #include "linkbuilder/decision.h"
-#include "linkbuilder/link-builder.h"
-#include "linkbuilder/moves.h"
+#include "linkbuilder/definitions.h"
 #include "store/profile.h"
 
 namespace varnholt::check {
 namespace {
 
 bool is_left_alone(const UnfinishedWork& unfinished) {
-  return unfinished.treatment.leaves_path_alone();
-}
-
-bool is_changed_by(const UnfinishedWork& unfinished) {
-  using Kind = linkbuilder::Treatment::Kind;
-  const auto& [kind, remedy, why, settled] = unfinished.treatment;
-  // Another folder, or the link that is undone, makes a change for which there is no remedy here.
-  if (kind == Kind::elsewhere || kind == Kind::undo_again) return true;
-  return !remedy.removed.empty() || (remedy.then != linkbuilder::Remedy::Then::nothing &&
-                                     remedy.then != linkbuilder::Remedy::Then::done &&
-                                     remedy.then != linkbuilder::Remedy::Then::wait);
+  return unfinished.next.waits();
 }
 
 std::size_t number_of_lines(std::string_view profile) {
@@ -57,13 +45,12 @@ struct Missing {
 /** Returns these lines of all file definitions. */
 std::vector<Missing> sources_missing_in(std::string_view profile) {
   std::vector<Missing> lines;
-  LastFolder sources;
   std::size_t number = 0;
   for_each_piece(profile, '\n', [&](std::string_view text) {
     ++number;
     const auto definition = model::read_lnk_line(text);
     if (!definition || definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) return;
-    if (definition->from.empty() || sources.exists(target_of(*definition))) return;
+    if (definition->from.empty() || exists(target_of(*definition))) return;
     lines.push_back({number, errno == EACCES});
   });
   return lines;
@@ -83,10 +70,6 @@ class Surveyor {
   }
 
   void survey() {
-    // Every definition takes two look-ups, and one of them can go on beside the rest.
-    constexpr std::size_t few_lines = 500;
-    const auto when = m_texts.capacity() > few_lines ? std::launch::async : std::launch::deferred;
-    auto missing = std::async(when, sources_missing_in, m_profile);
     survey_unfinished();
     WindowLoader window;
     for_each_piece(m_profile, '\n', [&](std::string_view text) {
@@ -98,47 +81,56 @@ class Surveyor {
       m_scripts.emplace_back(m_texts.size(), std::move(*line.definition));
     });
     m_survey.window = window.end();
-    for (const auto& each : missing.get()) survey_target(each);
+    for (const auto& each : sources_missing_in(m_profile)) survey_target(each);
     for (const auto& [number, script] : m_scripts) survey_script(number, script);
     std::ranges::stable_sort(m_survey.window.findings, {}, &LineFinding::line);
   }
 
  private:
   void survey_unfinished() {
-    const auto note = linkbuilder::stored_note(paths::unfinished, 0);
-    if (!note.why.empty()) m_survey.around.push_back({Problem::note_unread, note.why});
-    m_note_hidden = note.error == EACCES;
-    const bool fixed = why_nothing_can_be_made(folder_above(paths::unfinished)).has_value();
+    const auto stored = linkbuilder::stored_note(paths::unfinished, 0);
+    if (!stored.why.empty()) m_survey.around.push_back({Problem::note_unread, stored.why});
+    m_note_hidden = stored.error == EACCES;
+    const auto& note = stored.note;
+    if (note.line > 0 && note.profile == linkbuilder::digest_of(m_profile)) {
+      m_survey.lines_done = note.line;
+    }
     if (note.works.empty()) return;
-    std::vector<model::BakDefFields> definitions;
-    linkbuilder::apply_definitions(
-        m_profile, [&](const model::BakDefFields& each) { definitions.push_back(each); });
+    linkbuilder::Definitions all;
+    linkbuilder::Definitions to_come;
+    linkbuilder::for_each_definition(m_profile, [&](std::size_t line, const auto& each) {
+      all.push_back(each);
+      if (line > m_survey.lines_done) to_come.push_back(each);
+    });
     const std::vector<linkbuilder::Work> newest_first{note.works.rbegin(), note.works.rend()};
     for (const auto& work : newest_first) {
-      const UnfinishedWork unfinished{work, linkbuilder::treatment_of(work, definitions)};
+      const UnfinishedWork unfinished{work, linkbuilder::continuation_of(work, all, to_come)};
       m_survey.unfinished.push_back(unfinished);
-      if (is_left_alone(unfinished)) m_left_alone.push_back(work);
-      if (!is_changed_by(unfinished) && !fixed) continue;
-      Footprint footprint;
-      for (const auto& path : {work.path(), work.other, without_final_slash(work.from)}) {
-        footprint.changed.push_back(linkbuilder::way_along(path).entries.back());
-      }
-      m_ties.add(0, footprint);
+      (is_left_alone(unfinished) ? m_left_alone : m_resumed).push_back(work);
     }
   }
 
+  bool touches(const model::BakDefFields& definition,
+               const std::vector<linkbuilder::Work>& works) const {
+    return linkbuilder::touched_by(definition, works, m_ground.mounts()) != nullptr;
+  }
+
   void survey_definition(model::BakDefFields definition) {
-    const auto turn = linkbuilder::turn_of(definition, m_left_alone, m_left_alone);
-    const auto twin = turn == linkbuilder::Turn::none ? 0 : twin_of(definition);
-    const bool alone = !m_all && m_ties.empty() && twin == 0 && turn == linkbuilder::Turn::build;
+    const bool symbolic = definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic);
+    if (symbolic && m_texts.size() <= m_survey.lines_done) return;
+    const bool left_alone = symbolic && touches(definition, m_left_alone);
+    const bool resumed = symbolic && touches(definition, m_resumed);
+    const auto twin = symbolic ? twin_of(definition) : 0;
+    const bool alone = !m_all && m_ties.empty() && twin == 0 && !left_alone && !resumed &&
+                       linkbuilder::wants_link(definition);
     if (alone && is_as_it_should_be(definition)) {
       ++m_survey.standing;
       return;
     }
-    auto forecast = foretell(std::move(definition), turn, m_ground);
+    auto forecast = foretell(std::move(definition), left_alone, m_ground);
     forecast.line = m_texts.size();
     if (twin > 0) add(forecast, Problem::same_path, std::to_string(twin));
-    if (turn != linkbuilder::Turn::none) find_ties(forecast);
+    if (symbolic) find_ties(forecast, resumed);
     const bool stands = forecast.outcome == Outcome::stands;
     if (stands && forecast.ties.empty()) ++m_survey.standing;
     const bool plain = (stands || forecast.outcome == Outcome::none) && forecast.findings.empty() &&
@@ -146,13 +138,14 @@ class Surveyor {
     if (m_all || !plain) m_survey.definitions.push_back(std::move(forecast));
   }
 
-  void find_ties(Forecast& forecast) {
+  void find_ties(Forecast& forecast, bool resumed) {
     auto& footprint = forecast.footprint;
     std::set<std::size_t> lines;
     if (!m_ties.empty()) {
       if (footprint.changed.empty()) footprint.passed = footprint.relied = looked_at(forecast);
       lines.merge(m_ties.ties_of(footprint));
     }
+    if (resumed) lines.insert(0);
     // A note that only root can read may say anything, and a broken run does nothing more.
     const bool stands = forecast.outcome == Outcome::stands;
     if (m_note_hidden && !stands) lines.insert(0);
@@ -228,6 +221,8 @@ class Surveyor {
   Ground& m_ground;
   Ties m_ties;
   std::vector<linkbuilder::Work> m_left_alone;
+  /** The works with which the run goes on. */
+  std::vector<linkbuilder::Work> m_resumed;
   bool m_note_hidden = false;
   /** The last line that takes away what the run itself needs; 0 for none. */
   std::size_t m_breaking_line = 0;

@@ -11,14 +11,14 @@
 #include "check/forecast.h"
 #include "check/window-view.h"
 #include "linkbuilder/note.h"
-#include "linkbuilder/treatment.h"
+#include "linkbuilder/unfinished.h"
 
 namespace varnholt::check {
 
 /** What an earlier run has left unfinished, and what the next one does about it. */
 struct UnfinishedWork {
   linkbuilder::Work work;
-  linkbuilder::Treatment treatment;
+  linkbuilder::Continuation next;
 };
 
 struct Survey {
@@ -26,6 +26,9 @@ struct Survey {
   std::vector<Forecast> definitions;
   /** How many links are as they should be, and stay so. */
   std::size_t standing = 0;
+  /** The lines with which an earlier run over this profile has done, so that the next skips them.
+   */
+  std::size_t lines_done = 0;
   /** In the order in which the next run takes them. */
   std::vector<UnfinishedWork> unfinished;
   /** What the window makes of the lines, and what is wrong with boot scripts. */

@@ -1,44 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells a copy that was cut off from what somebody has changed since. mv(1) between file systems
-// first copies everything and then deletes; cp(1) only copies. Either may have been ended anywhere.
-// All contents are compared, because what turns out to be whole elsewhere is deleted. No link is
-// followed. Whatever cannot be read makes the answer false.
+// Tells which of two places holds everything, after a command that was to copy one to the other was
+// cut off. No link is followed.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
-#include <set>
-#include <string>
 
 namespace varnholt::linkbuilder {
 
-/** Returns the names in a folder, or nullopt when it is none or cannot be read. */
-std::optional<std::set<std::string>> names_in(const std::filesystem::path& folder);
+/**
+ * Returns the number of entries from a path down, the entry at the path included; 0 when they
+ * cannot be counted.
+ */
+std::uint64_t entries_at(const std::filesystem::path& path);
 
 /**
- * Returns whether `copy` can be what a copying command had made of `original` when it was cut off:
- * each entry has its counterpart there, of the same kind, and each file begins as that one does.
+ * Returns whether `part` can be a part of a copy of `whole`: each of its entries has a counterpart
+ * there, of the same kind, and each file begins as its counterpart does. All contents are compared,
+ * because a part that turns out to be whole elsewhere is deleted. Whatever cannot be read makes the
+ * answer false.
  */
-bool is_part_of_copy(const std::filesystem::path& copy, const std::filesystem::path& original);
-
-/**
- * Returns whether `rest` can be what a moving command had not yet deleted when it was cut off, so
- * that `copy` is whole: each entry has its counterpart there, with the same kind, content, owner,
- * mode, time of change and extended attributes.
- */
-bool is_rest_of_move(const std::filesystem::path& rest, const std::filesystem::path& copy);
-
-/**
- * Returns whether `copy`, which is a part of a copy, is all that cp(1) makes of `original`. It
- * gives some folders their mode at last.
- */
-bool lacks_nothing(const std::filesystem::path& copy, const std::filesystem::path& original);
-
-/**
- * Returns whether nothing from `path` down has come or changed since a time, in nanoseconds since
- * the epoch, except by a deletion. Nothing at all at the path is an answer of true, too.
- */
-bool is_untouched_since(const std::filesystem::path& path, std::int64_t time);
+bool is_part_of_copy(const std::filesystem::path& part, const std::filesystem::path& whole);
 
 }  // namespace varnholt::linkbuilder

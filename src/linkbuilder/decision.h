@@ -1,39 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What is to be done with a symbolic definition, given what stands at its path. Deciding changes
-// nothing.
+// What making or undoing the link of a definition takes, given the entry at its path. Deciding
+// changes nothing.
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
-#include <vector>
 
-#include "linkbuilder/note.h"
 #include "model/definition.h"
 
 namespace varnholt::linkbuilder {
 
-/** What a run does with a definition. */
-enum class Turn {
-  /** Nothing: it is no link. */
-  none,
-  build,
-  undo,
-  /** Nothing: what is unfinished at its path cannot be finished by this run. */
-  left_alone,
-  /** Nothing: a copy at its path may not be whole, and would replace its original. */
-  half_copied,
-};
-
-/**
- * Decides what comes of a definition, given the works that this run leaves alone and those that are
- * noted now.
- */
-Turn turn_of(const model::BakDefFields& definition, const std::vector<Work>& left_alone,
-             const std::vector<Work>& noted);
-
 /** Returns whether a definition wants a link, that is, is symbolic and not marked deleted. */
 bool wants_link(const model::BakDefFields& definition);
+
+/** Returns whether a definition wants a link to be undone. */
+bool wants_undoing(const model::BakDefFields& definition);
 
 /** What making a link takes. */
 enum class LinkTask {
@@ -57,16 +37,10 @@ struct LinkDecision {
   std::string content;
   /** The errno with which readlink(2) failed, when the link is unreadable. */
   int error = 0;
-  /** The inode of what is adopted. */
-  ino_t inode = 0;
 };
 
-/** Reads the content of a link as readlink(2) does. */
-using ReadLink = ssize_t (*)(const std::string& path, char* content, std::size_t size);
-ssize_t read_link(const std::string& path, char* content, std::size_t size);
-
-/** Decides about a definition that is not marked deleted. */
-LinkDecision decide_link(const model::BakDefFields& definition, ReadLink read = read_link);
+/** Decides about a definition that wants a link. */
+LinkDecision decide_link(const model::BakDefFields& definition);
 
 /** What undoing a link takes. */
 enum class UndoTask {

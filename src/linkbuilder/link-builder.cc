@@ -8,25 +8,29 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include "base/descriptor.h"
 #include "base/diagnostics.h"
 #include "base/file.h"
+#include "base/path.h"
 #include "base/paths.h"
-#include "base/text.h"
 #include "linkbuilder/decision.h"
-#include "linkbuilder/healing.h"
-#include "linkbuilder/link-operations.h"
-#include "linkbuilder/note.h"
+#include "linkbuilder/definitions.h"
+#include "linkbuilder/journal.h"
+#include "linkbuilder/operations.h"
+#include "linkbuilder/resume.h"
 #include "linkbuilder/stop-signals.h"
+#include "linkbuilder/unfinished.h"
 #include "store/profile.h"
 #include "store/replace-file.h"
 
+namespace varnholt::linkbuilder {
 namespace {
-
-namespace paths = varnholt::paths;
 
 /** An ordinary user's window must be able to read the profile next time. */
 constexpr mode_t profile_mode = 0644;
@@ -36,7 +40,7 @@ constexpr mode_t profile_mode = 0644;
  * command may read.
  */
 void take_no_input() {
-  const varnholt::Descriptor null{open("/dev/null", O_RDONLY | O_CLOEXEC)};
+  const Descriptor null{open("/dev/null", O_RDONLY | O_CLOEXEC)};
   if (!null || dup2(null.number(), STDIN_FILENO) < 0) close(STDIN_FILENO);
 }
 
@@ -58,7 +62,7 @@ int open_folder_to_lock() {
   struct stat status {};
   if (fstat(of_root, &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0) return of_root;
   if (of_root >= 0) close(of_root);
-  return open(varnholt::folder_above(paths::profile).c_str(), O_RDONLY | O_DIRECTORY);
+  return open(folder_above(paths::profile).c_str(), O_RDONLY | O_DIRECTORY);
   // NOLINTEND(android-cloexec-open)
 }
 
@@ -69,155 +73,134 @@ int open_folder_to_lock() {
 int wait_for_other_runs() {
   const int lock = open_folder_to_lock();
   if (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-    varnholt::print_progress("another run of the link builder is at work, waiting for its end\n");
-    const varnholt::linkbuilder::EndsAtOnce interruptible;
+    print_progress("another run of the link builder is at work, waiting for its end\n");
+    const InterruptibleScope waiting;
     flock(lock, LOCK_EX);
   }
   return lock;
 }
 
-/** Returns whether a text has nothing that another one lacks, but for definitions to be undone. */
-bool is_contained(std::string_view text, std::string_view other) {
-  const auto unmarked = [](std::string_view profile) {
+/** Returns whether nothing of a text would be missed beside another, but for marked definitions. */
+bool is_beginning_of(std::string_view text, std::string_view profile) {
+  const auto unmarked = [](std::string_view lines) {
     // The room for a text is made before it is written.
-    profile = profile.substr(0, profile.find('\0'));
-    return varnholt::linkbuilder::without_lines(
-        profile, varnholt::linkbuilder::apply_definitions(profile, [](auto&) {}));
+    lines = lines.substr(0, lines.find('\0'));
+    return without_lines(lines, for_each_definition(lines, [](std::size_t, auto&) {}));
   };
-  return unmarked(other).starts_with(unmarked(text));
+  return unmarked(profile).starts_with(unmarked(text));
 }
 
 /** Removes the new profile that a run has left beside the old one when it was cut off. */
 void remove_older_profile(std::string_view profile) {
-  const auto left = varnholt::store::remove_leftover(paths::profile, [&](std::string_view text) {
+  const auto left = store::remove_leftover(paths::profile, [&](std::string_view text) {
     std::string older{text};
     std::string newer{profile};
-    return is_contained(text, profile) ||
+    return is_beginning_of(text, profile) ||
            main_get_cur_version(&older) < main_get_cur_version(&newer);
   });
   if (left.empty()) return;
-  varnholt::print_failure(
+  print_failure(
       "%s is from a run that was cut off, and may hold more than %s: compare "
       "the two, and remove the first\n",
       left.c_str(), paths::profile);
 }
 
 /** One pass over the profile. */
-class Run {
+class Pass {
  public:
-  explicit Run(std::string_view profile) : m_profile(profile) {}
+  explicit Pass(std::string_view profile)
+      : m_profile(profile), m_journal(paths::unfinished, profile) {}
 
   /** Does the work, and returns the lines for which nothing is left to do. */
-  varnholt::linkbuilder::Lines do_all() {
-    finish_earlier_work();
-    return varnholt::linkbuilder::apply_definitions(
-        m_profile, [this](const varnholt::model::BakDefFields& definition) { take(definition); });
+  Lines run() {
+    resume_earlier_pass();
+    return for_each_definition(m_profile, [this](std::size_t line, const auto& definition) {
+      if (line > m_lines_done) take(line, definition);
+    });
   }
 
-  /** Notes that the lines of copies that have failed are about to leave the profile. */
-  void expect_new_profile() {
-    for_each_work(varnholt::linkbuilder::Stage::undo,
-                  [this](const varnholt::linkbuilder::Work& work) {
-                    varnholt::linkbuilder::keep_without_line(work, m_note);
-                  });
-  }
-
-  /** Forgets the copies for which the profile has no line any more. */
-  void forget_copies() {
-    for_each_work(varnholt::linkbuilder::Stage::undone,
-                  [this](const varnholt::linkbuilder::Work& work) { m_note.drop(work); });
-  }
+  /** The profile has been rewritten. */
+  void end() { m_journal.end(); }
 
  private:
-  void for_each_work(varnholt::linkbuilder::Stage stage,
-                     const std::function<void(const varnholt::linkbuilder::Work&)>& act) {
-    const auto works = m_note.works();
-    for (const auto& work : works) {
-      if (work.stage == stage) act(work);
+  void resume_earlier_pass() {
+    m_lines_done = m_journal.lines_done();
+    if (m_lines_done > 0) {
+      print_progress("an earlier run was cut off at line %zu, and this one goes on from there\n",
+                     m_lines_done);
     }
+    if (m_journal.unfinished().empty()) return;
+    Definitions all;
+    Definitions to_come;
+    for_each_definition(m_profile, [&](std::size_t line, const auto& each) {
+      all.push_back(each);
+      if (line > m_lines_done) to_come.push_back(each);
+    });
+    resume(m_journal, all, to_come);
   }
 
-  void finish_earlier_work() {
-    if (m_note.works().empty()) return;
-    std::vector<varnholt::model::BakDefFields> definitions;
-    varnholt::linkbuilder::apply_definitions(
-        m_profile,
-        [&definitions](const varnholt::model::BakDefFields& each) { definitions.push_back(each); });
-    m_left_alone = varnholt::linkbuilder::heal(m_note, definitions);
+  void take(std::size_t line, const model::BakDefFields& definition) {
+    if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return;
+    end_if_stopped();
+    if (is_left_alone(definition)) return;
+    m_journal.begin_line(line);
+    if (wants_link(definition)) return build_symlink(definition, m_journal);
+    restore_del_symlink(definition.to, m_journal);
   }
 
-  void take(const varnholt::model::BakDefFields& definition) {
-    using varnholt::linkbuilder::Turn;
-    const auto turn = varnholt::linkbuilder::turn_of(definition, m_left_alone, m_note.works());
-    if (turn == Turn::none) return;
-    varnholt::linkbuilder::end_if_stopped();
-    if (turn == Turn::undo) return varnholt::linkbuilder::undo_symlink(definition, m_note);
-    if (turn == Turn::build) return varnholt::linkbuilder::build_symlink(definition, m_note);
-    if (turn == Turn::left_alone) return;
-    varnholt::print_failure("%s is left alone, because what stands there may not be whole\n",
-                            definition.to.c_str());
+  /** Returns whether a definition must not touch what is unfinished, and says so. */
+  bool is_left_alone(const model::BakDefFields& definition) {
+    const auto& works = m_journal.unfinished();
+    if (works.empty()) return false;
+    if (!m_mounts) m_mounts.emplace();
+    const auto* const work = touched_by(definition, works, *m_mounts);
+    if (work == nullptr) return false;
+    // Of the definition itself all has been said.
+    if (work->from == definition.from && work->to == definition.to) return true;
+    print_failure("%s is left alone, because %s is not finished\n", definition.to.c_str(),
+                  work->to.c_str());
+    return true;
   }
 
   std::string_view m_profile;
-  varnholt::linkbuilder::Note m_note{paths::unfinished};
-  std::vector<varnholt::linkbuilder::Work> m_left_alone;
+  Journal m_journal;
+  /** The lines with which an earlier run has done. */
+  std::size_t m_lines_done = 0;
+  /** The mounts, once they are asked for. */
+  std::optional<Mounts> m_mounts;
 };
 
-void tell_failure(const GError& error) {
-  varnholt::print_failure("open file [%s] failed : %s \n", paths::profile, error.message);
+void report_failure(const GError& error) {
+  print_failure("open file [%s] failed : %s \n", paths::profile, error.message);
+}
+
+void run_over_profile() {
+  const auto profile = read_file(paths::profile);
+  if (profile.error) return report_failure(*profile.error);
+  remove_older_profile(profile.text());
+  Pass pass{profile.text()};
+  const auto handled = pass.run();
+  // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
+  const auto error = store::replace_file(
+      paths::profile, profile_mode,
+      [&handled](std::string_view stored) { return without_lines(stored, handled); });
+  if (error) return report_failure(*error);
+  pass.end();
 }
 
 }  // namespace
-
-varnholt::linkbuilder::Lines varnholt::linkbuilder::apply_definitions(
-    std::string_view profile,
-    const std::function<void(const varnholt::model::BakDefFields&)>& apply) {
-  Lines done;
-  for_each_piece(profile, '\n', [&](std::string_view line) {
-    // No item is created: that would look up every source, which an existing link does not need.
-    const auto definition = model::read_lnk_line(line);
-    if (!definition) return;
-    apply(*definition);
-    if (definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) done.emplace(line);
-  });
-  return done;
-}
-
-std::string varnholt::linkbuilder::without_lines(std::string_view profile, const Lines& lines) {
-  if (lines.empty()) {
-    // This is the usual run, in which only empty lines at the beginning vanish.
-    return std::string{profile.substr(std::min(profile.find_first_not_of('\n'), profile.size()))};
-  }
-  return kept_lines(profile, [&lines](std::string_view line) { return !lines.contains(line); });
-}
+}  // namespace varnholt::linkbuilder
 
 void main_save_symbolic_dir() {
-  take_no_input();
-  secure_process();
-  varnholt::linkbuilder::catch_stop_signals();
-  const varnholt::Descriptor lock{wait_for_other_runs()};
-  if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
-    varnholt::print_progress("open file  [%s] is not exist \n", paths::profile);
-    return;
-  }
-  const auto profile = varnholt::read_file(paths::profile);
-  if (profile.error) {
-    tell_failure(*profile.error);
-    return;
-  }
-  remove_older_profile(profile.text());
-  Run run{profile.text()};
-  const auto done = run.do_all();
-  run.expect_new_profile();
-  // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
-  const auto error =
-      varnholt::store::replace_file(paths::profile, profile_mode, [&done](std::string_view stored) {
-        return varnholt::linkbuilder::without_lines(stored, done);
-      });
-  if (error) {
-    tell_failure(*error);
+  namespace linkbuilder = varnholt::linkbuilder;
+  linkbuilder::take_no_input();
+  linkbuilder::secure_process();
+  linkbuilder::catch_stop_signals();
+  const varnholt::Descriptor lock{linkbuilder::wait_for_other_runs()};
+  if (varnholt::exists(varnholt::paths::profile)) {
+    linkbuilder::run_over_profile();
   } else {
-    run.forget_copies();
+    varnholt::print_progress("open file  [%s] is not exist \n", varnholt::paths::profile);
   }
-  varnholt::linkbuilder::end_if_stopped();
+  linkbuilder::end_if_stopped();
 }

@@ -6,37 +6,28 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "base/diagnostics.h"
-#include "base/file.h"
 #include "base/glib-ptr.h"
+#include "base/path.h"
 #include "base/shell.h"
+#include "linkbuilder/backup-name.h"
 #include "linkbuilder/decision.h"
+#include "linkbuilder/guards.h"
+#include "linkbuilder/operations.h"
 #include "linkbuilder/stop-signals.h"
 
-namespace fs = std::filesystem;
-
+namespace varnholt::linkbuilder {
 namespace {
 
-using varnholt::is_link;
-using varnholt::is_there;
-using varnholt::path_argument;
-using varnholt::print_failure;
-using varnholt::print_progress;
-using varnholt::linkbuilder::run_step;
-using varnholt::linkbuilder::Stage;
-using varnholt::linkbuilder::Work;
-using varnholt::model::BakDefFields;
-
 constexpr mode_t new_folder_mode = 0775;
+constexpr auto* already_a_link = "%s is  already a symlink ,the target is %s .\n";
 
 /** Prints the outcome of a call of symlink(2), and returns its result. */
-int tell_link(const BakDefFields& definition, int result) {
-  const char* const from = definition.from.c_str();
-  const char* const to = definition.to.c_str();
+int report_link(const model::BakDefFields& v, int result) {
+  const char* const from = v.from.c_str();
+  const char* const to = v.to.c_str();
   if (result == 0) {
     print_progress("symlink %s ok  , source dir is %s  target dir is %s .\n", to, from, to);
   } else {
@@ -45,14 +36,11 @@ int tell_link(const BakDefFields& definition, int result) {
   return result;
 }
 
-constexpr auto* already_a_link = "%s is  already a symlink ,the target is %s .\n";
-
-/** Replaces the link at `to`, which holds `content`. */
-void renew_link(const BakDefFields& definition, const std::string& content) {
-  const char* const to = definition.to.c_str();
+void replace_link(const model::BakDefFields& v, const std::string& content) {
+  const char* const to = v.to.c_str();
   const int result = std::remove(to);
   if (result == 0) {
-    varnholt::linkbuilder::make_link(definition);
+    build_symlink_imp(v);
     return;
   }
   print_failure(already_a_link, to, content.c_str());
@@ -60,145 +48,120 @@ void renew_link(const BakDefFields& definition, const std::string& content) {
 }
 
 /**
- * Creates the folders above `path`, and only those: a run that is interrupted must leave nothing at
- * the path itself, or the next run would move it onto the source.
+ * Makes a link at which nothing is in the way, and the folders above it when they are missing.
+ * Nothing is made at the path itself, where a run that is cut off would leave it.
  */
-void make_folders_above(const std::string& path) {
-  g_mkdir_with_parents(varnholt::folder_above(path).c_str(), new_folder_mode);
-}
-
-/** Makes a link where nothing exists, and creates the folders above it that are missing. */
-void build_fresh_link(const BakDefFields& definition) {
-  const char* const from = definition.from.c_str();
-  const char* const to = definition.to.c_str();
-  print_progress("source file [%s] is not exists \n", to);
-  int result = symlink(from, to);
+void build_fresh_link(const model::BakDefFields& v) {
+  // Most links have their folders, and one call is enough to see that.
+  int result = symlink(v.from.c_str(), v.to.c_str());
   if (result != 0 && errno == ENOENT) {
-    make_folders_above(definition.to);
-    result = symlink(from, to);
+    g_mkdir_with_parents(folder_above(v.to).c_str(), new_folder_mode);
+    result = symlink(v.from.c_str(), v.to.c_str());
+    // By way of ".." one of the folders may be the path itself.
+    if (result != 0) rmdir(v.to.c_str());
   }
-  tell_link(definition, result);
-}
-
-/** Returns a path as an absolute one without links above its last name; empty when it has none. */
-std::string real_path(const std::string& path) {
-  std::error_code error;
-  const fs::path spelled = path;
-  const auto folder = spelled.has_parent_path() ? spelled.parent_path() : ".";
-  const auto real = fs::canonical(folder, error) / spelled.filename();
-  return error ? std::string{} : real.string();
-}
-
-void tell_stale_note(const char* path) {
-  print_failure("%s is left alone, because an older note says something else of it\n", path);
-}
-
-/** Moves the folder or file at `to` onto the source and makes the link in its place. */
-void adopt_and_link(const BakDefFields& definition, ino_t inode,
-                    varnholt::linkbuilder::Note& run_note) {
-  const char* const from = definition.from.c_str();
-  const char* const to = definition.to.c_str();
-  const bool nothing_at_source = !varnholt::exists(from) && !is_link(definition.from);
-  const auto expected = varnholt::linkbuilder::free_backup_name(definition.to);
-  Work work{nothing_at_source ? Stage::move : Stage::aside, definition.from, definition.to,
-            real_path(expected), inode};
-  varnholt::linkbuilder::Note unwritten;
-  auto& note = varnholt::linkbuilder::is_backup_name(work.other) ? run_note : unwritten;
-  work.source_inode = varnholt::linkbuilder::inode_at(varnholt::without_final_slash(work.from));
-  work.crosses = varnholt::linkbuilder::lies_elsewhere(work);
-  if (!note.keep(work)) return tell_stale_note(to);
-  const std::string backup = varnholt::take_text(main_backup_file(to)).get();
-  if (backup.empty()) {
-    // A command that was killed may have renamed it nevertheless; the next run will find it.
-    if (!is_there(definition.to)) return;
-    // The call of symlink(2) fails, and its message reports the failure.
-    varnholt::linkbuilder::make_link(definition);
-    return note.drop(work);
-  }
-  if (backup != expected) {
-    const auto name = fs::path{backup}.filename();
-    work.other = fs::path{work.other}.replace_filename(name);
-    note.keep(work);
-  }
-  print_progress("move force  %s  to %s \n", backup.c_str(), from);
-  const bool moved = varnholt::linkbuilder::move_file(backup.c_str(), from, [&] {
-    if (work.stage == Stage::move) return true;
-    work.stage = Stage::move;
-    // The deletion must not come back after the note says that it is done.
-    varnholt::sync_folder_above(work.from);
-    return note.keep(work);
-  });
-  if (moved) varnholt::linkbuilder::link_adopted(work, note);
-}
-
-/** Replaces a link by a copy of what it leads to. */
-void replace_by_copy(Work work, varnholt::linkbuilder::Note& note) {
-  const auto link = path_argument(work.to);
-  const std::string command =
-      "/bin/rm -rf " + link + " && /bin/cp -r " + path_argument(work.other) + "  " + link + ' ';
-  if (!note.keep(work)) return tell_stale_note(work.to.c_str());
-  const int status = run_step(command);
-  print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
-  if (status != 0) return;
-  if (!is_link(work.to)) return note.drop(work);
-  work.stage = Stage::undone;
-  note.keep(work);
+  report_link(v, result);
 }
 
 }  // namespace
 
-int varnholt::linkbuilder::make_link(const BakDefFields& definition) {
-  return tell_link(definition, symlink(definition.from.c_str(), definition.to.c_str()));
+void build_symlink(const model::BakDefFields& v, Journal& journal) {
+  const char* const to = v.to.c_str();
+  // 1. Other definitions want no link.
+  if (!wants_link(v)) return;
+  // 2. A link is there already: the one that is wanted, or another one, which is replaced.
+  const auto decision = decide_link(v);
+  if (decision.task == LinkTask::unreadable) {
+    return print_failure("read_link failed , the error code  %d \n",
+                         g_file_error_from_errno(decision.error));
+  }
+  if (decision.task == LinkTask::none) {
+    return print_progress(already_a_link, to, decision.content.c_str());
+  }
+  if (decision.task == LinkTask::replace) return replace_link(v, decision.content);
+  // 3. Devices, FIFOs and sockets stay.
+  if (decision.task == LinkTask::refuse) {
+    return print_failure("unknow file type,cat not  build symlink \n");
+  }
+  // 4. Nothing is there: only folders may be missing, and nothing moves.
+  if (decision.task == LinkTask::make) {
+    print_progress("source file [%s] is not exists \n", to);
+    return build_fresh_link(v);
+  }
+  // 5. A folder or a file is set aside, and then moves to the source.
+  if (!journal.about_to_set_aside(v)) return;
+  const auto backup = backup_file(v.to);
+  if (!backup.empty()) return move_and_link(v, backup, journal);
+  // A command that was killed may have renamed it nevertheless; the next run will find it.
+  if (!is_there(v.to)) return;
+  // 6. and 8. The call of symlink(2) fails, and its message reports the failure.
+  build_symlink_imp(v);
+  journal.done();
 }
 
-void varnholt::linkbuilder::link_adopted(Work work, Note& note) {
-  const BakDefFields definition{.from = work.from, .to = work.to};
-  if (make_link(definition) == 0) return note.drop(work);
-  const char* const from = work.from.c_str();
-  const char* const to = work.to.c_str();
-  work.stage = Stage::back;
-  const bool moved_back = note.keep(work) && main_move_file_force(from, to);
+void move_and_link(const model::BakDefFields& v, const std::string& backup, Journal& journal) {
+  // 5. goes on.
+  journal.has_set_aside(backup);
+  print_progress("move force  %s  to %s \n", backup.c_str(), v.from.c_str());
+  if (move_file_force(backup, v.from, journal)) link_or_move_back(v, journal);
+}
+
+void link_or_move_back(const model::BakDefFields& v, Journal& journal) {
+  // 6. The link takes the place of what has moved.
+  if (build_symlink_imp(v) == 0) return journal.done();
+  // 7. Without a link, everything moves back.
+  const bool moved_back = move_file_force(v.from, v.to, journal);
   print_failure(
       "build symlink failed ,so  reback the file ,move  %s to %s (is already exists) ,and it "
       "reback is %s \n",
-      from, to, moved_back ? "true" : "false");
-  if (moved_back) note.drop(work);
+      v.from.c_str(), v.to.c_str(), moved_back ? "true" : "false");
+  if (moved_back) journal.done();
 }
 
-void varnholt::linkbuilder::build_symlink(const BakDefFields& definition, Note& note) {
-  if (!wants_link(definition)) return;
-  const auto decision = decide_link(definition);
-  switch (decision.task) {
-    case LinkTask::none:
-      print_progress(already_a_link, definition.to.c_str(), decision.content.c_str());
-      return;
-    case LinkTask::replace:
-      return renew_link(definition, decision.content);
-    case LinkTask::make:
-      return build_fresh_link(definition);
-    case LinkTask::adopt:
-      return adopt_and_link(definition, decision.inode, note);
-    case LinkTask::unreadable:
-      print_failure("read_link failed , the error code  %d \n",
-                    g_file_error_from_errno(decision.error));
-      return;
-    case LinkTask::refuse:
-      print_failure("unknow file type,cat not  build symlink \n");
-      return;
+int build_symlink_imp(const model::BakDefFields& v) {
+  return report_link(v, symlink(v.from.c_str(), v.to.c_str()));
+}
+
+std::string backup_file(const std::string& filename) {
+  const int names = leads_to_mount_with_slash(filename) ? 0 : backup_names;
+  for (int number = 0; number < names; ++number) {
+    const auto name = backup_name(filename, number);
+    if (is_there(name)) continue;
+    const int status =
+        run_step("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
+    if (status == 0) return name;
+    print_failure("rename from %s to  %s  failed ,return code  %d \n", filename.c_str(),
+                  name.c_str(), status);
   }
+  print_failure("can not  assign  a temp name for  %s \n", filename.c_str());
+  return {};
 }
 
-void varnholt::linkbuilder::undo_symlink(const BakDefFields& definition, Note& note, Stage stage) {
-  const char* const link = definition.to.c_str();
-  const auto decision = decide_undo(definition.to);
+bool move_file_force(const std::string& from_fn, const std::string& to_fn, Journal& journal) {
+  const auto from = without_final_slash(from_fn);
+  const auto to = without_final_slash(to_fn);
+  const auto clearing = clearing_for(from, to);
+  if (clearing == Clearing::remove) {
+    // Anything that still exists after the removal would receive the data inside it.
+    if (run_step("/bin/rm -rf " + path_argument(to)) != 0 || exists(to)) {
+      print_failure("remove  file %s failed \n", to.c_str());
+      return false;
+    }
+  }
+  const bool moved = clearing != Clearing::refuse && journal.about_to_move(from, to) &&
+                     run_step("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) == 0;
+  if (!moved) print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
+  return moved;
+}
+
+void restore_del_symlink(const std::string& link, Journal& journal) {
+  const auto decision = decide_undo(link);
   const char* const content = decision.content.c_str();
   switch (decision.task) {
-    case UndoTask::copy:
-      return replace_by_copy({stage, definition.from, definition.to, decision.content}, note);
     case UndoTask::missing:
-      return print_failure("symlink %s is not exist \n", link);
+      return print_failure("symlink %s is not exist \n", link.c_str());
     case UndoTask::no_link:
-      return print_failure("file %s is not symlink \n", link);
+      return print_failure("file %s is not symlink \n", link.c_str());
     case UndoTask::unreadable:
       return print_failure("restore_del_symlink:read link failed ,message %s\n",
                            decision.message.c_str());
@@ -206,24 +169,47 @@ void varnholt::linkbuilder::undo_symlink(const BakDefFields& definition, Note& n
       return print_failure("symlink target %s is not exist", content);
     case UndoTask::root:
       return print_failure("rm / is not be allow ,so return\n");
+    case UndoTask::copy:
+      break;
   }
+  if (!journal.about_to_undo(link, decision.content)) return;
+  const auto copy = path_argument(link);
+  const std::string command =
+      "/bin/rm -rf " + copy + " && /bin/cp -r " + path_argument(content) + "  " + copy + ' ';
+  const int status = run_step(command);
+  print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
+  if (status == 0) journal.done();
 }
+
+}  // namespace varnholt::linkbuilder
+
+using varnholt::linkbuilder::Journal;
 
 void main_build_symlink(VhBakDefItem* v) {
   g_return_if_fail(v != NULL);
-  varnholt::linkbuilder::Note unwritten;
+  Journal unwritten;
   varnholt::linkbuilder::build_symlink(*v, unwritten);
 }
 
 int main_build_symlink_imp(VhBakDefItem* v) {
   g_return_val_if_fail(v != NULL, 0);
-  return varnholt::linkbuilder::make_link(*v);
+  return varnholt::linkbuilder::build_symlink_imp(*v);
+}
+
+char* main_backup_file(const char* filename) {
+  g_return_val_if_fail(filename != NULL, nullptr);
+  return varnholt::give_text(varnholt::linkbuilder::backup_file(filename));
+}
+
+bool main_move_file_force(const char* from_fn, const char* to_fn) {
+  g_return_val_if_fail(from_fn != NULL, false);
+  g_return_val_if_fail(to_fn != NULL, false);
+  Journal unwritten;
+  return varnholt::linkbuilder::move_file_force(from_fn, to_fn, unwritten);
 }
 
 void main_restore_del_symlink(const char* link) {
   g_return_if_fail(link != NULL);
-  varnholt::linkbuilder::Note unwritten;
-  varnholt::model::BakDefFields definition;
-  definition.to = link;
-  varnholt::linkbuilder::undo_symlink(definition, unwritten);
+  Journal unwritten;
+  varnholt::linkbuilder::restore_del_symlink(link, unwritten);
 }

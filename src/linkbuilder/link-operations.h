@@ -5,8 +5,6 @@
 // argument logs a critical warning, and the function returns null, 0 or false.
 #pragma once
 
-#include "linkbuilder/moves.h"
-#include "linkbuilder/note.h"
 #include "model/bak-model.h"
 
 /**
@@ -18,30 +16,26 @@
  */
 void main_build_symlink(VhBakDefItem* v);
 
-namespace varnholt::linkbuilder {
-
-/** Does the same for a definition as a plain value, and notes what it is about to do. */
-void build_symlink(const model::BakDefFields& definition, Note& note);
-
-/** Does what main_build_symlink_imp() does. */
-int make_link(const model::BakDefFields& definition);
-
-/** Makes the link of a work whose data is at the source, or moves the data back. */
-void link_adopted(Work work, Note& note);
-
-/**
- * Does what main_restore_del_symlink() does for the path of a definition, and notes in this stage
- * what it is about to do. The note then holds a copy that failed, and one that is a link.
- */
-void undo_symlink(const model::BakDefFields& definition, Note& note, Stage stage = Stage::undo);
-
-}  // namespace varnholt::linkbuilder
-
 /**
  * Makes the link of a definition with symlink(2), whatever else the definition says. Returns 0, or
  * the result of the call when it failed.
  */
 int main_build_symlink_imp(VhBakDefItem* v);
+
+/**
+ * Renames `filename` to the first of FILENAME.bak_0 to FILENAME.bak_999 at which nothing exists,
+ * not even a dangling link, and to which it can be renamed. Returns the new name, or "" when no
+ * name works; the caller releases it with g_free().
+ */
+char* main_backup_file(const char* filename);
+
+/**
+ * Deletes what exists at `to_fn` and moves `from_fn` there. One "/" at the end of either path is
+ * ignored, and a path that names a link means the link itself. Nothing is deleted or moved when the
+ * deletion would remove what has to be moved, however the two paths are spelled. Returns whether
+ * `to_fn` now holds what was at `from_fn`.
+ */
+bool main_move_file_force(const char* from_fn, const char* to_fn);
 
 /**
  * Replaces the symbolic link `link` by a recursive copy of what it points to, as cp -r makes it. A

@@ -1,38 +1,42 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The note of unfinished work.
+// The note of a run of the link builder that is not finished.
 #include "linkbuilder/note.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <span>
-#include <system_error>
 
 #include <glib/gi18n.h>
 
 #include "base/descriptor.h"
-#include "base/diagnostics.h"
 #include "base/file.h"
+#include "base/glib-ptr.h"
 #include "base/text.h"
-#include "store/replace-file.h"
+#include "linkbuilder/backup-name.h"
 
 namespace varnholt::linkbuilder {
 namespace {
 
 // A path may hold any byte but NUL, so that one ends each field.
 constexpr char field_end = '\0';
-constexpr std::string_view first_field = "varnholt 1";
+constexpr std::string_view first_word = "varnholt ";
+constexpr std::string_view format = "varnholt 2";
 constexpr std::string_view last_field = "end";
-constexpr std::array<std::string_view, 6> stage_words{"aside", "move",  "back",
-                                                      "undo",  "again", "undone"};
-constexpr std::array<std::string_view, 2> crossing_words{"near", "far"};
-constexpr std::size_t fields_of_work = 9;
-constexpr std::int64_t nanoseconds_of_microsecond = 1000;
+constexpr std::array<std::pair<Stage, std::string_view>, 4> stage_words{{
+    {Stage::aside, "aside"},
+    {Stage::move, "move"},
+    {Stage::back, "back"},
+    {Stage::undo, "undo"},
+}};
+constexpr std::string_view near_word = "near";
+constexpr std::string_view far_word = "far";
+constexpr std::size_t fields_of_head = 3;
+constexpr std::size_t fields_of_work = 8;
 
 template <typename Number>
 Number number_in(std::string_view text) {
@@ -43,22 +47,27 @@ Number number_in(std::string_view text) {
 
 /** Reads the fields of one work; what does not fit is not written as the same again. */
 std::optional<Work> read_work(std::span<const std::string_view> field) {
-  const auto* const word = std::ranges::find(stage_words, field[0]);
+  const auto* const word =
+      std::ranges::find(stage_words, field[0], &std::pair<Stage, std::string_view>::second);
   if (word == stage_words.end()) return std::nullopt;
-  Work work{static_cast<Stage>(word - stage_words.begin()),
-            std::string{field[1]},
-            std::string{field[2]},
-            std::string{field[3]},
-            number_in<ino_t>(field[4]),
-            number_in<ino_t>(field[5]),
-            field[6] == crossing_words[1],
-            std::string{field[7]},
-            number_in<std::int64_t>(field[8])};
-  // Only what this program itself moves aside may be taken for that.
-  return work.undoes() || is_backup_name(work.other) ? std::optional{work} : std::nullopt;
+  Work work{.stage = word->first,
+            .from = std::string{field[1]},
+            .to = std::string{field[2]},
+            .backup = std::string{field[3]},
+            .inode = number_in<ino_t>(field[4]),
+            .source_inode = number_in<ino_t>(field[5]),
+            .crosses = field[6] == far_word,
+            .entries = number_in<std::uint64_t>(field[7])};
+  // Only what this program itself sets aside may be taken for that.
+  const bool fits = work.stage == Stage::undo ? work.backup.empty() : is_backup_name(work.backup);
+  return fits ? std::optional{work} : std::nullopt;
 }
 
-/** Returns why nobody but this user can have written a file; null when nobody can. */
+std::string_view word_for(Stage stage) {
+  return std::ranges::find(stage_words, stage, &std::pair<Stage, std::string_view>::first)->second;
+}
+
+/** Returns why others than this user can have written a file; null when nobody else can. */
 const char* distrust(int descriptor, uid_t owner) {
   struct stat status {};
   if (fstat(descriptor, &status) != 0) return g_strerror(errno);
@@ -67,113 +76,65 @@ const char* distrust(int descriptor, uid_t owner) {
   return (status.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? N_("other users may write it") : nullptr;
 }
 
-/** Returns whether what a work has moved to the source was renamed, so that it is no copy. */
-bool was_renamed(const Work& work) {
-  return inode_at(work.from) == work.inode && !lies_elsewhere(work);
-}
-
-/** Waits until what has come of a work is on the disk. */
-void sync_work(const Work& work) {
-  if (work.undoes()) return sync_file_system(work.to);
-  was_renamed(work) ? sync_folder_above(work.from) : sync_file_system(work.from);
-  sync_folder_above(work.to);
-}
-
 }  // namespace
 
-bool lies_elsewhere(const Work& work) {
-  return is_elsewhere(without_final_slash(work.from), work.other);
+std::string Work::path() const {
+  return stage == Stage::undo ? to : path_of_backup(backup);
 }
 
-std::string note_text(const std::vector<Work>& works) {
+std::string digest_of(std::string_view profile) {
+  return take_text(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
+                                               reinterpret_cast<const guchar*>(profile.data()),
+                                               profile.size()))
+      .get();
+}
+
+std::string note_text(const Note& note) {
   std::string text;
   const auto add = [&text](std::string_view field) { (text += field) += field_end; };
-  add(first_field);
-  for (const auto& work : works) {
-    add(stage_words.at(static_cast<std::size_t>(work.stage)));
-    for (const auto& field : {work.from, work.to, work.other, std::to_string(work.inode),
-                              std::to_string(work.source_inode)}) {
-      add(field);
-    }
-    add(crossing_words.at(work.crosses ? 1 : 0));
-    add(work.folder);
-    add(std::to_string(work.time));
+  add(format);
+  add(note.profile);
+  add(std::to_string(note.line));
+  for (const auto& work : note.works) {
+    add(word_for(work.stage));
+    for (const auto& field : {work.from, work.to, work.backup}) add(field);
+    add(std::to_string(work.inode));
+    add(std::to_string(work.source_inode));
+    add(work.crosses ? far_word : near_word);
+    add(std::to_string(work.entries));
   }
   add(last_field);
   return text;
 }
 
-std::optional<std::vector<Work>> read_note(std::string_view bytes) {
+std::optional<Note> read_note(std::string_view bytes) {
   const auto fields = split(bytes, field_end);
-  std::vector<Work> works;
-  for (std::size_t at = 1; at + fields_of_work < fields.size(); at += fields_of_work) {
+  if (fields.size() < fields_of_head) return std::nullopt;
+  Note note{std::string{fields[1]}, number_in<std::size_t>(fields[2]), {}};
+  for (auto at = fields_of_head; at + fields_of_work < fields.size(); at += fields_of_work) {
     auto work = read_work(std::span{fields}.subspan(at, fields_of_work));
     if (!work) return std::nullopt;
-    works.push_back(std::move(*work));
+    note.works.push_back(std::move(*work));
   }
-  return note_text(works) == bytes ? std::optional{std::move(works)} : std::nullopt;
+  return note_text(note) == bytes ? std::optional{std::move(note)} : std::nullopt;
+}
+
+bool may_be_note(std::string_view bytes) {
+  // The room for a text is made before it is written.
+  return format.starts_with(bytes.substr(0, bytes.find(field_end)));
 }
 
 StoredNote stored_note(const char* path, uid_t owner) {
   const Descriptor file{open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK)};
-  if (!file) return errno == ENOENT ? StoredNote{} : StoredNote{{}, g_strerror(errno), errno};
-  if (const char* const why = distrust(file.number(), owner)) return {{}, why};
+  if (!file && errno == ENOENT) return {};
+  const int error = file ? 0 : errno;
+  if (!file) return {{}, true, g_strerror(error), error};
+  if (const char* const why = distrust(file.number(), owner)) return {{}, true, why};
   const auto bytes = read_file(path);
-  auto works = bytes.error ? std::nullopt : read_note(bytes.text());
-  return works ? StoredNote{std::move(*works), ""} : StoredNote{{}, N_("it is damaged")};
-}
-
-Note::Note(const char* path) : m_path(path) {
-  // The step that it would have told of has not begun.
-  store::remove_leftover(path, [](std::string_view /*text*/) { return true; });
-  auto stored = stored_note(path, geteuid());
-  if (stored.why.empty()) {
-    m_works = std::move(stored.works);
-    m_stored = m_works;
-    return;
-  }
-  tell("is left alone, and nothing is noted", stored.why.c_str());
-  // Nobody knows what it is good for, so it is not replaced either.
-  m_path = nullptr;
-}
-
-bool Note::keep(const Work& work) {
-  const auto same = [&](const Work& known) { return known.same_definition(work); };
-  std::erase_if(m_works, same);
-  m_works.push_back(work);
-  m_works.back().folder = current_folder();
-  m_works.back().time = g_get_real_time() * nanoseconds_of_microsecond;
-  write();
-  return std::ranges::none_of(
-      m_stored, [&](const Work& stored) { return same(stored) && stored != m_works.back(); });
-}
-
-void Note::drop(const Work& work) {
-  const auto same = [&](const Work& known) { return known.same_definition(work); };
-  if (std::ranges::none_of(m_works, same)) return;
-  if (m_path != nullptr) sync_work(work);
-  std::erase_if(m_works, same);
-  write();
-}
-
-void Note::write() {
-  if (m_path == nullptr) return;
-  if (!m_works.empty()) {
-    constexpr mode_t own_mode = 0600;
-    const auto error = store::write_file(m_path, own_mode, note_text(m_works));
-    if (!error) {
-      m_stored = m_works;
-      return;
-    }
-    tell("cannot be written, and the run goes on without it", error->message);
-  }
-  // No note is better than one that says less than what has been done.
-  if (unlink(m_path) == 0 || errno == ENOENT) m_stored.clear();
-}
-
-void Note::tell(const char* what, const char* why) {
-  if (!m_told) print_failure("the note of unfinished work %s %s: %s\n", m_path, what, why);
-  m_told = true;
+  auto note = bytes.error ? std::nullopt : read_note(bytes.text());
+  if (note) return {std::move(*note), true};
+  const bool is_other = bytes.text().starts_with(first_word) && !may_be_note(bytes.text());
+  return {{}, true, is_other ? N_("it is of another version") : N_("it is damaged")};
 }
 
 }  // namespace varnholt::linkbuilder

@@ -4,7 +4,9 @@
 
 #include <fcntl.h>
 #include <libmount.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -13,6 +15,7 @@
 #include <system_error>
 
 #include "base/glib-ptr.h"
+#include "base/path.h"
 
 namespace fs = std::filesystem;
 
@@ -21,15 +24,6 @@ namespace {
 
 /** The number of links that the kernel follows; see path_resolution(7). */
 constexpr int most_links = 40;
-
-bool any_holds(const std::vector<Spot>& outer, const std::vector<Spot>& inner) {
-  for (const auto& folder : outer) {
-    for (const auto& spot : inner) {
-      if (holds(folder, spot)) return true;
-    }
-  }
-  return false;
-}
 
 /** Returns `path` as the beginning of the paths below it; the root becomes the empty path. */
 std::string as_prefix(const char* path) {
@@ -143,16 +137,23 @@ std::vector<std::string> Mounts::mount_points_from(const fs::path& path) const {
   return points;
 }
 
-bool deletion_takes_away(const fs::path& doomed, const fs::path& path) {
-  const auto doomed_way = way_along(doomed);
-  const auto way = way_along(path);
-  if (!doomed_way.whole || !way.whole) return true;
-  const Mounts mounts;
-  const auto gone = mounts.spots_from(doomed_way.entries.back());
-  std::vector<Spot> passed;
-  passed.reserve(way.entries.size());
-  for (const auto& entry : way.entries) passed.push_back(mounts.spot_of(entry));
-  return any_holds(gone, passed) || any_holds(mounts.spots_from(way.entries.back()), gone);
+bool lie_on_different_mounts(const std::string& path, const std::string& other) {
+  struct statx one {};
+  struct statx another {};
+  return statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &one) == 0 &&
+         statx(AT_FDCWD, other.c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &another) == 0 &&
+         one.stx_mnt_id != another.stx_mnt_id;
+}
+
+bool copies_folders(const std::string& folder) {
+  struct statfs status {};
+  return statfs(folder.c_str(), &status) == 0 && status.f_type == OVERLAYFS_SUPER_MAGIC;
+}
+
+bool mv_copies(const std::string& from, const std::string& to) {
+  const auto folder = folder_above(from);
+  return lie_on_different_mounts(folder, folder_above(to)) ||
+         (copies_folders(folder) && is_folder(from) && !is_link(from));
 }
 
 }  // namespace varnholt::linkbuilder

@@ -76,11 +76,18 @@ class Mounts {
 };
 
 /**
- * Returns whether deleting `doomed`, with everything that is mounted below it, would remove `path`,
- * a part of it, or a folder or link on the way by which `path` is spelled. A path that names a link
- * means the link itself, because rm(1) and mv(1) do not touch what it leads to. Returns true as
- * well when one of the two does not exist.
+ * Returns whether two paths lead to different mounts, between which rename(2) does not work even
+ * when both are of one file system. Returns false when one of them leads nowhere.
  */
-bool deletion_takes_away(const std::filesystem::path& doomed, const std::filesystem::path& path);
+bool lie_on_different_mounts(const std::string& path, const std::string& other);
+
+/** Returns whether a folder is on an overlay, where rename(2) does not work for folders. */
+bool copies_folders(const std::string& folder);
+
+/**
+ * Returns whether mv(1) moves `from` to the name `to` by copying it and then deleting it, because
+ * rename(2) does not work. The folder above `to` must exist.
+ */
+bool mv_copies(const std::string& from, const std::string& to);
 
 }  // namespace varnholt::linkbuilder

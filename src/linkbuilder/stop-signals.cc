@@ -53,20 +53,20 @@ void end_if_stopped() {
   end_by(came);
 }
 
-EndsAtOnce::EndsAtOnce() {
+InterruptibleScope::InterruptibleScope() {
   flush_progress();
   at_once = 1;
   end_if_stopped();
 }
 
-EndsAtOnce::~EndsAtOnce() {
+InterruptibleScope::~InterruptibleScope() {
   at_once = 0;
 }
 
 int run_step(const std::string& command_line) {
   int status = 0;
   {
-    const EndsAtOnce interruptible;
+    const InterruptibleScope command;
     status = run_command(command_line);
   }
   // While it waits for a command, system(3) ignores two of the signals.

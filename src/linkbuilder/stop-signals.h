@@ -18,12 +18,12 @@ void catch_stop_signals();
 void end_if_stopped();
 
 /** As long as this object lives, a stop signal ends the process at once. */
-class EndsAtOnce {
+class InterruptibleScope {
  public:
-  EndsAtOnce();
-  EndsAtOnce(const EndsAtOnce&) = delete;
-  EndsAtOnce& operator=(const EndsAtOnce&) = delete;
-  ~EndsAtOnce();
+  InterruptibleScope();
+  InterruptibleScope(const InterruptibleScope&) = delete;
+  InterruptibleScope& operator=(const InterruptibleScope&) = delete;
+  ~InterruptibleScope();
 };
 
 /**

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The file definitions in the text of a profile.
+#include "linkbuilder/definitions.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace varnholt::linkbuilder {
+
+Lines for_each_definition(
+    std::string_view profile,
+    const std::function<void(std::size_t line, const model::BakDefFields&)>& take) {
+  Lines marked;
+  std::size_t number = 0;
+  for_each_piece(profile, '\n', [&](std::string_view line) {
+    ++number;
+    // No item is created: that would look up every source, which an existing link does not need.
+    const auto definition = model::read_lnk_line(line);
+    if (!definition) return;
+    take(number, *definition);
+    if (definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) marked.emplace(line);
+  });
+  return marked;
+}
+
+std::string without_lines(std::string_view profile, const Lines& lines) {
+  if (lines.empty()) {
+    // This is the usual run, in which only empty lines at the beginning vanish.
+    return std::string{profile.substr(std::min(profile.find_first_not_of('\n'), profile.size()))};
+  }
+  return kept_lines(profile, [&lines](std::string_view line) { return !lines.contains(line); });
+}
+
+}  // namespace varnholt::linkbuilder

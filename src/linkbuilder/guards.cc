@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What must be neither deleted nor moved.
+#include "linkbuilder/guards.h"
+
+#include <vector>
+
+#include "base/path.h"
+#include "linkbuilder/places.h"
+
+namespace varnholt::linkbuilder {
+namespace {
+
+bool any_holds(const std::vector<Spot>& outer, const std::vector<Spot>& inner) {
+  for (const auto& folder : outer) {
+    for (const auto& spot : inner) {
+      if (holds(folder, spot)) return true;
+    }
+  }
+  return false;
+}
+
+/**
+ * Returns whether a path names a link and ends with a slash: rm would empty the folder behind the
+ * link and keep the link.
+ */
+bool is_link_with_slash(const std::string& path) {
+  return path.ends_with('/') && is_link(without_final_slashes(path));
+}
+
+}  // namespace
+
+bool deletion_takes_away(const std::filesystem::path& doomed, const std::filesystem::path& path) {
+  const auto doomed_way = way_along(doomed);
+  const auto way = way_along(path);
+  if (!doomed_way.whole || !way.whole) return true;
+  const Mounts mounts;
+  const auto gone = mounts.spots_from(doomed_way.entries.back());
+  std::vector<Spot> passed;
+  passed.reserve(way.entries.size());
+  for (const auto& entry : way.entries) passed.push_back(mounts.spot_of(entry));
+  return any_holds(gone, passed) || any_holds(mounts.spots_from(way.entries.back()), gone);
+}
+
+Clearing clearing_for(const std::string& from, const std::string& to) {
+  if (!exists(to)) return Clearing::none;
+  const bool refused = is_link_with_slash(to) || deletion_takes_away(to, from);
+  return refused ? Clearing::refuse : Clearing::remove;
+}
+
+bool leads_to_mount_with_slash(const std::string& path) {
+  return path.ends_with('/') && !without_final_slashes(path).empty() &&
+         lie_on_different_mounts(path, folder_above(path));
+}
+
+}  // namespace varnholt::linkbuilder

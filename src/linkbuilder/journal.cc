@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Listens to the steps of a run and keeps the note on the disk.
+#include "linkbuilder/journal.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "base/diagnostics.h"
+#include "base/file.h"
+#include "base/path.h"
+#include "linkbuilder/backup-name.h"
+#include "linkbuilder/copies.h"
+#include "linkbuilder/path-state.h"
+#include "linkbuilder/places.h"
+#include "store/replace-file.h"
+
+namespace varnholt::linkbuilder {
+namespace {
+
+/** Returns a path as an absolute one without links above its last name; empty when it has none. */
+std::string real_path(const std::string& path) {
+  std::error_code error;
+  const auto folder = std::filesystem::canonical(folder_above(path), error);
+  if (error) return {};
+  return folder / last_name(path);
+}
+
+/** Returns the number of entries that mv(1) must copy; 0 when it renames. */
+std::uint64_t copied_entries(const std::string& from, const std::string& to) {
+  return mv_copies(from, to) ? entries_at(from) : 0;
+}
+
+/** Returns the work that an adoption begins. */
+Work adoption_of(const model::BakDefFields& v) {
+  const auto source = without_final_slash(v.from);
+  Work work{.from = v.from, .to = v.to, .backup = real_path(free_backup_name(v.to))};
+  work.inode = PathState{v.to}.inode();
+  work.source_inode = PathState{source}.inode();
+  // With nothing at the source nothing is deleted before the move.
+  if (work.source_inode == 0) work.stage = Stage::move;
+  work.crosses = lie_on_different_mounts(folder_above(v.to), folder_above(source));
+  work.entries = copied_entries(v.to, work.backup);
+  return work;
+}
+
+/** Waits until the changes of a finished work are on the disk. */
+void sync_work(const Work& work) {
+  if (work.stage == Stage::undo) return sync_file_system(work.to);
+  // A copy has contents of its own.
+  if (work.entries > 0) sync_file_system(work.from);
+  sync_folder_above(work.from);
+  sync_folder_above(work.to);
+}
+
+}  // namespace
+
+Journal::Journal(const char* path, std::string_view profile) : m_path(path), m_profile(profile) {
+  // The step that the new text of a note would have been about has not begun.
+  store::remove_leftover(path, may_be_note);
+  auto stored = stored_note(path, geteuid());
+  m_stored = stored.is_there;
+  if (!stored.why.empty()) {
+    report("is left alone, and nothing is noted", stored.why.c_str());
+    // Nobody knows what it is good for, so it is not replaced either.
+    m_path = nullptr;
+    return;
+  }
+  m_note = std::move(stored.note);
+  if (m_note.line > 0 && m_note.profile != digest_of(profile)) m_note.line = 0;
+  m_note.profile.clear();
+}
+
+bool Journal::about_to_set_aside(const model::BakDefFields& v) {
+  m_in_hand = false;
+  if (m_path == nullptr || !v.from.starts_with('/') || !v.to.starts_with('/')) return true;
+  auto work = adoption_of(v);
+  return !is_backup_name(work.backup) || begin(std::move(work));
+}
+
+void Journal::has_set_aside(const std::string& backup) {
+  if (!m_in_hand) return;
+  auto& noted = m_note.works.back().backup;
+  const auto name = last_name(backup);
+  if (last_name(noted) == name) return;
+  noted = folder_above(noted) + name;
+  write();
+}
+
+bool Journal::about_to_move(const std::string& from, const std::string& to) {
+  if (!m_in_hand) return true;
+  Work work = m_note.works.back();
+  const bool is_way_back = from == without_final_slash(work.from);
+  work.stage = is_way_back ? Stage::back : Stage::move;
+  work.crosses = lie_on_different_mounts(folder_above(from), folder_above(to));
+  work.entries = copied_entries(from, to);
+  if (work == m_note.works.back()) return true;
+  m_note.works.back() = std::move(work);
+  // A deletion there must not come back after the note says that it is done.
+  sync_folder_above(to);
+  return write();
+}
+
+bool Journal::about_to_undo(const std::string& link, const std::string& content) {
+  m_in_hand = false;
+  if (m_path == nullptr || !link.starts_with('/') || !content.starts_with('/')) return true;
+  return begin({.stage = Stage::undo, .from = content, .to = link});
+}
+
+void Journal::done() {
+  if (!m_in_hand) return;
+  m_in_hand = false;
+  m_to_sync = std::move(m_note.works.back());
+  m_note.works.pop_back();
+  // A copy that is a link itself must not be undone in its turn.
+  if (m_to_sync->stage == Stage::undo) write();
+}
+
+void Journal::take_up(const Work& work) {
+  forget(work);
+  m_note.works.push_back(work);
+  m_in_hand = true;
+}
+
+void Journal::forget(const Work& work) {
+  std::erase(m_note.works, work);
+}
+
+void Journal::end() {
+  m_line = m_note.line = 0;
+  m_profile = {};
+  m_note.profile.clear();
+  if (m_stored) write();
+}
+
+bool Journal::begin(Work work) {
+  m_note.works.push_back(std::move(work));
+  m_in_hand = write();
+  if (m_in_hand) return true;
+  print_failure("%s is left alone, because an older note says something else of it\n",
+                m_note.works.back().to.c_str());
+  m_note.works.pop_back();
+  return false;
+}
+
+bool Journal::write() {
+  if (m_path == nullptr) return true;
+  if (m_to_sync) sync_work(*std::exchange(m_to_sync, std::nullopt));
+  m_note.line = std::max(m_note.line, m_line);
+  if (m_note.line > 0 && m_note.profile.empty()) m_note.profile = digest_of(m_profile);
+  if (m_note != Note{}) {
+    constexpr mode_t own_mode = 0600;
+    const auto error = store::write_file(m_path, own_mode, note_text(m_note));
+    if (!error) {
+      m_stored = true;
+      return true;
+    }
+    report("cannot be written, and the run goes on without it", error->message);
+  }
+  // No note is better than one that says less than what has been done.
+  if (unlink(m_path) == 0) sync_folder_above(m_path);
+  m_stored = is_there(m_path);
+  return !m_stored;
+}
+
+void Journal::report(const char* what, const char* why) {
+  if (!m_reported) print_failure("the note of unfinished work %s %s: %s\n", m_path, what, why);
+  m_reported = true;
+}
+
+}  // namespace varnholt::linkbuilder

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Goes on with what an earlier run of the link builder has left unfinished.
+#include "linkbuilder/resume.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include <glib.h>
+
+#include "base/diagnostics.h"
+#include "base/path.h"
+#include "linkbuilder/operations.h"
+#include "linkbuilder/path-state.h"
+#include "linkbuilder/stop-signals.h"
+
+namespace varnholt::linkbuilder {
+namespace {
+
+using Step = Continuation::Step;
+
+/** Decides without being in the way of a stop signal, as comparing may take long. */
+Continuation decide(const Work& work, const Definitions& all, const Definitions& to_come) {
+  const InterruptibleScope comparing;
+  return continuation_of(work, all, to_come);
+}
+
+/** Prints why a work is not finished, and what is where. */
+void report(const Work& work, const std::string& why) {
+  const auto backup = work.backup.empty() ? "" : PathState{work.backup}.described() + ", ";
+  print_failure("an earlier run did not finish %s, and %s: %s%s, and %s\n", work.to.c_str(),
+                why.c_str(), backup.c_str(), PathState{work.path()}.described().c_str(),
+                PathState{without_final_slash(work.from)}.described().c_str());
+}
+
+/** Prints that a work is left alone, and why. */
+void report_left_alone(const Work& work, const char* why) {
+  const bool has_backup = PathState{work.backup}.there;
+  const auto how_long = has_backup ? " as long as " + work.backup + " is there" : std::string{};
+  report(work, "it is left alone" + how_long + ", because " + why);
+}
+
+/** Removes a part of what is whole elsewhere. Returns whether nothing is in the way any more. */
+bool remove_part(const Work& work, const Continuation& next) {
+  if (next.removed.empty()) return true;
+  print_progress("an earlier run did not finish: %s is removed, as all of it is in %s\n",
+                 next.removed.c_str(), next.whole_at.c_str());
+  std::error_code error;
+  {
+    const InterruptibleScope removing;
+    std::filesystem::remove_all(next.removed, error);
+  }
+  if (error) report(work, "it cannot be finished now (" + error.message() + ")");
+  return !error;
+}
+
+/** Makes the link again that was undone. */
+bool restore_link(const Work& work) {
+  if (PathState{work.to}.is_link_to(work.from)) return true;
+  print_progress("an earlier run did not finish: the link %s is made again\n", work.to.c_str());
+  if (symlink(work.from.c_str(), work.to.c_str()) == 0) return true;
+  report(work, std::string{"it cannot be finished now ("} + g_strerror(errno) + ")");
+  return false;
+}
+
+void go_on(const Work& work, const Continuation& next, Journal& journal) {
+  const model::BakDefFields definition{
+      .from = work.from, .to = work.to, .op = VH_FILE_OPERATION_TYPE_FOT_Symbolic};
+  switch (next.step) {
+    case Step::forget:
+      return journal.forget(work);
+    case Step::begin:
+      journal.forget(work);
+      return build_symlink(definition, journal);
+    case Step::move:
+      print_progress("an earlier run did not finish: %s is called %s, and moves on\n",
+                     work.to.c_str(), work.backup.c_str());
+      journal.take_up(work);
+      return move_and_link(definition, work.backup, journal);
+    case Step::link:
+      print_progress("an earlier run did not finish: %s is at %s, and its link is made\n",
+                     work.to.c_str(), work.from.c_str());
+      journal.take_up(work);
+      return link_or_move_back(definition, journal);
+    case Step::undo:
+      if (!restore_link(work)) return;
+      // The next step puts a new work in its place.
+      journal.forget(work);
+      return restore_del_symlink(work.to, journal);
+    case Step::restore_link:
+      if (restore_link(work)) journal.forget(work);
+      return;
+    case Step::wait:
+      return report(work, "it cannot be finished now (what it needs is missing)");
+    case Step::leave_changed:
+      return report_left_alone(work, "somebody has changed something since");
+    case Step::forget_changed:
+      report_left_alone(work, "somebody has changed something since");
+      return journal.forget(work);
+    case Step::leave_unwanted:
+      return report_left_alone(work, "the profile asks for it no longer");
+  }
+}
+
+}  // namespace
+
+void resume(Journal& journal, const Definitions& all, const Definitions& to_come) {
+  const auto works = journal.unfinished();
+  for (auto work = works.rbegin(); work != works.rend(); ++work) {
+    end_if_stopped();
+    const auto next = decide(*work, all, to_come);
+    if (remove_part(*work, next)) go_on(*work, next, journal);
+  }
+}
+
+}  // namespace varnholt::linkbuilder

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the next run does about unfinished works, given what is where. Deciding changes nothing.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "linkbuilder/note.h"
+#include "linkbuilder/places.h"
+#include "model/definition.h"
+
+namespace varnholt::linkbuilder {
+
+using Definitions = std::vector<model::BakDefFields>;
+
+/** How a run goes on with an unfinished work. */
+struct Continuation {
+  enum class Step {
+    /** Nothing is left to do, and the work is forgotten. */
+    forget,
+    /** Nothing has happened yet: the definition is taken anew. */
+    begin,
+    /** The backup moves to the source; what the work found there before is deleted first. */
+    move,
+    /** The data is at the source: the link is made, or the data moves back. */
+    link,
+    /** The link that was undone is made again, and undone once more. */
+    undo,
+    /** The link that was undone is made again, because a line of the profile wants a link there. */
+    restore_link,
+    /** The file system of the source, or the original of a copy, is missing: the work waits. */
+    wait,
+    /** Somebody has changed something since: everything stays, and so does the work. */
+    leave_changed,
+    /** The same, but the original is whole, so the work is forgotten. */
+    forget_changed,
+    /** The profile does not ask for the link any more: the backup stays, and so does the work. */
+    leave_unwanted,
+  };
+
+  /** Returns whether the run changes nothing, and the work stays unfinished. */
+  bool waits() const;
+
+  Step step = Step::forget;
+  /** A part of what is whole elsewhere, which is deleted first; empty when there is none. */
+  std::string removed{};
+  /** The place at which all of that is. */
+  std::string whole_at{};
+};
+
+/**
+ * Decides about a work, given the definitions of the profile, and those of them that the run is
+ * still to take. Comparing contents may take long.
+ */
+Continuation continuation_of(const Work& work, const Definitions& all, const Definitions& to_come);
+
+/**
+ * Returns the first of these unfinished works whose path, backup or source a definition touches
+ * with its own path or source; null for none. The definition must leave them alone.
+ */
+const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works,
+                       const Mounts& mounts);
+
+}  // namespace varnholt::linkbuilder
