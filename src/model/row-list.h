@@ -42,7 +42,7 @@ class RowList {
 
   /** Puts an item at the front or at the end. */
   void insert(Item* item, bool first) {
-    first ? m_items.push_front(make_object(item)) : m_items.push_back(make_object(item));
+    m_items.insert(first ? m_items.begin() : m_items.end(), make_object(item));
   }
 
   /**
@@ -51,7 +51,7 @@ class RowList {
    */
   Place find(const GtkTreeIter& row, int likely = -1) const {
     const auto has_row = [&row](const ObjectPtr<Item>& item) {
-      return item->iter && same_row(*item->iter, row);
+      return item->iter && vh_cmp_iter(&*item->iter, &row);
     };
     const auto guess = nth(static_cast<guint>(likely));
     if (guess.item != nullptr && has_row(m_items[static_cast<std::size_t>(likely)])) return guess;

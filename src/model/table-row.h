@@ -7,8 +7,8 @@
 #include <gtk/gtk.h>
 
 /**
- * Returns whether two iterators are equal in all their words: the stamp and the three user words.
- * The program itself compares rows with varnholt::same_row().
+ * Returns whether two iterators are equal in all their words: the stamp and the three user words. A
+ * list store sets only the stamp and the first word, so the others must be zero before.
  */
 bool vh_cmp_iter(const GtkTreeIter* a, const GtkTreeIter* b);
 
@@ -16,15 +16,6 @@ bool vh_cmp_iter(const GtkTreeIter* a, const GtkTreeIter* b);
 void vh_print_iter(const GtkTreeIter* iter);
 
 namespace varnholt::model {
-
-/**
- * Returns whether two iterators name the same row of a list store. Only the stamp and the first
- * user word matter: a list store never sets the others, which keep whatever the variable held
- * before.
- */
-inline bool same_row(const GtkTreeIter& a, const GtkTreeIter& b) {
-  return a.stamp == b.stamp && a.user_data == b.user_data;
-}
 
 /** An item's place in a table. */
 struct TableRow {

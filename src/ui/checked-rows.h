@@ -148,6 +148,8 @@ struct CheckedRows {
 
   /** Returns the item of a row of the store; both have the same index in list and store. */
   typename List::Place find(GtkTreeIter row) const {
+    // A list store leaves these words as they were in the variable that the toolkit passes on.
+    row.user_data2 = row.user_data3 = nullptr;
     const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
         gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
     // Only a row of another store has no path.
