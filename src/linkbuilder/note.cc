@@ -18,6 +18,7 @@
 #include "base/glib-ptr.h"
 #include "base/text.h"
 #include "linkbuilder/backup-name.h"
+#include "linkbuilder/definitions.h"
 
 namespace varnholt::linkbuilder {
 namespace {
@@ -83,9 +84,11 @@ std::string Work::path() const {
 }
 
 std::string digest_of(std::string_view profile) {
+  const auto marked = for_each_definition(profile, [](std::size_t, auto&) {});
+  const auto rewritten = without_lines(profile, marked);
   return take_text(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
-                                               reinterpret_cast<const guchar*>(profile.data()),
-                                               profile.size()))
+                                               reinterpret_cast<const guchar*>(rewritten.data()),
+                                               rewritten.size()))
       .get();
 }
 

@@ -68,7 +68,10 @@ struct Note {
   std::vector<Work> works{};
 };
 
-/** Returns the digest of a profile for a note. */
+/**
+ * Returns the digest of a profile for a note. Definitions that are marked deleted do not count, so
+ * that the rewritten profile has the same one.
+ */
 std::string digest_of(std::string_view profile);
 
 /** Writes a note as bytes. */
