@@ -236,9 +236,10 @@ std::string without_slash(std::string path) {
 
 /** How a definition's places looked before the run. */
 struct Before {
-  explicit Before(const Told& told)
+  Before(const Told& told, const std::vector<Told>& unfinished)
       : path(seen(told.text("path"), false)),
-        source(seen(without_slash(told.text("source")), false)) {
+        source(seen(without_slash(told.text("source")), false)),
+        aside(path) {
     const auto at_source = without_slash(told.text("source"));
     std::error_code ignored;
     if (!fs::is_symlink(fs::symlink_status(at_source, ignored))) lost = amount_at(at_source);
@@ -246,12 +247,23 @@ struct Before {
       const auto name = told.text("path") + ".bak_" + std::to_string(number);
       if (seen(name, false) == "nothing") backup = name;
     }
+    for (const auto& work : unfinished) {
+      const bool fits = work.text("path") == told.text("path") &&
+                        work.text("source") == told.text("source") && work.text("next") == "move";
+      if (!fits) continue;
+      backup = work.text("backup");
+      aside = seen(backup, false);
+      // What is removed before is a part of what moves.
+      if (work.has("removed")) lost.clear();
+    }
   }
   std::string path;
   std::string source;
   /** What an adoption deletes at the source, which a link there does not count as. */
   std::string lost;
+  /** The backup name, and what has it once the work begins. */
   std::string backup;
+  std::string aside;
 };
 
 bool is_link_to(const std::string& path, const std::string& content) {
@@ -268,7 +280,8 @@ bool failed_as_told(const Told& told, const Before& before) {
   if (remains == "all") return path == before.path && same_source;
   if (remains == "nothing") return path == "nothing" || path != before.path;
   const bool in_path = source == "nothing" && has_problem(told, "source-in-path");
-  const bool aside = path == "nothing" && seen(before.backup, false) == before.path;
+  if (remains == "source") return path == "nothing" && source != "nothing";
+  const bool aside = path == "nothing" && seen(before.backup, false) == before.aside;
   return aside && (remains == "backup-only" || in_path || source == before.source);
 }
 
@@ -373,7 +386,10 @@ class Pair {
     if (document.root().number("status") != WEXITSTATUS(said.status)) m_fault += "another status\n";
     if (everything() != snapshot) m_fault += "the companion has changed something\n";
     if (!m_fault.empty()) m_fault += m_said;
-    for (const auto& told : document.root().objects("definitions")) m_before.emplace_back(told);
+    const auto unfinished = document.root().objects("unfinished");
+    for (const auto& told : document.root().objects("definitions")) {
+      m_before.emplace_back(told, unfinished);
+    }
     m_said += run_link_builder();
     m_said += look(everything());
     return document;

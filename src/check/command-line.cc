@@ -21,9 +21,9 @@
 #include "base/glib-ptr.h"
 #include "base/paths.h"
 #include "check/document.h"
-#include "check/progress.h"
 #include "check/report.h"
 #include "check/survey.h"
+#include "check/tally.h"
 #include "check/wording.h"
 
 namespace varnholt::check {
@@ -117,8 +117,7 @@ Survey survey_for(const Wish& wish, std::string_view profile) {
   Progress progress;
   const bool all = wish.all != 0 || wish.json != 0;
   return survey_of(wish.profile, profile, all, [&](const std::string& path) {
-    if (wish.no_count) return Tally{.counted = false};
-    return tally_of(path, [&progress] { progress.step(); });
+    return wish.no_count != 0 ? Tally{.counted = false} : tally_of(path, progress);
   });
 }
 

@@ -19,7 +19,7 @@ constexpr int format = 2;
 // The words stand in the order of the enumerators.
 constexpr std::array outcomes{"none",   "stands",     "made",    "replaced", "adopted",
                               "copied", "left-alone", "dropped", "fails",    "unknown"};
-constexpr std::array remains{"all", "backup", "backup-only", "nothing"};
+constexpr std::array remains{"all", "backup", "backup-only", "nothing", "source"};
 constexpr std::array reasons{"",         "kind",    "unreadable",    "missing",
                              "dangling", "no-link", "leads-nowhere", "unfinished"};
 constexpr std::array steps{"forget",         "begin",         "move", "link",
@@ -143,7 +143,7 @@ void add_forecast(Document& document, const Forecast& forecast) {
   add_tally(document, "deleted", forecast.deleted);
   add_tally(document, "copied", forecast.copied);
   document.add_objects("findings", forecast.findings, add_finding);
-  document.add_array("depends-on", forecast.ties,
+  document.add_array("depends-on", forecast.depends_on,
                      [&](std::size_t line) { document.add_number(line); });
 }
 

@@ -9,9 +9,7 @@
 #include <vector>
 
 #include "check/finding.h"
-#include "check/ground.h"
 #include "check/tally.h"
-#include "linkbuilder/decision.h"
 #include "model/definition.h"
 
 namespace varnholt::check {
@@ -47,8 +45,10 @@ enum class Remains {
   backup,
   /** The same, and what stood at the source is gone, or a part of it. */
   backup_only,
-  /** Nothing stands at the path. */
+  /** Nothing is at the path. */
   nothing,
+  /** What was to be moved is at the source, without a link at the path. */
+  source,
 };
 
 /** Why a definition is left alone. */
@@ -99,34 +99,17 @@ struct Forecast {
   std::optional<Tally> copied{};
   std::vector<Finding> findings{};
   /** The lines on which it depends what comes of this one; 0 is what an earlier run has left. */
-  std::vector<std::size_t> ties{};
+  std::vector<std::size_t> depends_on{};
   /** Whether what is told comes true as long as nobody else changes anything. */
   bool sure = true;
   /** Empty for a definition of which nothing comes. */
   Footprint footprint{};
 };
 
-/** Returns whether a link is as it should be, so that nothing comes of its definition. */
-bool is_as_it_should_be(const model::BakDefFields& definition);
-
-/**
- * Tells what comes of a definition, without regard to those before it. `left_alone` says that the
- * run must not touch its places, because of an unfinished work.
- */
-Forecast foretell(model::BakDefFields definition, bool left_alone, Ground& ground);
-
-/** These are for the parts of the forecast. */
+/** Adds a finding; with some nobody can tell what comes of the definition. */
 void add(Forecast& forecast, Problem problem, const std::string& about = "");
+
+/** Adds the finding with which the work on a definition fails. */
 void fail(Forecast& forecast, const Finding& why, Remains remains);
-
-/** Adds a doubt when a link, and the folders above it that are missing, may not fit. */
-void check_room_for_link(Forecast& forecast, const std::string& folder, std::size_t missing,
-                         Ground& ground);
-
-/** Returns why no link can be at a path that is spelled in this way. */
-std::optional<Finding> why_no_link_at(const std::string& path);
-
-/** Returns whether the way to the folder of a path goes through the path itself. */
-bool leads_through_itself(const std::string& path);
 
 }  // namespace varnholt::check

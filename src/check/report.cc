@@ -125,19 +125,22 @@ std::string what_remains(const Forecast& forecast) {
                     {backup});
     case Remains::nothing:
       return _("Nothing stands there then.");
+    case Remains::source:
+      return filled(_("What was to be moved is at %1 then, until the next run."),
+                    {printable(forecast.definition.from)});
   }
   return {};
 }
 
-std::string ties_of(const Forecast& forecast) {
+std::string dependencies_of(const Forecast& forecast) {
   std::string lines;
-  for (const auto line : forecast.ties) {
+  for (const auto line : forecast.depends_on) {
     if (line > 0) lines += (lines.empty() ? "" : _(", ")) + std::to_string(line);
   }
-  if (forecast.ties.front() > 0) {
+  if (forecast.depends_on.front() > 0) {
     return filled(ngettext("What comes of this line depends on what comes of line %1.",
                            "What comes of this line depends on what comes of lines %1.",
-                           forecast.ties.size()),
+                           forecast.depends_on.size()),
                   {lines});
   }
   std::string left = _("What comes of this line depends on what an earlier run has left.");
@@ -152,8 +155,8 @@ std::vector<Sentence> sentences_on(const Forecast& forecast) {
   std::vector<Sentence> sentences;
   // Without a source or a path there is only that to tell.
   const bool nameless = forecast.definition.from.empty() || forecast.definition.to.empty();
-  if (!forecast.ties.empty()) {
-    sentences.push_back({ties_of(forecast), Tone::notice});
+  if (!forecast.depends_on.empty()) {
+    sentences.push_back({dependencies_of(forecast), Tone::notice});
     sentences.push_back({filled(_("As things are now: %1"), {what_comes(forecast)}),
                          fails ? Tone::alarm : Tone::plain});
   } else if (forecast.outcome != Outcome::none || !nameless) {
@@ -236,16 +239,16 @@ std::string counts_of(const Survey& survey) {
     counts += (counts.empty() ? "" : _(", ")) + filled(_(text), {number(lines)});
   };
   std::map<Outcome, std::uint64_t> lines{{Outcome::stands, survey.standing}};
-  std::uint64_t tied = 0;
+  std::uint64_t depending = 0;
   for (const auto& forecast : survey.definitions) {
-    if (!forecast.ties.empty()) {
-      ++tied;
+    if (!forecast.depends_on.empty()) {
+      ++depending;
     } else if (forecast.outcome != Outcome::stands) {
       ++lines[forecast.outcome];
     }
   }
   for (const auto& [outcome, text] : kinds) count(text, lines[outcome]);
-  count(N_("%1 depending on others"), tied);
+  count(N_("%1 depending on others"), depending);
   return counts.empty() ? std::string{_("none")} : counts;
 }
 
@@ -320,7 +323,7 @@ class Report {
 
   bool is_told(const Forecast& forecast) const {
     const bool quiet = forecast.outcome == Outcome::none || forecast.outcome == Outcome::stands;
-    return !quiet || !forecast.findings.empty() || !forecast.ties.empty() ||
+    return !quiet || !forecast.findings.empty() || !forecast.depends_on.empty() ||
            (m_style.all && forecast.outcome == Outcome::stands);
   }
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Everything that can be told of a profile on this machine.
+// Surveys a profile on this machine: the note of an earlier run first, then line by line.
 #include "check/survey.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 #include <set>
 #include <string_view>
 #include <unordered_map>
@@ -12,9 +13,10 @@
 #include "base/path.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "check/surface.h"
-#include "check/surroundings.h"
-#include "check/ties.h"
+#include "check/dependencies.h"
+#include "check/foretelling.h"
+#include "check/profile-file.h"
+#include "linkbuilder/backup-name.h"
 #include "linkbuilder/decision.h"
 #include "linkbuilder/definitions.h"
 #include "store/profile.h"
@@ -22,12 +24,60 @@
 namespace varnholt::check {
 namespace {
 
-bool is_left_alone(const UnfinishedWork& unfinished) {
+using linkbuilder::way_along;
+
+/** A definition and its line. */
+struct Line {
+  std::size_t number = 0;
+  model::BakDefFields definition{};
+};
+
+/** A definition at whose source nothing is, or nothing that this user can see. */
+struct Missing {
+  /** The place of its forecast in the survey. */
+  std::size_t index = 0;
+  bool hidden = false;
+};
+
+/** What is known by the line to which a survey has come. */
+struct Course {
+  Course(FileSystems& machine, bool asked_for_all)
+      : files(machine), all(asked_for_all), changes(machine.mounts()), unfinished(files.mounts()) {}
+
+  FileSystems& files;
+  bool all;
+  /** What the lines before may change; line 0 is the unfinished work of earlier runs. */
+  Dependencies changes;
+  /** What the lines before may leave unfinished, so that the later ones leave it alone. */
+  Dependencies unfinished;
+  /** The works that certainly stay unfinished. */
+  std::vector<linkbuilder::Work> left;
+  /** The forecasts of the lines whose work goes on before the first line is taken. */
+  std::map<std::size_t, Forecast> resumed;
+  bool note_hidden = false;
+  /** The last line that takes away what the run itself needs; 0 for none. */
+  std::size_t breaking_line = 0;
+  /** The first line of a link for each path. */
+  std::unordered_map<std::string, std::size_t> first_lines;
+  std::vector<Missing> missing;
+};
+
+bool is_symbolic(const model::BakDefFields& definition) {
+  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic);
+}
+
+bool is_marked(const model::BakDefFields& definition) {
+  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
+}
+
+bool stays_unfinished(const UnfinishedWork& unfinished) {
   return unfinished.next.waits();
 }
 
-std::size_t number_of_lines(std::string_view profile) {
-  return static_cast<std::size_t>(1 + std::ranges::count(profile, '\n'));
+/** Returns whether there is nothing to tell of a definition. */
+bool is_plain(const Forecast& forecast) {
+  return (forecast.outcome == Outcome::stands || forecast.outcome == Outcome::none) &&
+         forecast.findings.empty() && forecast.depends_on.empty();
 }
 
 /** Returns where the source of a definition is; that of a link counts from the link. */
@@ -36,202 +86,262 @@ std::string target_of(const model::BakDefFields& definition) {
   return from_link ? folder_above(definition.to) + '/' + definition.from : definition.from;
 }
 
-/** A line at whose source there is nothing, or nothing that this user can see. */
-struct Missing {
-  std::size_t line = 0;
-  bool hidden = false;
-};
+void append(std::vector<std::filesystem::path>& entries, const std::filesystem::path& path) {
+  const auto way = way_along(path);
+  entries.insert(entries.end(), way.entries.begin(), way.entries.end());
+}
 
-/** Returns these lines of all file definitions. */
-std::vector<Missing> sources_missing_in(std::string_view profile) {
-  std::vector<Missing> lines;
-  std::size_t number = 0;
-  for_each_piece(profile, '\n', [&](std::string_view text) {
-    ++number;
-    const auto definition = model::read_lnk_line(text);
-    if (!definition || definition->has(VH_FILE_OPERATION_TYPE_FOT_Deleted)) return;
-    if (definition->from.empty() || exists(target_of(*definition))) return;
-    lines.push_back({number, errno == EACCES});
-  });
+/** Returns where the link builder looks for unfinished work before it takes a definition. */
+Footprint ways_of(const model::BakDefFields& definition) {
+  Footprint footprint;
+  for (const auto& path : {definition.to, definition.from}) {
+    append(footprint.relied, without_final_slash(path));
+    footprint.whole.push_back(footprint.relied.back());
+  }
+  return footprint;
+}
+
+/** Returns where a definition looks of which nothing comes. */
+std::vector<std::filesystem::path> looked_at(const Forecast& forecast) {
+  auto entries = way_along(forecast.definition.to).entries;
+  if (forecast.outcome == Outcome::stands) return entries;
+  // Whether a link leads anywhere decides about its undoing.
+  append(entries, forecast.definition.to + '/');
+  append(entries, forecast.content);
+  return entries;
+}
+
+/** Returns the work that a definition leaves unfinished when it fails. */
+linkbuilder::Work work_of(const Forecast& forecast) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  if (is_marked(forecast.definition)) {
+    return {.stage = linkbuilder::Stage::undo, .from = forecast.content, .to = to};
+  }
+  const std::string path = way_along(to).entries.back();
+  auto backup = linkbuilder::free_backup_name(path);
+  if (backup.empty()) backup = linkbuilder::backup_name(path, 0);
+  return {.from = from, .to = to, .backup = std::move(backup)};
+}
+
+Footprint places_of(const linkbuilder::Work& work) {
+  Footprint places;
+  for (const auto& path : {work.path(), work.backup, without_final_slash(work.from)}) {
+    if (!path.empty()) places.changed.push_back(way_along(path).entries.back());
+  }
+  return places;
+}
+
+/** Returns whether the work on a definition fails and then stays unfinished. */
+bool leaves_work(const Forecast& forecast) {
+  return forecast.outcome == Outcome::fails &&
+         (forecast.moved || forecast.remains == Remains::source || is_marked(forecast.definition));
+}
+
+/** Returns the lines before on which a forecast depends. */
+std::set<std::size_t> lines_before(Forecast& forecast, const Course& course) {
+  auto& footprint = forecast.footprint;
+  std::set<std::size_t> lines;
+  if (!course.changes.empty()) {
+    if (footprint.changed.empty()) footprint.passed = footprint.relied = looked_at(forecast);
+    const bool any_left = !course.left.empty() || !course.unfinished.empty();
+    if (any_left) append(footprint.passed, without_final_slash(forecast.definition.from));
+    lines.merge(course.changes.lines_before(footprint));
+  }
+  if (!course.unfinished.empty()) {
+    lines.merge(course.unfinished.lines_before(ways_of(forecast.definition)));
+  }
+  // A note that only root can read may say anything, and a broken run does nothing more.
+  const bool stands = forecast.outcome == Outcome::stands;
+  if (course.note_hidden && !stands) lines.insert(0);
+  if (course.breaking_line > 0 && !stands) lines.insert(course.breaking_line);
   return lines;
 }
 
-/** Surveys a profile line by line. */
-class Surveyor {
- public:
-  Surveyor(std::string_view profile, bool all, Survey& survey, Ground& ground)
-      : m_profile(profile),
-        m_all(all),
-        m_survey(survey),
-        m_ground(ground),
-        m_ties(ground.mounts()) {
-    m_texts.reserve(number_of_lines(profile));
-    m_lines.reserve(number_of_lines(profile));
-  }
+void depend_on(const std::set<std::size_t>& lines, Forecast& forecast) {
+  forecast.depends_on.assign(lines.begin(), lines.end());
+  forecast.sure = forecast.sure && lines.empty();
+}
 
-  void survey() {
-    survey_unfinished();
-    WindowLoader window;
-    for_each_piece(m_profile, '\n', [&](std::string_view text) {
-      m_texts.push_back(text);
-      auto line = store::read_profile_line(text);
-      window.load(text, line);
-      if (!line.definition) return;
-      if (line.kind == store::LineKind::file) return survey_definition(std::move(*line.definition));
-      m_scripts.emplace_back(m_texts.size(), std::move(*line.definition));
-    });
-    m_survey.window = window.end();
-    for (const auto& each : sources_missing_in(m_profile)) survey_target(each);
-    for (const auto& [number, script] : m_scripts) survey_script(number, script);
-    std::ranges::stable_sort(m_survey.window.findings, {}, &LineFinding::line);
-  }
+/** Remembers what a line may change, and what it may leave unfinished. */
+void remember(std::size_t line, Forecast& forecast, Course& course) {
+  const auto breaks = [](const Finding& each) { return each.problem == Problem::needed_by_run; };
+  if (std::ranges::any_of(forecast.findings, breaks)) course.breaking_line = line;
+  // A definition that certainly fails at once changes nothing, except for new folders.
+  const bool keeps_all = forecast.outcome == Outcome::fails && forecast.remains == Remains::all;
+  if (keeps_all && forecast.sure) forecast.footprint.changed.clear();
+  course.changes.add(line, forecast.footprint);
+  if (forecast.sure && !leaves_work(forecast)) return;
+  course.unfinished.add(line, places_of(work_of(forecast)));
+}
 
- private:
-  void survey_unfinished() {
-    const auto stored = linkbuilder::stored_note(paths::unfinished, 0);
-    if (!stored.why.empty()) m_survey.around.push_back({Problem::note_unread, stored.why});
-    m_note_hidden = stored.error == EACCES;
-    const auto& note = stored.note;
-    if (note.line > 0 && note.profile == linkbuilder::digest_of(m_profile)) {
-      m_survey.lines_done = note.line;
+/** Returns the line that an unfinished work is about, or the work as one without a number. */
+Line line_of(const linkbuilder::Work& work, linkbuilder::Continuation::Step step,
+             const std::vector<Line>& lines) {
+  const bool undone = step == linkbuilder::Continuation::Step::undo;
+  const auto line = std::ranges::find_if(lines, [&](const Line& each) {
+    const auto& definition = each.definition;
+    const bool fits = undone ? linkbuilder::wants_undoing(definition)
+                             : linkbuilder::wants_link(definition) && definition.from == work.from;
+    return fits && definition.to == work.to;
+  });
+  if (line != lines.end()) return *line;
+  const int mark = undone ? VH_FILE_OPERATION_TYPE_FOT_Deleted : 0;
+  return {0, {.from = work.from, .to = work.to, .op = VH_FILE_OPERATION_TYPE_FOT_Symbolic | mark}};
+}
+
+/** Surveys a work with which the run goes on. */
+void survey_rest(const UnfinishedWork& unfinished, const std::vector<Line>& lines, Course& course) {
+  const auto& [work, next] = unfinished;
+  auto line = line_of(work, next.step, lines);
+  auto forecast = foretell_rest(std::move(line.definition), work, next, course.files);
+  forecast.line = line.number;
+  depend_on(lines_before(forecast, course), forecast);
+  if (line.number > 0) course.resumed.emplace(line.number, forecast);
+  if (!forecast.sure || !leaves_work(forecast)) return remember(0, forecast, course);
+  const bool has_backup = next.step == linkbuilder::Continuation::Step::move;
+  course.left.push_back(has_backup ? work : work_of(forecast));
+  if (forecast.remains != Remains::backup || !has_backup) {
+    course.changes.add(0, forecast.footprint);
+  }
+}
+
+/** Surveys what an earlier run has left unfinished; the next one takes it first. */
+void survey_note(std::string_view profile, Course& course, Survey& survey) {
+  using Step = linkbuilder::Continuation::Step;
+  const auto stored = linkbuilder::stored_note(paths::unfinished, 0);
+  if (!stored.why.empty()) survey.around.push_back({Problem::note_unread, stored.why});
+  course.note_hidden = stored.error == EACCES;
+  const auto& note = stored.note;
+  const bool same_profile = note.line > 0 && note.profile == linkbuilder::digest_of(profile);
+  if (same_profile) survey.lines_done = note.line;
+  if (note.works.empty()) return;
+  std::vector<Line> lines;
+  linkbuilder::Definitions all;
+  linkbuilder::Definitions to_come;
+  linkbuilder::for_each_definition(profile, [&](std::size_t line, const auto& each) {
+    lines.push_back({line, each});
+    all.push_back(each);
+    if (line > survey.lines_done) to_come.push_back(each);
+  });
+  const std::vector<linkbuilder::Work> newest_first{note.works.rbegin(), note.works.rend()};
+  for (const auto& work : newest_first) {
+    const auto& unfinished =
+        survey.unfinished.emplace_back(work, linkbuilder::continuation_of(work, all, to_come));
+    const auto step = unfinished.next.step;
+    if (unfinished.next.waits()) {
+      course.left.push_back(work);
+    } else if (step != Step::forget && step != Step::forget_changed) {
+      survey_rest(unfinished, lines, course);
     }
-    if (note.works.empty()) return;
-    linkbuilder::Definitions all;
-    linkbuilder::Definitions to_come;
-    linkbuilder::for_each_definition(m_profile, [&](std::size_t line, const auto& each) {
-      all.push_back(each);
-      if (line > m_survey.lines_done) to_come.push_back(each);
-    });
-    const std::vector<linkbuilder::Work> newest_first{note.works.rbegin(), note.works.rend()};
-    for (const auto& work : newest_first) {
-      const UnfinishedWork unfinished{work, linkbuilder::continuation_of(work, all, to_come)};
-      m_survey.unfinished.push_back(unfinished);
-      (is_left_alone(unfinished) ? m_left_alone : m_resumed).push_back(work);
-    }
   }
+}
 
-  bool touches(const model::BakDefFields& definition,
-               const std::vector<linkbuilder::Work>& works) const {
-    return linkbuilder::touched_by(definition, works, m_ground.mounts()) != nullptr;
+/** Foretells a line with which an earlier run has done. */
+Forecast foretell_done(model::BakDefFields definition) {
+  auto outcome = is_as_it_should_be(definition) ? Outcome::stands : Outcome::none;
+  if (is_marked(definition)) outcome = Outcome::dropped;
+  return {.definition = std::move(definition), .outcome = outcome};
+}
+
+/** Foretells a line whose work has gone on already when the run comes to it. */
+Forecast foretell_resumed(std::size_t line, Course& course) {
+  auto forecast = std::move(course.resumed.extract(line).mapped());
+  auto lines = lines_before(forecast, course);
+  // This line itself is among what an earlier run has left.
+  lines.erase(0);
+  const bool changed_since = !lines.empty();
+  lines.insert(forecast.depends_on.begin(), forecast.depends_on.end());
+  depend_on(lines, forecast);
+  if (changed_since) remember(line, forecast, course);
+  return forecast;
+}
+
+Forecast foretell_link(const Line& line, Course& course) {
+  const auto& definition = line.definition;
+  const auto first = course.first_lines.emplace(definition.to, line.number).first->second;
+  if (course.resumed.contains(line.number)) return foretell_resumed(line.number, course);
+  const bool left_alone =
+      linkbuilder::touched_by(definition, course.left, course.files.mounts()) != nullptr;
+  const bool alone = !course.all && course.changes.empty() && course.unfinished.empty() &&
+                     first == line.number && !left_alone && linkbuilder::wants_link(definition);
+  if (alone && is_as_it_should_be(definition)) {
+    return {.definition = definition, .outcome = Outcome::stands};
   }
+  auto forecast = left_alone ? foretell_left_alone(definition) : foretell(definition, course.files);
+  if (first != line.number) add(forecast, Problem::same_path, std::to_string(first));
+  depend_on(lines_before(forecast, course), forecast);
+  remember(line.number, forecast, course);
+  return forecast;
+}
 
-  void survey_definition(model::BakDefFields definition) {
-    const bool symbolic = definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic);
-    if (symbolic && m_texts.size() <= m_survey.lines_done) return;
-    const bool left_alone = symbolic && touches(definition, m_left_alone);
-    const bool resumed = symbolic && touches(definition, m_resumed);
-    const auto twin = symbolic ? twin_of(definition) : 0;
-    const bool alone = !m_all && m_ties.empty() && twin == 0 && !left_alone && !resumed &&
-                       linkbuilder::wants_link(definition);
-    if (alone && is_as_it_should_be(definition)) {
-      ++m_survey.standing;
-      return;
-    }
-    auto forecast = foretell(std::move(definition), left_alone, m_ground);
-    forecast.line = m_texts.size();
-    if (twin > 0) add(forecast, Problem::same_path, std::to_string(twin));
-    if (symbolic) find_ties(forecast, resumed);
-    const bool stands = forecast.outcome == Outcome::stands;
-    if (stands && forecast.ties.empty()) ++m_survey.standing;
-    const bool plain = (stands || forecast.outcome == Outcome::none) && forecast.findings.empty() &&
-                       forecast.ties.empty();
-    if (m_all || !plain) m_survey.definitions.push_back(std::move(forecast));
+void survey_definition(Line line, Course& course, Survey& survey) {
+  const bool symbolic = is_symbolic(line.definition);
+  const bool done = symbolic && line.number <= survey.lines_done;
+  auto forecast = done && !course.resumed.contains(line.number)
+                      ? foretell_done(std::move(line.definition))
+                  : symbolic ? foretell_link(line, course)
+                             : foretell(std::move(line.definition), course.files);
+  forecast.line = line.number;
+  const auto& definition = forecast.definition;
+  if (forecast.outcome == Outcome::stands && forecast.depends_on.empty()) ++survey.standing;
+  const bool has_source = is_marked(definition) || definition.from.empty() ||
+                          (done && forecast.outcome == Outcome::none) ||
+                          exists(target_of(definition));
+  if (!has_source) course.missing.push_back({survey.definitions.size(), errno == EACCES});
+  const bool kept = course.all || !has_source || !is_plain(forecast);
+  if (kept) survey.definitions.push_back(std::move(forecast));
+}
+
+/** Surveys the lines, and returns the boot scripts. */
+std::vector<Line> survey_lines(std::string_view profile, Course& course, Survey& survey) {
+  WindowLoader window;
+  std::vector<Line> scripts;
+  std::size_t number = 0;
+  for_each_piece(profile, '\n', [&](std::string_view text) {
+    ++number;
+    auto line = store::read_profile_line(text);
+    window.load(text, line);
+    if (!line.definition) return;
+    Line definition{number, std::move(*line.definition)};
+    if (line.kind != store::LineKind::file) return scripts.push_back(std::move(definition));
+    survey_definition(std::move(definition), course, survey);
+  });
+  survey.window = window.end();
+  return scripts;
+}
+
+void find_missing_source(bool hidden, Forecast& forecast) {
+  const auto& from = forecast.definition.from;
+  const auto outcome = forecast.outcome;
+  const bool is_link =
+      outcome == Outcome::stands || outcome == Outcome::made || outcome == Outcome::replaced;
+  if (hidden && outcome != Outcome::unknown) return add(forecast, Problem::hidden, from);
+  if (!hidden && is_link) return add(forecast, Problem::leads_nowhere, from);
+  if (!hidden && outcome == Outcome::none) add(forecast, Problem::source_missing, from);
+}
+
+/** Tells of the lines that there is nothing at the source, unless another line may bring it. */
+void find_missing_sources(const Course& course, Survey& survey) {
+  for (const auto& [index, hidden] : course.missing) {
+    auto& forecast = survey.definitions[index];
+    if (course.changes.may_change(target_of(forecast.definition))) continue;
+    find_missing_source(hidden, forecast);
   }
+  if (!course.all && !course.missing.empty()) std::erase_if(survey.definitions, is_plain);
+}
 
-  void find_ties(Forecast& forecast, bool resumed) {
-    auto& footprint = forecast.footprint;
-    std::set<std::size_t> lines;
-    if (!m_ties.empty()) {
-      if (footprint.changed.empty()) footprint.passed = footprint.relied = looked_at(forecast);
-      lines.merge(m_ties.ties_of(footprint));
-    }
-    if (resumed) lines.insert(0);
-    // A note that only root can read may say anything, and a broken run does nothing more.
-    const bool stands = forecast.outcome == Outcome::stands;
-    if (m_note_hidden && !stands) lines.insert(0);
-    if (m_breaking_line > 0 && !stands) lines.insert(m_breaking_line);
-    forecast.ties.assign(lines.begin(), lines.end());
-    forecast.sure = forecast.sure && forecast.ties.empty();
-    const auto is_breaking = [](const Finding& each) {
-      return each.problem == Problem::needed_by_run;
-    };
-    if (std::ranges::any_of(forecast.findings, is_breaking)) m_breaking_line = forecast.line;
-    // A definition that certainly fails at once changes nothing, except for new folders.
-    const bool keeps_all = forecast.outcome == Outcome::fails && forecast.remains == Remains::all;
-    if (keeps_all && forecast.sure) footprint.changed.clear();
-    m_ties.add(forecast.line, footprint);
-  }
-
-  /** Returns what a definition looks at of which nothing comes. */
-  static std::vector<std::filesystem::path> looked_at(const Forecast& forecast) {
-    auto entries = linkbuilder::way_along(forecast.definition.to).entries;
-    if (forecast.outcome == Outcome::stands) return entries;
-    // Whether a link leads anywhere decides about its undoing.
-    const auto followed = forecast.definition.to + '/';
-    for (const auto& path : {followed, forecast.content}) {
-      const auto way = linkbuilder::way_along(path);
-      entries.insert(entries.end(), way.entries.begin(), way.entries.end());
-    }
-    return entries;
-  }
-
-  /** Returns the earlier line of a link with the same path, or 0. */
-  std::size_t twin_of(const model::BakDefFields& definition) {
-    const auto line = m_texts.size();
-    // The profile outlives the definition, and wherever the path stands in its line it is the same.
-    const auto text = m_texts.back();
-    const auto path = text.substr(text.find(definition.to), definition.to.size());
-    const auto first = m_lines.emplace(path, line).first->second;
-    return first == line ? 0 : first;
-  }
-
-  /** Tells of a line that there is nothing at its source, unless another line may bring it. */
-  void survey_target(const Missing& missing) {
-    const auto line = missing.line;
-    auto definition = *model::read_lnk_line(m_texts[line - 1]);
-    if (m_ties.may_change(target_of(definition))) return;
-    auto at = std::ranges::lower_bound(m_survey.definitions, line, {}, &Forecast::line);
-    if (at == m_survey.definitions.end() || at->line != line) {
-      const auto outcome = linkbuilder::wants_link(definition) ? Outcome::stands : Outcome::none;
-      at = m_survey.definitions.insert(at, Forecast{line, definition, outcome});
-    }
-    const bool is_link = at->outcome == Outcome::stands || at->outcome == Outcome::made ||
-                         at->outcome == Outcome::replaced;
-    if (missing.hidden) {
-      if (at->outcome != Outcome::unknown) add(*at, Problem::hidden, definition.from);
-      return;
-    }
-    if (is_link) add(*at, Problem::leads_nowhere, definition.from);
-    if (at->outcome == Outcome::none) add(*at, Problem::source_missing, definition.from);
-  }
-
-  void survey_script(std::size_t number, const model::BakDefFields& script) {
-    auto& findings = m_survey.window.findings;
+void survey_scripts(const std::vector<Line>& scripts, const Course& course,
+                    std::vector<LineFinding>& findings) {
+  for (const auto& [line, script] : scripts) {
     if (script.from.empty() || script.to.empty()) {
-      findings.push_back({number, {Problem::value_missing}});
-    } else if (!exists(script.from) && !m_ties.may_change(script.from)) {
-      const auto problem = errno == EACCES ? Problem::hidden : Problem::source_missing;
-      findings.push_back({number, {problem, script.from}});
+      findings.push_back({line, {Problem::value_missing}});
+      continue;
     }
+    if (exists(script.from)) continue;
+    const auto problem = errno == EACCES ? Problem::hidden : Problem::source_missing;
+    if (!course.changes.may_change(script.from)) findings.push_back({line, {problem, script.from}});
   }
-
-  std::string_view m_profile;
-  bool m_all;
-  Survey& m_survey;
-  Ground& m_ground;
-  Ties m_ties;
-  std::vector<linkbuilder::Work> m_left_alone;
-  /** The works with which the run goes on. */
-  std::vector<linkbuilder::Work> m_resumed;
-  bool m_note_hidden = false;
-  /** The last line that takes away what the run itself needs; 0 for none. */
-  std::size_t m_breaking_line = 0;
-  /** The text of each line so far. */
-  std::vector<std::string_view> m_texts;
-  std::vector<std::pair<std::size_t, model::BakDefFields>> m_scripts;
-  /** The first line of a link for each path. */
-  std::unordered_map<std::string_view, std::size_t> m_lines;
-};
+}
 
 bool is_problem(const Finding& finding) {
   return !is_notice(finding.problem);
@@ -240,7 +350,7 @@ bool is_problem(const Finding& finding) {
 bool is_wrong(const Forecast& forecast) {
   // A link that has been undone already is what its definition wants.
   const bool undone = forecast.reason == Reason::missing || forecast.reason == Reason::no_link;
-  return std::ranges::any_of(forecast.findings, is_problem) || !forecast.ties.empty() ||
+  return std::ranges::any_of(forecast.findings, is_problem) || !forecast.depends_on.empty() ||
          forecast.deleted || (forecast.outcome == Outcome::left_alone && !undone);
 }
 
@@ -255,7 +365,7 @@ std::size_t number_of_problems(const Survey& survey) {
       std::ranges::count_if(survey.definitions, is_wrong) +
       std::ranges::count_if(survey.window.findings, is_problem, &LineFinding::finding) +
       std::ranges::count_if(survey.around, is_problem) +
-      std::ranges::count_if(survey.unfinished, is_left_alone);
+      std::ranges::count_if(survey.unfinished, stays_unfinished);
   return static_cast<std::size_t>(number);
 }
 
@@ -266,11 +376,16 @@ Verdict verdict_on(const Survey& survey) {
 }
 
 Survey survey_of(const std::string& path, std::string_view profile, bool all,
-                 const Ground::Count& count) {
+                 const FileSystems::Count& count) {
   Survey survey;
-  Ground ground{count};
-  Surveyor{profile, all, survey, ground}.survey();
-  look_around(path, profile, ground.mounts(), survey.around);
+  FileSystems files{count, needed_files()};
+  Course course{files, all};
+  survey_note(profile, course, survey);
+  const auto scripts = survey_lines(profile, course, survey);
+  find_missing_sources(course, survey);
+  survey_scripts(scripts, course, survey.window.findings);
+  std::ranges::stable_sort(survey.window.findings, {}, &LineFinding::line);
+  check_profile_file(path, profile, files.mounts(), survey.around);
   return survey;
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "check/file-systems.h"
 #include "check/forecast.h"
 #include "check/window-view.h"
 #include "linkbuilder/note.h"
@@ -48,7 +49,7 @@ enum class Verdict {
 };
 Verdict verdict_on(const Survey& survey);
 
-/** Returns the number of findings that are no notices, deletions and ties included. */
+/** Returns the number of findings that are no notices, deletions and dependencies included. */
 std::size_t number_of_problems(const Survey& survey);
 
 /**
@@ -56,6 +57,6 @@ std::size_t number_of_problems(const Survey& survey);
  * paths that are moved, deleted or copied. `all` asks for all definitions.
  */
 Survey survey_of(const std::string& path, std::string_view profile, bool all,
-                 const Ground::Count& count);
+                 const FileSystems::Count& count);
 
 }  // namespace varnholt::check

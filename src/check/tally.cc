@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts what stands at a path.
+// Counts the entries at a path.
 #include "check/tally.h"
 
 #include <fts.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
+#include <cstdio>
 #include <memory>
 
+#include <glib/gi18n.h>
+
 #include "base/glib-ptr.h"
+#include "check/wording.h"
 
 namespace varnholt::check {
 namespace {
+
+constexpr auto* clear_line = "\r\033[K";
 
 /** The unit of st_blocks; see stat(3type). */
 constexpr std::uint64_t block = 512;
@@ -55,7 +62,25 @@ Tally& Tally::operator+=(const Tally& that) {
   return *this;
 }
 
-Tally tally_of(const std::string& path, const std::function<void()>& on_entry) {
+Progress::Progress()
+    : m_terminal(isatty(STDERR_FILENO) != 0), m_next(Clock::now() + std::chrono::seconds{1}) {}
+
+Progress::~Progress() {
+  if (m_shown) std::fputs(clear_line, stderr);
+}
+
+void Progress::step() {
+  constexpr std::uint64_t files_between_looks = 256;
+  ++m_files;
+  if (!m_terminal || m_files % files_between_looks != 0 || Clock::now() < m_next) return;
+  m_next = Clock::now() + std::chrono::milliseconds{200};
+  m_shown = true;
+  const auto text = filled(_("counting… %1 files"), {number(m_files)});
+  std::fprintf(stderr, "%s%s", clear_line, text.c_str());
+  std::fflush(stderr);
+}
+
+Tally tally_of(const std::string& path, Progress& progress) {
   Tally tally;
   std::string top = path;
   const std::array<char*, 2> tops{top.data(), nullptr};
@@ -64,7 +89,7 @@ Tally tally_of(const std::string& path, const std::function<void()>& on_entry) {
   if (!walk) return tally;
   while (const FTSENT* const entry = fts_read(walk.get())) {
     count(*entry, tally);
-    on_entry();
+    progress.step();
   }
   return tally;
 }

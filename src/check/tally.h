@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts what stands at a path.
+// Counts the entries at a path, and shows on a terminal how far the counting has come.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace varnholt::check {
@@ -26,9 +26,31 @@ struct Tally {
 };
 
 /**
- * Counts what stands at `path`; nothing there counts as nothing. A link at the path is counted, not
- * what it leads to. `on_entry` is called with each entry.
+ * Shows the number of counted entries once counting takes longer than a second. It writes to
+ * standard error, and only when that is a terminal; at its end nothing is left there.
  */
-Tally tally_of(const std::string& path, const std::function<void()>& on_entry);
+class Progress {
+ public:
+  Progress();
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress();
+
+  /** One more file has been counted. */
+  void step();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  bool m_terminal;
+  bool m_shown = false;
+  std::uint64_t m_files = 0;
+  Clock::time_point m_next;
+};
+
+/**
+ * Counts the entries at `path` and below it; 0 when nothing is there. A link at the path is
+ * counted, not what it leads to.
+ */
+Tally tally_of(const std::string& path, Progress& progress);
 
 }  // namespace varnholt::check

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds out which definitions hang together: what comes of one depends on what an earlier one
-// changes.
+// Finds out which lines depend on which: a line that looks where an earlier one changes something.
 #pragma once
 
 #include <cstddef>
@@ -14,15 +13,15 @@
 namespace varnholt::check {
 
 /** What the definitions so far may change, by places that no link or mount can disguise. */
-class Ties {
+class Dependencies {
  public:
-  explicit Ties(const linkbuilder::Mounts& mounts) : m_mounts(mounts) {}
+  explicit Dependencies(const linkbuilder::Mounts& mounts) : m_mounts(mounts) {}
 
   /** Returns whether nothing is changed so far. */
   bool empty() const { return m_changed.empty() && m_made.empty(); }
 
   /** Returns the lines that may change something where this work looks. */
-  std::set<std::size_t> ties_of(const Footprint& footprint) const;
+  std::set<std::size_t> lines_before(const Footprint& footprint) const;
 
   /** Adds what the work of a line may change. */
   void add(std::size_t line, const Footprint& footprint);

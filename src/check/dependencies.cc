@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds out which definitions hang together.
-#include "check/ties.h"
+// Finds out which lines depend on which.
+#include "check/dependencies.h"
 
 #include <algorithm>
 
 namespace varnholt::check {
 
-std::set<std::size_t> Ties::ties_of(const Footprint& footprint) const {
+std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint) const {
   std::set<std::size_t> lines;
   const auto at = [&lines](const Lines& changes, const linkbuilder::Spot& spot) {
     const auto [first, last] = changes.equal_range(spot);
@@ -44,15 +44,15 @@ std::set<std::size_t> Ties::ties_of(const Footprint& footprint) const {
   return lines;
 }
 
-void Ties::add(std::size_t line, const Footprint& footprint) {
+void Dependencies::add(std::size_t line, const Footprint& footprint) {
   for (const auto& path : footprint.changed) m_changed.emplace(m_mounts.spot_of(path), line);
   for (const auto& path : footprint.made) m_made.emplace(m_mounts.spot_of(path), line);
 }
 
-bool Ties::may_change(const std::filesystem::path& path) const {
+bool Dependencies::may_change(const std::filesystem::path& path) const {
   Footprint footprint;
   footprint.relied = linkbuilder::way_along(path).entries;
-  return !ties_of(footprint).empty();
+  return !lines_before(footprint).empty();
 }
 
 }  // namespace varnholt::check

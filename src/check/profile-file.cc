@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What stands around a profile.
-#include "check/surroundings.h"
+// Findings about the file of a profile, and about the other files that a run needs.
+#include "check/profile-file.h"
 
-#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,8 +9,9 @@
 #include <utility>
 
 #include "base/file.h"
+#include "base/path.h"
 #include "base/paths.h"
-#include "check/surface.h"
+#include "check/file-systems.h"
 #include "linkbuilder/places.h"
 #include "store/profile.h"
 #include "store/replace-file.h"
@@ -25,8 +25,8 @@ std::pair<time_t, long> changed_at(const struct stat& status) {
   return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-void look_at_profile(const char* path, const linkbuilder::Mounts& mounts,
-                     std::vector<Finding>& findings) {
+void check_owner_and_mode(const char* path, const linkbuilder::Mounts& mounts,
+                          std::vector<Finding>& findings) {
   struct stat status {};
   if (stat(path, &status) != 0) return;
   if (status.st_uid != 0) findings.push_back({Problem::owner, std::to_string(status.st_uid)});
@@ -58,24 +58,16 @@ void look_for_save(const char* path, std::string_view profile, std::vector<Findi
 }  // namespace
 
 std::vector<std::string> needed_files() {
-  std::vector<std::string> files{paths::profile, paths::unfinished, paths::backup_script};
-  // The commands need these libraries as well, and the loader.
-  dl_iterate_phdr(
-      [](struct dl_phdr_info* object, std::size_t /*size*/, void* data) {
-        const std::string name = object->dlpi_name;
-        if (name.starts_with('/')) static_cast<std::vector<std::string>*>(data)->push_back(name);
-        return 0;
-      },
-      &files);
-  files.push_back(program_folder() + "/varnholt");
+  std::vector<std::string> files{paths::profile, paths::unfinished, paths::backup_script,
+                                 program_folder() + "/varnholt"};
   files.insert(files.end(), commands.begin(), commands.end());
   return files;
 }
 
-void look_around(const std::string& path, std::string_view profile,
-                 const linkbuilder::Mounts& mounts, std::vector<Finding>& findings) {
+void check_profile_file(const std::string& path, std::string_view profile,
+                        const linkbuilder::Mounts& mounts, std::vector<Finding>& findings) {
   if (path == paths::profile) {
-    look_at_profile(paths::profile, mounts, findings);
+    check_owner_and_mode(paths::profile, mounts, findings);
     look_for_save(paths::profile, profile, findings);
     const auto next = store::next_to(paths::profile);
     if (is_there(next)) findings.push_back({Problem::leftover, next});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What stands around a profile.
+// Findings about the file of a profile, and about the other files that a run needs.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ namespace varnholt::check {
 /** Returns the files without which a run of the link builder cannot end well. */
 std::vector<std::string> needed_files();
 
-/** Adds what is to be said about the profile at `path` as a file, and about the files beside it. */
-void look_around(const std::string& path, std::string_view profile,
-                 const linkbuilder::Mounts& mounts, std::vector<Finding>& findings);
+/** Adds the findings about the profile at `path` as a file, and about the files beside it. */
+void check_profile_file(const std::string& path, std::string_view profile,
+                        const linkbuilder::Mounts& mounts, std::vector<Finding>& findings);
 
 }  // namespace varnholt::check
