@@ -34,8 +34,8 @@ class Adoption {
         m_at_source(linkbuilder::way_along(m_source).entries.back()) {}
 
   void foretell() {
-    m_backup_name = linkbuilder::free_backup_name(m_to);
-    m_backup = m_path.parent_path() / last_name(m_backup_name);
+    m_forecast.backup = linkbuilder::free_backup_name(m_to);
+    m_backup = m_path.parent_path() / last_name(m_forecast.backup);
     begin(m_path);
     if (const auto why = why_not_renamed()) return fail(m_forecast, *why, Remains::all);
     m_forecast.moved = m_files.count(m_path);
@@ -48,7 +48,7 @@ class Adoption {
   void foretell_rest(bool clears_source) {
     m_is_aside = true;
     m_path = linkbuilder::path_of_backup(m_moved);
-    m_backup = m_moved;
+    m_backup = m_forecast.backup = m_moved;
     begin(m_backup);
     m_forecast.moved = m_files.count(m_moved);
     go_on(clears_source);
@@ -93,7 +93,7 @@ class Adoption {
     if (auto why = why_no_link_at(m_to)) return why;
     if (m_files.mounts().is_mount_point(m_path)) return Finding{Problem::path_mounted, m_path};
     if (auto why = why_it_must_stay(m_to)) return why;
-    if (m_backup_name.empty() || why_too_long(m_backup_name)) {
+    if (m_forecast.backup.empty() || why_too_long(m_forecast.backup)) {
       return Finding{Problem::no_backup_name};
     }
     return std::nullopt;
@@ -241,7 +241,6 @@ class Adoption {
   /** The path, the source, and the backup, each without links above its name. */
   fs::path m_path;
   fs::path m_at_source;
-  std::string m_backup_name{};
   fs::path m_backup{};
   /** Whether everything that moves has its backup name already. */
   bool m_is_aside = false;

@@ -89,6 +89,8 @@ struct Forecast {
   Outcome outcome = Outcome::none;
   Remains remains = Remains::all;
   Reason reason = Reason::none;
+  /** The backup name of what is adopted. */
+  std::string backup{};
   /** The content of the link that stands there. */
   std::string content{};
   /** What moves to the source. */

@@ -13,7 +13,6 @@
 
 #include "base/path.h"
 #include "check/wording.h"
-#include "linkbuilder/backup-name.h"
 
 namespace varnholt::check {
 namespace {
@@ -113,7 +112,7 @@ std::string what_comes(const Forecast& forecast) {
 }
 
 std::string what_remains(const Forecast& forecast) {
-  const auto backup = printable(linkbuilder::free_backup_name(forecast.definition.to));
+  const auto backup = printable(forecast.backup);
   switch (forecast.remains) {
     case Remains::all:
       return _("Everything stays as it is.");

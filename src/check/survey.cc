@@ -144,7 +144,8 @@ std::set<std::size_t> lines_before(Forecast& forecast, const Course& course) {
   if (!course.changes.empty()) {
     if (footprint.changed.empty()) footprint.passed = footprint.relied = looked_at(forecast);
     const bool any_left = !course.left.empty() || !course.unfinished.empty();
-    if (any_left) append(footprint.passed, without_final_slash(forecast.definition.from));
+    // A link above the source decides whether the source lies in an unfinished work.
+    if (any_left) append(footprint.passed, folder_above(forecast.definition.from));
     lines.merge(course.changes.lines_before(footprint));
   }
   if (!course.unfinished.empty()) {
