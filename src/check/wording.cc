@@ -44,7 +44,7 @@ bool is_plain(gunichar character) {
 
 /** A piece of a text that stays in one line, and the columns that it takes. */
 struct Word {
-  std::string_view text;
+  std::string text{};
   std::size_t columns = 0;
   bool after_space = false;
 };
@@ -54,52 +54,38 @@ std::size_t columns_of(gunichar character) {
   return g_unichar_iswide(character) ? 2 : 1;
 }
 
-/** Returns whether a line may not begin with this character, although others of its script may. */
-bool closes(gunichar character) {
-  switch (g_unichar_type(character)) {
-    case G_UNICODE_CLOSE_PUNCTUATION:
-    case G_UNICODE_FINAL_PUNCTUATION:
-    case G_UNICODE_OTHER_PUNCTUATION:
-      return g_unichar_iswide(character) || character == U'”' || character == U'’';
-    default:
+/** Returns whether a line may end between two characters, as in a script without spaces. */
+bool may_part(gunichar before, gunichar after) {
+  if (!g_unichar_iswide(before) && !g_unichar_iswide(after)) return false;
+  const auto end = g_unichar_break_type(before);
+  if (end == G_UNICODE_BREAK_OPEN_PUNCTUATION || end == G_UNICODE_BREAK_QUOTATION) return false;
+  switch (g_unichar_break_type(after)) {
+    case G_UNICODE_BREAK_CLOSE_PUNCTUATION:
+    case G_UNICODE_BREAK_EXCLAMATION:
+    case G_UNICODE_BREAK_INFIX_SEPARATOR:
+    case G_UNICODE_BREAK_NON_STARTER:
+    case G_UNICODE_BREAK_QUOTATION:
       return false;
-  }
-}
-
-/** Returns whether a line may not end with this character. */
-bool opens(gunichar character) {
-  switch (g_unichar_type(character)) {
-    case G_UNICODE_OPEN_PUNCTUATION:
-      return g_unichar_iswide(character);
-    case G_UNICODE_INITIAL_PUNCTUATION:
-      return true;
     default:
-      return false;
+      return g_unichar_type(after) != G_UNICODE_CLOSE_PUNCTUATION;
   }
 }
 
 /** Cuts a text at its spaces, and between the characters of a script that writes none. */
 std::vector<Word> words_of(std::string_view text) {
   std::vector<Word> words;
-  bool can_break = true;
-  bool after_space = false;
+  gunichar before = ' ';
   while (!text.empty()) {
     const auto letter = first_character(text);
     const gunichar character = g_utf8_get_char(letter.data());
     text.remove_prefix(letter.size());
-    if (character == ' ') {
-      can_break = after_space = true;
-      continue;
+    if (character != ' ') {
+      const bool after_space = before == ' ';
+      if (after_space || may_part(before, character)) words.push_back({"", 0, after_space});
+      words.back().text += letter;
+      words.back().columns += columns_of(character);
     }
-    const bool wide = g_unichar_iswide(character) || opens(character);
-    const bool begins = words.empty() || ((after_space || can_break || wide) && !closes(character));
-    if (begins) words.push_back({letter, 0, after_space});
-    auto& word = words.back();
-    word.text = {word.text.data(),
-                 static_cast<std::size_t>(letter.data() + letter.size() - word.text.data())};
-    word.columns += columns_of(character) + (after_space && !begins ? 1 : 0);
-    can_break = (wide || closes(character)) && !opens(character);
-    after_space = false;
+    before = character;
   }
   return words;
 }
