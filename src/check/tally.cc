@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 
@@ -91,6 +92,8 @@ Tally tally_of(const std::string& path, Progress& progress) {
     count(*entry, tally);
     progress.step();
   }
+  // fts(3) ends early where a path is longer than it can tell.
+  if (errno != 0) ++tally.unreadable;
   return tally;
 }
 
