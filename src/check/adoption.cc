@@ -62,6 +62,7 @@ class Adoption {
     if (!m_source.empty() && !m_source.starts_with('/')) {
       add(m_forecast, Problem::relative, m_source);
     }
+    if (m_source.ends_with('/')) add(m_forecast, Problem::source_slashes);
   }
 
   void go_on(bool clears_source) {
@@ -135,7 +136,6 @@ class Adoption {
 
   /** Tells what becomes of what stands at the source. Returns whether the move is tried then. */
   bool clear_source() {
-    if (m_source.ends_with('/')) add(m_forecast, Problem::source_slashes);
     if (is_link(m_source)) {
       // What it leads to may be what is adopted, which has another name by then.
       const bool dangles = !exists(m_source) || contains(m_way_of_source, m_path);

@@ -2,8 +2,10 @@
 // Tells a program what a survey has found.
 #include "check/document.h"
 
-#include <array>
-#include <string_view>
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <optional>
 
 #include <json-glib/json-glib.h>
 
@@ -16,19 +18,56 @@ namespace {
 /** The number of this form of the document. It changes when a member changes or goes. */
 constexpr int format = 2;
 
-// The words stand in the order of the enumerators.
-constexpr std::array outcomes{"none",   "stands",     "made",    "replaced", "adopted",
-                              "copied", "left-alone", "dropped", "fails",    "unknown"};
-constexpr std::array remains{"all", "backup", "backup-only", "nothing", "source"};
-constexpr std::array reasons{"",         "kind",    "unreadable",    "missing",
-                             "dangling", "no-link", "leads-nowhere", "unfinished"};
-constexpr std::array steps{"forget",         "begin",         "move", "link",
-                           "undo",           "restore-link",  "wait", "leave-changed",
-                           "forget-changed", "leave-unwanted"};
+template <typename Enumerator>
+struct Word {
+  Enumerator enumerator;
+  const char* word;
+};
 
+constexpr Word<Outcome> outcomes[] = {
+    {Outcome::none, "none"},
+    {Outcome::stands, "stands"},
+    {Outcome::made, "made"},
+    {Outcome::replaced, "replaced"},
+    {Outcome::adopted, "adopted"},
+    {Outcome::copied, "copied"},
+    {Outcome::left_alone, "left-alone"},
+    {Outcome::dropped, "dropped"},
+    {Outcome::fails, "fails"},
+    {Outcome::unknown, "unknown"},
+};
+constexpr Word<Remains> remains[] = {
+    {Remains::all, "all"},         {Remains::folders, "folders"},
+    {Remains::backup, "backup"},   {Remains::backup_only, "backup-only"},
+    {Remains::nothing, "nothing"}, {Remains::source, "source"},
+};
+constexpr Word<Reason> reasons[] = {
+    {Reason::kind, "kind"},
+    {Reason::unreadable, "unreadable"},
+    {Reason::missing, "missing"},
+    {Reason::dangling, "dangling"},
+    {Reason::no_link, "no-link"},
+    {Reason::leads_nowhere, "leads-nowhere"},
+    {Reason::unfinished, "unfinished"},
+};
+using Step = linkbuilder::Continuation::Step;
+constexpr Word<Step> steps[] = {
+    {Step::forget, "forget"},
+    {Step::begin, "begin"},
+    {Step::move, "move"},
+    {Step::link, "link"},
+    {Step::undo, "undo"},
+    {Step::restore_link, "restore-link"},
+    {Step::wait, "wait"},
+    {Step::leave_changed, "leave-changed"},
+    {Step::forget_changed, "forget-changed"},
+    {Step::leave_unwanted, "leave-unwanted"},
+};
+
+/** Returns the word for an enumerator; each of them has one. */
 template <std::size_t Size, typename Enumerator>
-const char* word(const std::array<const char*, Size>& words, Enumerator enumerator) {
-  return words.at(static_cast<std::size_t>(enumerator));
+const char* word(const Word<Enumerator> (&words)[Size], Enumerator enumerator) {
+  return std::ranges::find(words, enumerator, &Word<Enumerator>::enumerator)->word;
 }
 
 /** Builds a document member by member. */

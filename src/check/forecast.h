@@ -41,9 +41,11 @@ enum class Outcome {
 enum class Remains {
   /** Everything as it was. */
   all,
+  /** The same, but folders above the path are made. */
+  folders,
   /** What stood at the path has its backup name, until the next run. */
   backup,
-  /** The same, and what stood at the source is gone, or a part of it. */
+  /** The same as `backup`, and what stood at the source is gone, or a part of it. */
   backup_only,
   /** Nothing is at the path. */
   nothing,

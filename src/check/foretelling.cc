@@ -63,6 +63,13 @@ std::optional<Finding> why_not_made(const Forecast& forecast, const Descent& des
   return why_no_content(from);
 }
 
+/** Returns what a new link leaves behind that fails: its folders are made before. */
+Remains remains_without(const Forecast& forecast, const Descent& descent) {
+  const bool tries_folders = !descent.missing.empty() && forecast.definition.to.size() < PATH_MAX &&
+                             !why_nothing_can_be_made(descent.there);
+  return tries_folders ? Remains::folders : Remains::all;
+}
+
 /** Adds a doubt when a link, and the folders above it that are missing, may not fit. */
 void check_room_for_link(Forecast& forecast, const std::string& folder, std::size_t missing,
                          FileSystems& files) {
@@ -90,7 +97,9 @@ void foretell_new_link(Forecast& forecast, FileSystems& files) {
     }
   }
   if (blocked) return fail(forecast, *blocked, Remains::all);
-  if (const auto why = why_not_made(forecast, descent)) return fail(forecast, *why, Remains::all);
+  if (const auto why = why_not_made(forecast, descent)) {
+    return fail(forecast, *why, remains_without(forecast, descent));
+  }
   check_room_for_link(forecast, descent.there, descent.missing.size(), files);
 }
 

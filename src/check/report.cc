@@ -116,6 +116,8 @@ std::string what_remains(const Forecast& forecast) {
   switch (forecast.remains) {
     case Remains::all:
       return _("Everything stays as it is.");
+    case Remains::folders:
+      return _("Folders above it are made, and everything else stays as it is.");
     case Remains::backup:
       return filled(_("What stands there is then called %1, until the next run."), {backup});
     case Remains::backup_only:
