@@ -21,7 +21,7 @@ bool contains(const std::vector<fs::path>& entries, const fs::path& entry) {
 /** One adoption while it is foretold, in the order of its steps. */
 class Adoption {
  public:
-  /** An adoption that begins with what is at `moved`: the path, or the backup of an earlier run. */
+  /** An adoption of the entry at `moved`: the path, or the backup of an earlier run. */
   Adoption(Forecast& forecast, std::string moved, FileSystems& files)
       : m_forecast(forecast),
         m_files(files),
@@ -100,32 +100,32 @@ class Adoption {
     return std::nullopt;
   }
 
-  /** Returns whether the source is what is adopted, so that it only gets its name back. */
+  /** Returns whether source and path are one entry, which only gets its name back. */
   bool is_same_place() const {
     const auto& mounts = m_files.mounts();
     return (m_is_aside || is_there(m_source)) &&
            mounts.spot_of(m_at_source) == mounts.spot_of(m_path);
   }
 
-  /** Returns why nothing can come to the source, once what is adopted has its backup name. */
+  /** Returns why nothing can move to the source, once the path has been renamed. */
   std::optional<Finding> why_no_way() {
     if (m_source.empty()) return Finding{Problem::source_empty};
     const auto folder = folder_above(m_source);
     if (lies_in_path(folder)) return Finding{Problem::source_in_path};
     if (contains(m_way_of_source, m_backup)) {
-      // What is found there depends on a name that nothing has now.
+      // The way to the source depends on a name that nothing has now.
       m_forecast.sure = false;
       return Finding{Problem::source_by_backup, m_backup};
     }
     if (!is_folder(folder)) return Finding{Problem::source_folder_missing, folder};
-    // What stands at the source may be deleted nevertheless.
+    // An earlier entry at the source may be deleted nevertheless.
     if (!is_there(m_source)) {
       if (auto why = why_nothing_can_be_made(folder)) return why;
     }
     return why_too_long(m_source);
   }
 
-  /** Returns whether the way to a folder passes what is adopted, or something in it. */
+  /** Returns whether the way to a folder passes the path, or something below it. */
   bool lies_in_path(const std::string& folder) const {
     const auto& mounts = m_files.mounts();
     const auto path = mounts.spot_of(m_path);
@@ -134,16 +134,16 @@ class Adoption {
     });
   }
 
-  /** Tells what becomes of what stands at the source. Returns whether the move is tried then. */
+  /** Foretells the deletion at the source. Returns whether the move is tried then. */
   bool clear_source() {
     if (is_link(m_source)) {
-      // What it leads to may be what is adopted, which has another name by then.
+      // The link may lead to the path, which has another name by then.
       const bool dangles = !exists(m_source) || contains(m_way_of_source, m_path);
       if (dangles && is_folder(m_moved)) {
         return failed({Problem::source_is_dangling}, Remains::backup);
       }
       if (dangles) {
-        tell_link_at_source();
+        find_link_at_source();
         const auto stays = why_it_must_stay(m_source);
         return !stays || failed(*stays, Remains::backup);
       }
@@ -159,7 +159,7 @@ class Adoption {
     return true;
   }
 
-  void tell_link_at_source() {
+  void find_link_at_source() {
     std::error_code unknown;
     add(m_forecast, Problem::source_is_link, fs::read_symlink(m_source, unknown));
   }
@@ -175,7 +175,7 @@ class Adoption {
       m_forecast.sure = m_forecast.sure && link;
       return failed(*why, link ? Remains::backup : Remains::backup_only);
     }
-    if (link) tell_link_at_source();
+    if (link) find_link_at_source();
     const auto mounted = m_files.mounts().mount_points_from(m_at_source);
     return mounted.empty() ||
            failed({Problem::source_mounted, mounted.front()}, Remains::backup_only);

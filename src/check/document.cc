@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells a program what a survey has found.
+// Tells a program the results of a survey.
 #include "check/document.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells a program what a survey has found, as one JSON document (RFC 8259). The manual page
+// Tells a program the results of a survey, as one JSON document (RFC 8259). The manual page
 // describes its members.
 #pragma once
 

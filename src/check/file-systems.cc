@@ -126,7 +126,7 @@ std::optional<Finding> FileSystems::why_no_room(const std::string& folder, const
                           entries_of(need) <= room.entries + entries_of(freed);
   promised += need;
   if (!fits_alone) return Finding{Problem::no_room, folder};
-  // What a file takes on another file system is known only there, and what is deleted may have
+  // Only the other file system knows how much a file takes there, and a deleted file may have
   // other links.
   constexpr std::uint64_t page = 4096;
   const auto at_most = 2 * promised.disk_bytes + page * entries_of(promised);

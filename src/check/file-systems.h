@@ -58,8 +58,8 @@ class FileSystems {
   bool is_needed(const std::filesystem::path& path);
 
   /**
-   * Returns a finding when a copy may not fit into a folder, or certainly does not, given what is
-   * deleted there first. Copies that have been asked for before count.
+   * Returns a finding when a copy may not fit into a folder, or certainly does not, although
+   * `freed` is deleted there first. Copies that have been asked for before count.
    */
   std::optional<Finding> why_no_room(const std::string& folder, const Tally& need,
                                      const Tally& freed);

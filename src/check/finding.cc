@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What is wrong, or will be.
+// The problems that a check can find.
 #include "check/finding.h"
 
 #include <algorithm>
@@ -158,7 +158,7 @@ bool is_doubtful(Problem problem) {
 }
 
 std::string text_of(const Finding& finding) {
-  // What is told of the note comes from elsewhere, and may have a translation.
+  // The reason comes from the reader of the note, and may have a translation.
   const bool is_reason = finding.problem == Problem::note_unread;
   const std::string about = is_reason ? _(finding.about.c_str()) : finding.about;
   return filled(_(entry_of(finding.problem).text), {printable(about)});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What is wrong, or will be: a kind of problem, and what it is about.
+// A problem of a profile or of the machine, and its subject.
 #pragma once
 
 #include <cstddef>
@@ -59,7 +59,7 @@ enum class Problem {
   other_answer,
   other_value,
   no_utf8,
-  // What stands around the profile.
+  // In the file of the profile, and in the files beside it.
   owner,
   writable,
   unsaved,

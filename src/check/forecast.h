@@ -24,16 +24,16 @@ enum class Outcome {
   made,
   /** Another link gives way. */
   replaced,
-  /** What stands at the path moves to the source, and the link is made. */
+  /** A folder or a file at the path moves to the source, and the link is made. */
   adopted,
   /** The link gives way to a copy of what it leads to. */
   copied,
-  /** Nothing, for a reason that is told. */
+  /** Nothing; a Reason tells why. */
   left_alone,
   /** Only the line, which is marked deleted, leaves the profile. */
   dropped,
   fails,
-  /** It cannot be told, because only root can see what stands there. */
+  /** Nobody but root can see enough to tell. */
   unknown,
 };
 
@@ -43,13 +43,13 @@ enum class Remains {
   all,
   /** The same, but folders above the path are made. */
   folders,
-  /** What stood at the path has its backup name, until the next run. */
+  /** The folder or file from the path has its backup name, until the next run. */
   backup,
-  /** The same as `backup`, and what stood at the source is gone, or a part of it. */
+  /** The same as `backup`, and the earlier source is gone, or a part of it. */
   backup_only,
   /** Nothing is at the path. */
   nothing,
-  /** What was to be moved is at the source, without a link at the path. */
+  /** The folder or file is at the source, without a link at the path. */
   source,
 };
 
@@ -63,7 +63,7 @@ enum class Reason {
   missing,
   /** The link that is to be undone leads nowhere. */
   dangling,
-  /** What stands there is no link. */
+  /** No link is at the path of a link that is to be undone. */
   no_link,
   /** The content leads nowhere from the folder in which the run works. */
   leads_nowhere,
@@ -73,11 +73,11 @@ enum class Reason {
 
 /** Where the work on a definition looks, and what it changes. No path has links above its name. */
 struct Footprint {
-  /** What is passed on the way to the path. */
+  /** The entries on the way to the path. */
   std::vector<std::filesystem::path> passed;
-  /** What must be there, or be missing, as it is now. */
+  /** The entries that must be there, or be missing, as they are now. */
   std::vector<std::filesystem::path> relied;
-  /** What is moved, deleted or copied with all that is in it. */
+  /** The entries that are moved, deleted or copied with everything in them. */
   std::vector<std::filesystem::path> whole;
   std::vector<std::filesystem::path> changed;
   /** The folders that are made above a link. */
@@ -91,26 +91,26 @@ struct Forecast {
   Outcome outcome = Outcome::none;
   Remains remains = Remains::all;
   Reason reason = Reason::none;
-  /** The backup name of what is adopted. */
+  /** The backup name in an adoption. */
   std::string backup{};
   /** The content of the link that stands there. */
   std::string content{};
-  /** What moves to the source. */
+  /** The folder or file that moves to the source. */
   std::optional<Tally> moved{};
-  /** What stands at the source and is deleted. */
+  /** The earlier source, which is deleted. */
   std::optional<Tally> deleted{};
-  /** What is copied into the place of the link. */
+  /** The copy in the place of the link. */
   std::optional<Tally> copied{};
   std::vector<Finding> findings{};
-  /** The lines on which it depends what comes of this one; 0 is what an earlier run has left. */
+  /** The lines on which the outcome depends; 0 stands for the unfinished work of earlier runs. */
   std::vector<std::size_t> depends_on{};
-  /** Whether what is told comes true as long as nobody else changes anything. */
+  /** Whether the forecast comes true as long as nobody else changes anything. */
   bool sure = true;
   /** Empty for a definition of which nothing comes. */
   Footprint footprint{};
 };
 
-/** Adds a finding; with some nobody can tell what comes of the definition. */
+/** Adds a finding. A doubtful one makes the forecast unsure. */
 void add(Forecast& forecast, Problem problem, const std::string& about = "");
 
 /** Adds the finding with which the work on a definition fails. */

@@ -35,7 +35,7 @@ struct Descent {
   std::vector<std::string> missing;
 };
 
-/** Returns the descent to the folder of a path, or what stands in its way. */
+/** Returns the descent to the folder of a path, and the obstacle in its way. */
 std::pair<Descent, std::optional<Finding>> descent_to(const std::string& path) {
   const auto folder = folder_above(path);
   if (is_folder(folder)) return {{folder, {}}, std::nullopt};
@@ -63,7 +63,7 @@ std::optional<Finding> why_not_made(const Forecast& forecast, const Descent& des
   return why_no_content(from);
 }
 
-/** Returns what a new link leaves behind that fails: its folders are made before. */
+/** Returns what remains when a new link fails: its folders are made before. */
 Remains remains_without(const Forecast& forecast, const Descent& descent) {
   const bool tries_folders = !descent.missing.empty() && forecast.definition.to.size() < PATH_MAX &&
                              !why_nothing_can_be_made(descent.there);
@@ -200,7 +200,7 @@ void foretell_undoing(Forecast& forecast, FileSystems& files) {
   }
 }
 
-/** Takes back what is told of places that only root can see. */
+/** Takes the forecast back where only root can see the places. */
 void find_hidden(Forecast& forecast) {
   if (geteuid() == 0) return;
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells a person what a survey has found.
+// Tells a person the results of a survey.
 #include "check/report.h"
 
 #include <algorithm>
@@ -25,19 +25,20 @@ struct Sentence {
   Tone tone = Tone::plain;
 };
 
-std::string told(const Tally& tally) {
+/** Returns how much there is; nothing when nobody has counted. */
+std::string counted(const Tally& tally) {
   return tally.counted ? amount(tally) : std::string{};
 }
 
 std::string deletion_of(const Forecast& forecast) {
   const auto source = printable(forecast.definition.from);
-  const auto amount = told(*forecast.deleted);
+  const auto amount = counted(*forecast.deleted);
   return amount.empty() ? filled(_("DELETED: what stands at %1 now."), {source})
                         : filled(_("DELETED: what stands at %1 now, %2."), {source, amount});
 }
 
 std::string adoption_of(const std::string& path, const std::string& source, const Tally& moved) {
-  const auto amount = told(moved);
+  const auto amount = counted(moved);
   return amount.empty()
              ? filled(_("%1 becomes a link to %2; what stands there moves to the source."),
                       {path, source})
@@ -46,7 +47,7 @@ std::string adoption_of(const std::string& path, const std::string& source, cons
 }
 
 std::string undoing_of(const std::string& path, const std::string& content, const Tally& copied) {
-  const auto amount = told(copied);
+  const auto amount = counted(copied);
   return amount.empty()
              ? filled(_("The link %1 is undone by a copy of %2."), {path, content})
              : filled(_("The link %1 is undone by a copy of %2: %3."), {path, content, amount});
@@ -296,7 +297,7 @@ class Report {
   }
 
  private:
-  /** Tells the lines in their order; what the window makes of one follows what comes of it. */
+  /** Tells the lines in their order: of each one the forecast, and then the window's view. */
   void tell_lines() {
     auto at = m_survey.window.findings.begin();
     const auto end = m_survey.window.findings.end();
@@ -305,15 +306,15 @@ class Report {
         const auto number = at->line;
         std::vector<Sentence> sentences;
         for (; at != end && at->line == number; ++at) sentences.push_back(sentence(*at));
-        tell_line(number, sentences);
+        tell(std::to_string(number), sentences);
       }
     };
     for (const auto& forecast : m_survey.definitions) {
       tell_window_until(forecast.line);
       std::vector<Sentence> sentences;
-      if (is_told(forecast)) sentences = sentences_on(forecast);
+      if (tells_of(forecast)) sentences = sentences_on(forecast);
       for (; at != end && at->line == forecast.line; ++at) sentences.push_back(sentence(*at));
-      if (!sentences.empty()) tell_line(forecast.line, sentences);
+      if (!sentences.empty()) tell(std::to_string(forecast.line), sentences);
     }
     tell_window_until(static_cast<std::size_t>(-1));
   }
@@ -322,7 +323,7 @@ class Report {
     return {text_of(each.finding), is_notice(each.finding.problem) ? Tone::plain : Tone::notice};
   }
 
-  bool is_told(const Forecast& forecast) const {
+  bool tells_of(const Forecast& forecast) const {
     const bool quiet = forecast.outcome == Outcome::none || forecast.outcome == Outcome::stands;
     return !quiet || !forecast.findings.empty() || !forecast.depends_on.empty() ||
            (m_style.all && forecast.outcome == Outcome::stands);
@@ -332,10 +333,6 @@ class Report {
     const auto& window = m_survey.window;
     if (window.reordered_files == 0 && window.reordered_scripts == 0) return;
     tell("*", {{_("The next save of the window writes the definitions in another order.")}});
-  }
-
-  void tell_line(std::size_t line, const std::vector<Sentence>& sentences) {
-    tell(std::to_string(line), sentences);
   }
 
   void tell(const std::string& label, const std::vector<Sentence>& sentences) {

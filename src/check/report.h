@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells a person what a survey has found.
+// Tells a person the results of a survey.
 #pragma once
 
 #include <cstddef>
@@ -10,9 +10,9 @@
 namespace varnholt::check {
 
 struct ReportStyle {
-  /** Whether links that stand as they should are told too. */
+  /** Whether to tell of links that are as they should be, too. */
   bool all = false;
-  /** Whether only the summary is told. */
+  /** Whether to tell the summary only. */
   bool summary_only = false;
   bool colour = false;
   std::size_t width = 80;

@@ -39,7 +39,7 @@ struct Missing {
   bool hidden = false;
 };
 
-/** What is known by the line to which a survey has come. */
+/** The knowledge of a survey by the line to which it has come. */
 struct Course {
   Course(FileSystems& machine, bool asked_for_all)
       : files(machine), all(asked_for_all), changes(machine.mounts()), unfinished(files.mounts()) {}
@@ -101,7 +101,7 @@ Footprint ways_of(const model::BakDefFields& definition) {
   return footprint;
 }
 
-/** Returns where a definition looks of which nothing comes. */
+/** Returns the entries at which a definition looks of which nothing comes. */
 std::vector<std::filesystem::path> looked_at(const Forecast& forecast) {
   auto entries = way_along(forecast.definition.to).entries;
   if (forecast.outcome == Outcome::stands) return entries;
@@ -206,7 +206,7 @@ void survey_rest(const UnfinishedWork& unfinished, const std::vector<Line>& line
   }
 }
 
-/** Surveys what an earlier run has left unfinished; the next one takes it first. */
+/** Surveys the note of an earlier run, with which the next one begins. */
 void survey_note(std::string_view profile, Course& course, Survey& survey) {
   using Step = linkbuilder::Continuation::Step;
   const auto stored = linkbuilder::stored_note(paths::unfinished, 0);
@@ -275,19 +275,24 @@ Forecast foretell_link(const Line& line, Course& course) {
   return forecast;
 }
 
-void survey_definition(Line line, Course& course, Survey& survey) {
-  const bool symbolic = is_symbolic(line.definition);
-  const bool done = symbolic && line.number <= survey.lines_done;
-  auto forecast = done && !course.resumed.contains(line.number)
-                      ? foretell_done(std::move(line.definition))
-                  : symbolic ? foretell_link(line, course)
-                             : foretell(std::move(line.definition), course.files);
-  forecast.line = line.number;
+Forecast foretell_line(const Line& line, Course& course, const Survey& survey) {
+  if (!is_symbolic(line.definition)) return foretell(line.definition, course.files);
+  const bool done = line.number <= survey.lines_done && !course.resumed.contains(line.number);
+  return done ? foretell_done(line.definition) : foretell_link(line, course);
+}
+
+/** Returns whether nothing is to be said of the source of a definition. */
+bool needs_no_source(const Forecast& forecast) {
   const auto& definition = forecast.definition;
+  const bool done = is_symbolic(definition) && forecast.outcome == Outcome::none;
+  return done || is_marked(definition) || definition.from.empty();
+}
+
+void survey_definition(const Line& line, Course& course, Survey& survey) {
+  auto forecast = foretell_line(line, course, survey);
+  forecast.line = line.number;
   if (forecast.outcome == Outcome::stands && forecast.depends_on.empty()) ++survey.standing;
-  const bool has_source = is_marked(definition) || definition.from.empty() ||
-                          (done && forecast.outcome == Outcome::none) ||
-                          exists(target_of(definition));
+  const bool has_source = needs_no_source(forecast) || exists(target_of(forecast.definition));
   if (!has_source) course.missing.push_back({survey.definitions.size(), errno == EACCES});
   const bool kept = course.all || !has_source || !is_plain(forecast);
   if (kept) survey.definitions.push_back(std::move(forecast));
@@ -305,7 +310,7 @@ std::vector<Line> survey_lines(std::string_view profile, Course& course, Survey&
     if (!line.definition) return;
     Line definition{number, std::move(*line.definition)};
     if (line.kind != store::LineKind::file) return scripts.push_back(std::move(definition));
-    survey_definition(std::move(definition), course, survey);
+    survey_definition(definition, course, survey);
   });
   survey.window = window.end();
   return scripts;

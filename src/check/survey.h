@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Everything that can be told of a profile on this machine before the link builder and the window
+// Everything that a check tells of a profile on this machine before the link builder and the window
 // work with it. Nothing is changed, and no command is run.
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace varnholt::check {
 
-/** What an earlier run has left unfinished, and what the next one does about it. */
+/** An unfinished work of an earlier run, and how the next one goes on with it. */
 struct UnfinishedWork {
   linkbuilder::Work work;
   linkbuilder::Continuation next;
@@ -32,9 +32,9 @@ struct Survey {
   std::size_t lines_done = 0;
   /** In the order in which the next run takes them. */
   std::vector<UnfinishedWork> unfinished;
-  /** What the window makes of the lines, and what is wrong with boot scripts. */
+  /** What the window makes of the lines, and the findings about boot scripts. */
   WindowView window;
-  /** What stands around the profile. */
+  /** The findings about the file of the profile, and about the files beside it. */
   std::vector<Finding> around;
 };
 

@@ -31,7 +31,8 @@ void WindowLoader::load(std::string_view text, const store::ProfileLine& line) {
   if (!valid && text.find('\0') == std::string_view::npos) find(Problem::no_utf8);
   if (line.kind == store::LineKind::default_route) return load_answer(line, text);
   if (!line.definition && !line.route) return find_unreadable(text);
-  line.route ? load_route(*line.route) : load_definition(line, text);
+  if (line.route) return load_route(*line.route);
+  load_definition(line, text);
 }
 
 WindowView WindowLoader::end() {

@@ -44,7 +44,7 @@ class WindowLoader {
   class Page {
    public:
     void add(std::size_t line, bool first) {
-      first ? m_lines.push_front(line) : m_lines.push_back(line);
+      m_lines.insert(first ? m_lines.begin() : m_lines.end(), line);
     }
     std::size_t reordered() const { return std::ranges::is_sorted(m_lines) ? 0 : m_lines.size(); }
 
