@@ -29,6 +29,17 @@ bool enter_namespaces(int kinds) {
   return getuid() == 0;
 }
 
+bool knows_user(uid_t user) {
+  std::ifstream map{"/proc/self/uid_map"};
+  uid_t first = 0;
+  uid_t outside = 0;
+  uid_t count = 0;
+  while (map >> first >> outside >> count) {
+    if (user >= first && user - first < count) return true;
+  }
+  return false;
+}
+
 Said said_by(std::vector<const char*> words) {
   words.push_back(nullptr);
   varnholt::TextPtr printed;

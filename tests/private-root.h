@@ -25,6 +25,9 @@ std::string output_of(std::vector<const char*> words);
  */
 bool enter_namespaces(int kinds);
 
+/** Returns whether this process can give files to that user: some namespaces map only root. */
+bool knows_user(uid_t user);
+
 /** Gives each test an empty machine of its own below `root`. */
 class PrivateRoot : public testing::Test {
  protected:

@@ -24,45 +24,38 @@ struct Word {
   const char* word;
 };
 
-constexpr Word<Outcome> outcomes[] = {
-    {Outcome::none, "none"},
-    {Outcome::stands, "stands"},
-    {Outcome::made, "made"},
-    {Outcome::replaced, "replaced"},
-    {Outcome::adopted, "adopted"},
-    {Outcome::copied, "copied"},
-    {Outcome::left_alone, "left-alone"},
-    {Outcome::dropped, "dropped"},
-    {Outcome::fails, "fails"},
-    {Outcome::unknown, "unknown"},
-};
+constexpr Word<Outcome> outcomes[] = {{Outcome::none, "none"},
+                                      {Outcome::stands, "stands"},
+                                      {Outcome::made, "made"},
+                                      {Outcome::replaced, "replaced"},
+                                      {Outcome::adopted, "adopted"},
+                                      {Outcome::copied, "copied"},
+                                      {Outcome::left_alone, "left-alone"},
+                                      {Outcome::dropped, "dropped"},
+                                      {Outcome::fails, "fails"},
+                                      {Outcome::unknown, "unknown"}};
 constexpr Word<Remains> remains[] = {
     {Remains::all, "all"},         {Remains::folders, "folders"},
     {Remains::backup, "backup"},   {Remains::backup_only, "backup-only"},
-    {Remains::nothing, "nothing"}, {Remains::source, "source"},
-};
-constexpr Word<Reason> reasons[] = {
-    {Reason::kind, "kind"},
-    {Reason::unreadable, "unreadable"},
-    {Reason::missing, "missing"},
-    {Reason::dangling, "dangling"},
-    {Reason::no_link, "no-link"},
-    {Reason::leads_nowhere, "leads-nowhere"},
-    {Reason::unfinished, "unfinished"},
-};
+    {Remains::nothing, "nothing"}, {Remains::source, "source"}};
+constexpr Word<Reason> reasons[] = {{Reason::kind, "kind"},
+                                    {Reason::unreadable, "unreadable"},
+                                    {Reason::missing, "missing"},
+                                    {Reason::dangling, "dangling"},
+                                    {Reason::no_link, "no-link"},
+                                    {Reason::leads_nowhere, "leads-nowhere"},
+                                    {Reason::unfinished, "unfinished"}};
 using Step = linkbuilder::Continuation::Step;
-constexpr Word<Step> steps[] = {
-    {Step::forget, "forget"},
-    {Step::begin, "begin"},
-    {Step::move, "move"},
-    {Step::link, "link"},
-    {Step::undo, "undo"},
-    {Step::restore_link, "restore-link"},
-    {Step::wait, "wait"},
-    {Step::leave_changed, "leave-changed"},
-    {Step::forget_changed, "forget-changed"},
-    {Step::leave_unwanted, "leave-unwanted"},
-};
+constexpr Word<Step> steps[] = {{Step::forget, "forget"},
+                                {Step::begin, "begin"},
+                                {Step::move, "move"},
+                                {Step::link, "link"},
+                                {Step::undo, "undo"},
+                                {Step::restore_link, "restore-link"},
+                                {Step::wait, "wait"},
+                                {Step::leave_changed, "leave-changed"},
+                                {Step::forget_changed, "forget-changed"},
+                                {Step::leave_unwanted, "leave-unwanted"}};
 
 /** Returns the word for an enumerator; each of them has one. */
 template <std::size_t Size, typename Enumerator>

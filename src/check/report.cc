@@ -189,10 +189,10 @@ std::string continuation_of(const UnfinishedWork& unfinished) {
     case Step::begin:
       return _("It begins anew.");
     case Step::move:
-      return filled(_("%1 moves on to %2, and the link is made."),
+      return filled(_("The next run tries to move %1 on to %2, and to make the link."),
                     {printable(unfinished.work.backup), source});
     case Step::link:
-      return filled(_("The data is at %1, and the link is made."), {source});
+      return filled(_("The data is at %1, and the next run tries to make the link."), {source});
     case Step::undo:
       return filled(_("The link %1 is made again, and undone once more."), {path});
     case Step::restore_link:

@@ -201,7 +201,9 @@ void survey_rest(const UnfinishedWork& unfinished, const std::vector<Line>& line
   if (!forecast.sure || !leaves_work(forecast)) return remember(0, forecast, course);
   const bool has_backup = next.step == linkbuilder::Continuation::Step::move;
   course.left.push_back(has_backup ? work : work_of(forecast));
-  if (forecast.remains != Remains::backup || !has_backup) {
+  const bool changes_nothing =
+      has_backup && forecast.remains == Remains::backup && next.removed.empty();
+  if (!changes_nothing) {
     course.changes.add(0, forecast.footprint);
   }
 }
@@ -226,8 +228,8 @@ void survey_note(std::string_view profile, Course& course, Survey& survey) {
   });
   const std::vector<linkbuilder::Work> newest_first{note.works.rbegin(), note.works.rend()};
   for (const auto& work : newest_first) {
-    const auto& unfinished =
-        survey.unfinished.emplace_back(work, linkbuilder::continuation_of(work, all, to_come));
+    survey.unfinished.push_back({work, linkbuilder::continuation_of(work, all, to_come)});
+    const auto& unfinished = survey.unfinished.back();
     const auto step = unfinished.next.step;
     if (unfinished.next.waits()) {
       course.left.push_back(work);
