@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 #include "base/descriptor.h"
@@ -16,8 +17,9 @@
 namespace varnholt::store {
 namespace {
 
-ErrorPtr system_error(const char* path) {
-  const int code = errno;
+constexpr mode_t own_mode = 0600;
+
+ErrorPtr system_error(const char* path, int code = errno) {
   return ErrorPtr{
       g_error_new(G_FILE_ERROR, g_file_error_from_errno(code), "%s: %s", path, g_strerror(code))};
 }
@@ -28,30 +30,56 @@ bool holds(const char* path, std::string_view text) {
   return !file.error && file.text() == text;
 }
 
+/** Makes a system call again as long as signals interrupt it, and returns its result. */
+template <typename Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+/** Writes a text; returns false, with the reason in errno, when not all of it could be written. */
+bool write_all(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const auto written =
+        uninterrupted([&] { return ::write(descriptor, text.data(), text.size()); });
+    if (written < 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+/** Creates a file beside another one and sets its path: a name that is taken stays as it is. */
+int create_beside(const char* other, std::string& path) {
+  path = next_to(other);
+  const int created = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, own_mode);
+  if (created >= 0 || errno != EEXIST) return created;
+  path += ".XXXXXX";
+  return mkostemp(path.data(), O_CLOEXEC);
+}
+
 /** A new file beside another one. It is removed in the end, unless it was moved away. */
 class Neighbour {
  public:
   Neighbour(const char* other, mode_t mode)
-      : m_path(next_to(other)),
-        m_made(open(path(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)),
-        m_mode(mode) {}
+      : m_made(create_beside(other, m_path)), m_error(m_made ? 0 : errno), m_mode(mode) {}
   Neighbour(const Neighbour&) = delete;
   Neighbour& operator=(const Neighbour&) = delete;
   ~Neighbour() {
-    if (m_made) unlink(path());
+    if (m_made && !m_stays) unlink(path());
   }
 
   const char* path() const { return m_path.c_str(); }
   /** Leaves the file there in the end. */
-  void keep() { m_path.clear(); }
+  void keep() { m_stays = true; }
 
-  ErrorPtr write(const std::string& text) const {
-    // GLib keeps the mode of an existing file, and the umask does not change it.
-    if (!m_made || fchmod(m_made.number(), m_mode) != 0) return system_error(path());
-    ErrorPtr error;
-    g_file_set_contents_full(path(), text.data(), static_cast<gssize>(text.size()),
-                             G_FILE_SET_CONTENTS_DURABLE, static_cast<int>(m_mode), out(error));
-    return error;
+  /** Writes the text to the disk; the umask does not change the mode of the file. */
+  ErrorPtr write(std::string_view text) const {
+    if (!m_made) return system_error(path(), m_error);
+    const int file = m_made.number();
+    const bool written = write_all(file, text) && fchmod(file, m_mode) == 0 &&
+                         uninterrupted([file] { return fsync(file); }) == 0;
+    return written ? ErrorPtr{} : system_error(path());
   }
 
   ErrorPtr exchange_with(const char* other) const {
@@ -61,6 +89,7 @@ class Neighbour {
 
   ErrorPtr move_to(const char* other) {
     if (rename(path(), other) != 0) return system_error(other);
+    // Another file may get the name from now on.
     keep();
     return {};
   }
@@ -68,8 +97,16 @@ class Neighbour {
  private:
   std::string m_path;
   Descriptor m_made;
+  /** Why there is no file. */
+  int m_error;
   mode_t m_mode;
+  bool m_stays = false;
 };
+
+/** Returns whether one of these functions may have made a file: nobody else has a part in it. */
+bool may_be_own(const struct stat& status) {
+  return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
+}
 
 }  // namespace
 
@@ -116,7 +153,9 @@ ErrorPtr replace_file(const char* path, mode_t mode,
 std::string remove_leftover(const char* path,
                             const std::function<bool(std::string_view)>& is_needless) {
   auto leftover = next_to(path);
-  if (access(leftover.c_str(), F_OK) != 0) return {};
+  struct stat status {};
+  if (lstat(leftover.c_str(), &status) != 0) return {};
+  if (!may_be_own(status)) return leftover;
   const auto file = read_file(leftover.c_str());
   const bool removed = !file.error && is_needless(file.text()) && unlink(leftover.c_str()) == 0;
   return removed ? std::string{} : leftover;

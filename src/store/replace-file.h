@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Replaces files as a whole. A new text is first written beside the file, as FILE.next, so only one
-// program at a time may do so.
+// program at a time may do so. Something else that has this name already stays there: the new text
+// then is in FILE.next.XXXXXX, where the last letters are those of mkostemp(3).
 #pragma once
 
 #include <sys/types.h>
@@ -13,7 +14,7 @@
 
 namespace varnholt::store {
 
-/** Returns where the new text for a file is written. */
+/** Returns where the new text for a file is written when that name is free. */
 std::string next_to(const char* path);
 
 /**
@@ -33,7 +34,8 @@ ErrorPtr replace_file(const char* path, mode_t mode,
 
 /**
  * Removes the new text that one of these functions has left beside a file when it was cut off, if
- * `is_needless` says of the text that it may go. Returns the name of what stays; empty for none.
+ * `is_needless` says of the text that it may go. Whatever cannot be such a text, such as a folder,
+ * a link or another user's file, stays as well. Returns the name of what stays; empty for none.
  */
 std::string remove_leftover(const char* path,
                             const std::function<bool(std::string_view)>& is_needless);
