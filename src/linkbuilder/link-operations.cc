@@ -125,7 +125,7 @@ int build_symlink_imp(const model::BakDefFields& v) {
 std::string backup_file(const std::string& filename) {
   const int names = leads_to_mount_with_slash(filename) ? 0 : backup_names;
   for (int number = 0; number < names; ++number) {
-    const auto name = backup_name(filename, number);
+    auto name = backup_name(filename, number);
     if (is_there(name)) continue;
     const int status =
         run_step("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));

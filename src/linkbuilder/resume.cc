@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 #include <glib.h>
 
@@ -107,11 +108,12 @@ void go_on(const Work& work, const Continuation& next, Journal& journal) {
 }  // namespace
 
 void resume(Journal& journal, const Definitions& all, const Definitions& to_come) {
-  const auto works = journal.unfinished();
-  for (auto work = works.rbegin(); work != works.rend(); ++work) {
+  const auto& works = journal.unfinished();
+  const std::vector<Work> newest_first{works.rbegin(), works.rend()};
+  for (const auto& work : newest_first) {
     end_if_stopped();
-    const auto next = decide(*work, all, to_come);
-    if (remove_part(*work, next)) go_on(*work, next, journal);
+    const auto next = decide(work, all, to_come);
+    if (remove_part(work, next)) go_on(work, next, journal);
   }
 }
 
