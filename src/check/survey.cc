@@ -83,7 +83,7 @@ bool is_plain(const Forecast& forecast) {
 /** Returns where the source of a definition is; that of a link counts from the link. */
 std::string target_of(const model::BakDefFields& definition) {
   const bool from_link = linkbuilder::wants_link(definition) && !definition.from.starts_with('/');
-  return from_link ? folder_above(definition.to) + '/' + definition.from : definition.from;
+  return from_link ? folder_above(definition.to) + definition.from : definition.from;
 }
 
 void append(std::vector<std::filesystem::path>& entries, const std::filesystem::path& path) {
@@ -219,13 +219,11 @@ void survey_note(std::string_view profile, Course& course, Survey& survey) {
   if (same_profile) survey.lines_done = note.line;
   if (note.works.empty()) return;
   std::vector<Line> lines;
-  linkbuilder::Definitions all;
-  linkbuilder::Definitions to_come;
   linkbuilder::for_each_definition(profile, [&](std::size_t line, const auto& each) {
     lines.push_back({line, each});
-    all.push_back(each);
-    if (line > survey.lines_done) to_come.push_back(each);
   });
+  const auto all = linkbuilder::definitions_after(0, profile);
+  const auto to_come = linkbuilder::definitions_after(survey.lines_done, profile);
   const std::vector<linkbuilder::Work> newest_first{note.works.rbegin(), note.works.rend()};
   for (const auto& work : newest_first) {
     survey.unfinished.push_back({work, linkbuilder::continuation_of(work, all, to_come)});

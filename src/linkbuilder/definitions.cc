@@ -24,12 +24,24 @@ Lines for_each_definition(
   return marked;
 }
 
+Definitions definitions_after(std::size_t line, std::string_view profile) {
+  Definitions definitions;
+  for_each_definition(profile, [&](std::size_t number, const auto& each) {
+    if (number > line) definitions.push_back(each);
+  });
+  return definitions;
+}
+
 std::string without_lines(std::string_view profile, const Lines& lines) {
   if (lines.empty()) {
     // This is the usual run, in which only empty lines at the beginning vanish.
     return std::string{profile.substr(std::min(profile.find_first_not_of('\n'), profile.size()))};
   }
   return kept_lines(profile, [&lines](std::string_view line) { return !lines.contains(line); });
+}
+
+std::string without_marked_lines(std::string_view profile) {
+  return without_lines(profile, for_each_definition(profile, [](std::size_t, auto&) {}));
 }
 
 }  // namespace varnholt::linkbuilder

@@ -7,12 +7,14 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "model/definition.h"
 
 namespace varnholt::linkbuilder {
 
 using Lines = std::set<std::string, std::less<>>;
+using Definitions = std::vector<model::BakDefFields>;
 
 /**
  * Calls `take` with each file definition of a profile and the number of its line, in the order of
@@ -22,7 +24,13 @@ Lines for_each_definition(
     std::string_view profile,
     const std::function<void(std::size_t line, const model::BakDefFields&)>& take);
 
+/** Returns the file definitions of a profile in the lines after this one, in their order. */
+Definitions definitions_after(std::size_t line, std::string_view profile);
+
 /** Returns a profile without these lines; all others stay as kept_lines() keeps them. */
 std::string without_lines(std::string_view profile, const Lines& lines);
+
+/** Returns a profile without the lines of the definitions that are marked deleted. */
+std::string without_marked_lines(std::string_view profile);
 
 }  // namespace varnholt::linkbuilder

@@ -4,8 +4,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -131,7 +129,7 @@ void Journal::forget(const Work& work) {
 }
 
 void Journal::end() {
-  m_line = m_note.line = 0;
+  m_note.line = 0;
   m_profile = {};
   m_note.profile.clear();
   if (m_stored) write();
@@ -150,7 +148,6 @@ bool Journal::begin(Work work) {
 bool Journal::write() {
   if (m_path == nullptr) return true;
   if (m_to_sync) sync_work(*std::exchange(m_to_sync, std::nullopt));
-  m_note.line = std::max(m_note.line, m_line);
   if (m_note.line > 0 && m_note.profile.empty()) m_note.profile = digest_of(m_profile);
   if (m_note != Note{}) {
     constexpr mode_t own_mode = 0600;

@@ -35,14 +35,17 @@ class Journal {
    */
   Journal(const char* path, std::string_view profile);
 
-  /** Returns the number of lines that an earlier run over the same profile has done with. */
+  /**
+   * Returns the number of the line up to which the definitions of this profile need not be taken
+   * again. Before the first line begins, that is what an earlier run has done.
+   */
   std::size_t lines_done() const { return m_note.line; }
 
   /** Returns the unfinished works, the newest one last. */
   const std::vector<Work>& unfinished() const { return m_note.works; }
 
   /** The definition in this line is next. */
-  void begin_line(std::size_t line) { m_line = line; }
+  void begin_line(std::size_t line) { m_note.line = line; }
 
   /** The folder or file at the path is about to get its backup name. */
   bool about_to_set_aside(const model::BakDefFields& v);
@@ -76,7 +79,6 @@ class Journal {
   const char* m_path = nullptr;
   std::string_view m_profile;
   Note m_note;
-  std::size_t m_line = 0;
   /** Whether the newest work is in hand. */
   bool m_in_hand = false;
   /** A finished work whose changes may not be on the disk yet. */

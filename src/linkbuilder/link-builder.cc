@@ -84,8 +84,7 @@ int wait_for_other_runs() {
 bool is_beginning_of(std::string_view text, std::string_view profile) {
   const auto unmarked = [](std::string_view lines) {
     // The room for a text is made before it is written.
-    lines = lines.substr(0, lines.find('\0'));
-    return without_lines(lines, for_each_definition(lines, [](std::size_t, auto&) {}));
+    return without_marked_lines(lines.substr(0, lines.find('\0')));
   };
   return unmarked(profile).starts_with(unmarked(text));
 }
@@ -130,13 +129,7 @@ class Pass {
                      m_lines_done);
     }
     if (m_journal.unfinished().empty()) return;
-    Definitions all;
-    Definitions to_come;
-    for_each_definition(m_profile, [&](std::size_t line, const auto& each) {
-      all.push_back(each);
-      if (line > m_lines_done) to_come.push_back(each);
-    });
-    resume(m_journal, all, to_come);
+    resume(m_journal, definitions_after(0, m_profile), definitions_after(m_lines_done, m_profile));
   }
 
   void take(std::size_t line, const model::BakDefFields& definition) {

@@ -84,8 +84,7 @@ std::string Work::path() const {
 }
 
 std::string digest_of(std::string_view profile) {
-  const auto marked = for_each_definition(profile, [](std::size_t, auto&) {});
-  const auto rewritten = without_lines(profile, marked);
+  const auto rewritten = without_marked_lines(profile);
   return take_text(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
                                                reinterpret_cast<const guchar*>(rewritten.data()),
                                                rewritten.size()))

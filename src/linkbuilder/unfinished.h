@@ -5,13 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "linkbuilder/definitions.h"
 #include "linkbuilder/note.h"
 #include "linkbuilder/places.h"
 #include "model/definition.h"
 
 namespace varnholt::linkbuilder {
-
-using Definitions = std::vector<model::BakDefFields>;
 
 /** How a run goes on with an unfinished work. */
 struct Continuation {
