@@ -45,7 +45,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   for (auto work : note->works) {
     if (!bring_into(folder, work)) continue;
     // Without a line that wants it, an adoption is left alone.
-    const varnholt::linkbuilder::Definitions lines{
+    const varnholt::store::Definitions lines{
         {.from = work.from, .to = work.to, .op = VH_FILE_OPERATION_TYPE_FOT_Symbolic}};
     const auto next = varnholt::linkbuilder::continuation_of(work, lines, lines);
     must_hold(next.removed.empty() || fs::exists(next.whole_at), "whole elsewhere");

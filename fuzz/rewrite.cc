@@ -2,7 +2,7 @@
 // Compares the link builder's rewrite of a profile with a plain one: marked lines are removed, all
 // others stay byte for byte, and each definition is passed on once.
 #include "base/glib-ptr.h"
-#include "linkbuilder/definitions.h"
+#include "store/definitions.h"
 #include "target.h"
 
 namespace {
@@ -31,9 +31,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     expected += (expected.empty() ? "" : "\n") + line;
   }
   std::size_t handed_on = 0;
-  const auto done = varnholt::linkbuilder::for_each_definition(
+  const auto done = varnholt::store::for_each_definition(
       profile, [&handed_on](std::size_t /*line*/, const auto& /*definition*/) { ++handed_on; });
-  must_hold(varnholt::linkbuilder::without_lines(profile, done) == expected, "the kept lines");
+  must_hold(varnholt::store::without_lines(profile, done) == expected, "the kept lines");
   must_hold(handed_on == definitions, "each definition once");
   return 0;
 }

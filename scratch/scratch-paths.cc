@@ -55,7 +55,7 @@ namespace paths {
 
 const char* const profile = in_scratch("/etc/.varnholt.ini");
 const char* const unfinished = in_scratch("/etc/.varnholt.unfinished");
-const char* const private_folder = in_scratch("/root");
+const char* const lock = in_scratch("/run/varnholt.lock");
 const char* const temporary_profile = in_scratch("/tmp/varnholt.tmp");
 const char* const backup_script = in_scratch("/usr/bin/nollacrest.sh");
 const char* const catalogues = VARNHOLT_CATALOGUES;

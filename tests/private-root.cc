@@ -65,7 +65,7 @@ void PrivateRoot::SetUp() {
   fs::create_directory(root);
   ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, nullptr), 0);
   constexpr auto* furnish =
-      "set -e; cd \"$1\"; mkdir usr proc dev; ln -s usr/bin usr/lib usr/lib64 ."
+      "set -e; cd \"$1\"; mkdir usr proc dev run; ln -s usr/bin usr/lib usr/lib64 ."
       "; touch dev/null dev/varnholt dev/varnholt-check"
       "; mount --rbind /proc proc; mount --bind -o ro /usr usr; mount --bind /dev/null dev/null"
       "; mount --bind -o ro \"$2\" dev/varnholt; mount --bind -o ro \"$3\" dev/varnholt-check"
@@ -113,7 +113,7 @@ void PrivateRoot::plant(const std::string& listing) const {
 }
 
 std::string PrivateRoot::tree() const {
-  return shell(R"(find . -regex './\(usr\|proc\|dev\|bin\|lib\|lib64\|etc/.varnholt.ini\)' -prune \
+  return shell(R"(find . -regex './\(usr\|proc\|dev\|run\|bin\|lib\|lib64\|etc/.varnholt.ini\)' -prune \
     -o -path ./etc/.varnholt.unfinished -printf '%P\n' -o -type l -printf '%P -> %l\n' -o -type f -printf '%P: ' -exec cat {} \; -printf '\n' \
     -o -type p -printf '%P|\n' -o -type d -empty -printf '%P/\n' | sort)");
 }

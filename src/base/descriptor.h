@@ -4,12 +4,19 @@
 
 #include <unistd.h>
 
+#include <utility>
+
 namespace varnholt {
 
 /** Owns a file descriptor and closes it; -1 means that there is none. */
 class Descriptor {
  public:
-  explicit Descriptor(int number) noexcept : m_number(number) {}
+  explicit Descriptor(int number = -1) noexcept : m_number(number) {}
+  Descriptor(Descriptor&& other) noexcept : m_number(other.release()) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(m_number, other.m_number);
+    return *this;
+  }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
   ~Descriptor() {
@@ -18,6 +25,8 @@ class Descriptor {
 
   explicit operator bool() const noexcept { return m_number >= 0; }
   int number() const noexcept { return m_number; }
+  /** Hands the descriptor over to the caller, who owns it from then on. */
+  int release() noexcept { return std::exchange(m_number, -1); }
 
  private:
   int m_number;

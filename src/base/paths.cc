@@ -6,7 +6,7 @@ namespace varnholt::paths {
 
 const char* const profile = "/etc/.varnholt.ini";
 const char* const unfinished = "/etc/.varnholt.unfinished";
-const char* const private_folder = "/root";
+const char* const lock = "/run/varnholt.lock";
 const char* const temporary_profile = "/tmp/varnholt.tmp";
 const char* const backup_script = "/usr/bin/nollacrest.sh";
 const char* const catalogues = VARNHOLT_CATALOGUES;

@@ -9,8 +9,8 @@ namespace varnholt::paths {
 extern const char* const profile;
 /** The link builder notes here what it has not finished yet. Otherwise the file is not there. */
 extern const char* const unfinished;
-/** A folder that only root can open, where there is one. */
-extern const char* const private_folder;
+/** The lock of a run of the link builder, a file that only root can open. */
+extern const char* const lock;
 /** The next profile is written here before it is moved into place with root rights. */
 extern const char* const temporary_profile;
 /** The backup and distribution script, for which the definitions are made. */

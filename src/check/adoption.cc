@@ -5,9 +5,10 @@
 #include <algorithm>
 
 #include "base/path.h"
+#include "files/mounts.h"
+#include "files/way.h"
 #include "linkbuilder/backup-name.h"
 #include "linkbuilder/guards.h"
-#include "linkbuilder/places.h"
 
 namespace fs = std::filesystem;
 
@@ -28,10 +29,10 @@ class Adoption {
         m_to(forecast.definition.to),
         m_moved(std::move(moved)),
         m_source(without_final_slash(forecast.definition.from)),
-        m_way(linkbuilder::way_along(m_to).entries),
-        m_way_of_source(linkbuilder::way_along(m_source + '/').entries),
+        m_way(files::way_along(m_to).entries),
+        m_way_of_source(files::way_along(m_source + '/').entries),
         m_path(m_way.back()),
-        m_at_source(linkbuilder::way_along(m_source).entries.back()) {}
+        m_at_source(files::way_along(m_source).entries.back()) {}
 
   void foretell() {
     m_forecast.backup = linkbuilder::free_backup_name(m_to);
@@ -129,8 +130,8 @@ class Adoption {
   bool lies_in_path(const std::string& folder) const {
     const auto& mounts = m_files.mounts();
     const auto path = mounts.spot_of(m_path);
-    return std::ranges::any_of(linkbuilder::way_along(folder).entries, [&](const fs::path& entry) {
-      return entry == m_path || linkbuilder::holds(path, mounts.spot_of(entry));
+    return std::ranges::any_of(files::way_along(folder).entries, [&](const fs::path& entry) {
+      return entry == m_path || files::holds(path, mounts.spot_of(entry));
     });
   }
 
@@ -183,7 +184,7 @@ class Adoption {
 
   /** Overlays make mv(1) copy a folder even when it only gets another name. */
   void check_renames() {
-    if (!linkbuilder::copies_folders(m_path) || !is_folder(m_moved)) return;
+    if (!files::copies_folders(m_path) || !is_folder(m_moved)) return;
     const auto mounted = m_files.mounts().mount_points_from(m_path);
     const auto cramped = m_files.why_no_room(folder_above(m_to), *m_forecast.moved, {});
     if (!mounted.empty()) add(m_forecast, Problem::mounted_below, mounted.front());
@@ -201,7 +202,7 @@ class Adoption {
     }
     check_renames();
     const bool copies =
-        linkbuilder::lie_on_different_mounts(folder_above(m_moved), folder_above(m_source));
+        files::lie_on_different_mounts(folder_above(m_moved), folder_above(m_source));
     if (copies && !is_copied(freed)) return;
     if (m_is_aside && leads_through_itself(m_to)) {
       fail(m_forecast, {Problem::path_through_itself}, Remains::source);

@@ -8,14 +8,14 @@ namespace varnholt::check {
 
 std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint) const {
   std::set<std::size_t> lines;
-  const auto at = [&lines](const Lines& changes, const linkbuilder::Spot& spot) {
+  const auto at = [&lines](const Lines& changes, const files::Spot& spot) {
     const auto [first, last] = changes.equal_range(spot);
     for (auto change = first; change != last; ++change) lines.insert(change->second);
   };
-  const auto below = [&lines](const Lines& changes, const linkbuilder::Spot& spot) {
+  const auto below = [&lines](const Lines& changes, const files::Spot& spot) {
     for (auto change = changes.lower_bound(spot);
          change != changes.end() && change->first.device == spot.device; ++change) {
-      if (linkbuilder::holds(spot, change->first)) {
+      if (files::holds(spot, change->first)) {
         lines.insert(change->second);
       } else if (!change->first.path.starts_with(spot.path)) {
         break;
@@ -23,7 +23,7 @@ std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint) con
     }
   };
   // By way of a mount a place can be reached without passing the folders above it.
-  const auto at_or_above = [&](linkbuilder::Spot spot) {
+  const auto at_or_above = [&](files::Spot spot) {
     at(m_changed, spot);
     while (!spot.path.empty()) {
       spot.path.resize(spot.path.rfind('/'));
@@ -51,7 +51,7 @@ void Dependencies::add(std::size_t line, const Footprint& footprint) {
 
 bool Dependencies::may_change(const std::filesystem::path& path) const {
   Footprint footprint;
-  footprint.relied = linkbuilder::way_along(path).entries;
+  footprint.relied = files::way_along(path).entries;
   return !lines_before(footprint).empty();
 }
 

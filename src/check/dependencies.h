@@ -8,14 +8,15 @@
 #include <set>
 
 #include "check/forecast.h"
-#include "linkbuilder/places.h"
+#include "files/mounts.h"
+#include "files/way.h"
 
 namespace varnholt::check {
 
 /** What the definitions so far may change, by places that no link or mount can disguise. */
 class Dependencies {
  public:
-  explicit Dependencies(const linkbuilder::Mounts& mounts) : m_mounts(mounts) {}
+  explicit Dependencies(const files::Mounts& mounts) : m_mounts(mounts) {}
 
   /** Returns whether nothing is changed so far. */
   bool empty() const { return m_changed.empty() && m_made.empty(); }
@@ -30,8 +31,8 @@ class Dependencies {
   bool may_change(const std::filesystem::path& path) const;
 
  private:
-  using Lines = std::multimap<linkbuilder::Spot, std::size_t>;
-  const linkbuilder::Mounts& m_mounts;
+  using Lines = std::multimap<files::Spot, std::size_t>;
+  const files::Mounts& m_mounts;
   Lines m_changed;
   Lines m_made;
 };

@@ -67,8 +67,8 @@ std::optional<Finding> why_no_link_at(const std::string& path) {
 }
 
 bool leads_through_itself(const std::string& path) {
-  return std::ranges::count(linkbuilder::way_along(folder_above(path)).entries,
-                            linkbuilder::way_along(path).entries.back()) > 0;
+  return std::ranges::count(files::way_along(folder_above(path)).entries,
+                            files::way_along(path).entries.back()) > 0;
 }
 
 std::optional<Finding> why_nothing_can_be_made(const std::string& folder) {
@@ -106,7 +106,7 @@ bool FileSystems::is_needed(const std::filesystem::path& path) {
   // Most runs change nothing.
   if (m_needed.empty()) {
     for (const auto& file : m_needed_files) {
-      for (const auto& entry : linkbuilder::way_along(file).entries) {
+      for (const auto& entry : files::way_along(file).entries) {
         m_needed.insert(m_mounts.spot_of(entry));
       }
     }

@@ -16,7 +16,8 @@
 
 #include "check/finding.h"
 #include "check/tally.h"
-#include "linkbuilder/places.h"
+#include "files/mounts.h"
+#include "files/way.h"
 
 namespace varnholt::check {
 
@@ -52,7 +53,7 @@ class FileSystems {
       : m_count(std::move(count)), m_needed_files(std::move(needed)) {}
 
   Tally count(const std::string& path) const { return m_count(path); }
-  const linkbuilder::Mounts& mounts() const { return m_mounts; }
+  const files::Mounts& mounts() const { return m_mounts; }
 
   /** Returns whether moving or removing the entry at a path takes away what a run needs. */
   bool is_needed(const std::filesystem::path& path);
@@ -71,9 +72,9 @@ class FileSystems {
  private:
   Count m_count;
   std::vector<std::string> m_needed_files;
-  linkbuilder::Mounts m_mounts;
+  files::Mounts m_mounts;
   /** The entries on the ways to the needed files, once somebody has asked for them. */
-  std::set<linkbuilder::Spot> m_needed;
+  std::set<files::Spot> m_needed;
   /** The size of earlier copies, by the number of the device. */
   std::map<std::uint64_t, Tally> m_promised;
 };

@@ -16,6 +16,7 @@ enum class Problem {
   path_through_itself,
   path_mounted,
   path_blocked,
+  foreign_link,
   read_only,
   immutable,
   no_backup_name,

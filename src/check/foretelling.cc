@@ -11,9 +11,10 @@
 
 #include "base/path.h"
 #include "check/adoption.h"
+#include "files/mounts.h"
+#include "files/way.h"
 #include "linkbuilder/backup-name.h"
 #include "linkbuilder/decision.h"
-#include "linkbuilder/places.h"
 
 namespace varnholt::check {
 namespace {
@@ -80,8 +81,15 @@ void check_room_for_link(Forecast& forecast, const std::string& folder, std::siz
 
 void leave_footprint_of_link(Forecast& forecast) {
   auto& footprint = forecast.footprint;
-  footprint.passed = linkbuilder::way_along(forecast.definition.to).entries;
+  footprint.passed = files::way_along(forecast.definition.to).entries;
   footprint.relied = footprint.changed = {footprint.passed.back()};
+}
+
+/** Foretells that a link by which root would be led astray makes a definition fail. */
+void foretell_refusal(Forecast& forecast, const files::Link& link, Remains remains) {
+  leave_footprint_of_link(forecast);
+  forecast.footprint.relied.push_back(link.path);
+  fail(forecast, {Problem::foreign_link, link.path}, remains);
 }
 
 void foretell_new_link(Forecast& forecast, FileSystems& files) {
@@ -90,7 +98,7 @@ void foretell_new_link(Forecast& forecast, FileSystems& files) {
   forecast.outcome = Outcome::made;
   leave_footprint_of_link(forecast);
   for (const auto& folder : descent.missing) {
-    forecast.footprint.made.push_back(linkbuilder::way_along(folder).entries.back());
+    forecast.footprint.made.push_back(files::way_along(folder).entries.back());
     // Once the folder is there, this leads somewhere else.
     if (last_name(folder) == "..") {
       add(forecast, Problem::path_through_missing, folder_above(folder));
@@ -119,18 +127,21 @@ void foretell_renewal(Forecast& forecast, FileSystems& files) {
 void foretell_link(Forecast& forecast, FileSystems& files) {
   auto decision = linkbuilder::decide_link(forecast.definition);
   forecast.content = std::move(decision.content);
+  if (decision.task == linkbuilder::LinkTask::none) {
+    forecast.outcome = Outcome::stands;
+    return;
+  }
+  if (const auto link = linkbuilder::foreign_link(forecast.definition, decision.task)) {
+    return foretell_refusal(forecast, *link, Remains::all);
+  }
   switch (decision.task) {
-    case linkbuilder::LinkTask::none:
-      forecast.outcome = Outcome::stands;
-      return;
     case linkbuilder::LinkTask::replace:
       return foretell_renewal(forecast, files);
     case linkbuilder::LinkTask::make:
       return foretell_new_link(forecast, files);
     case linkbuilder::LinkTask::adopt:
       return foretell_adoption(forecast, files);
-    case linkbuilder::LinkTask::unreadable:
-    case linkbuilder::LinkTask::refuse:
+    default:
       forecast.outcome = Outcome::left_alone;
       forecast.reason =
           decision.task == linkbuilder::LinkTask::refuse ? Reason::kind : Reason::unreadable;
@@ -141,9 +152,9 @@ void foretell_link(Forecast& forecast, FileSystems& files) {
 void foretell_copy(Forecast& forecast, FileSystems& files) {
   const auto& to = forecast.definition.to;
   const auto& content = forecast.content;
-  const auto way = linkbuilder::way_along(to);
-  const auto original = linkbuilder::way_along(content);
-  const auto followed = linkbuilder::way_along(content + '/');
+  const auto way = files::way_along(to);
+  const auto original = files::way_along(content);
+  const auto followed = files::way_along(content + '/');
   const auto& link = way.entries.back();
   forecast.outcome = Outcome::copied;
   forecast.footprint.passed = way.entries;
@@ -161,9 +172,8 @@ void foretell_copy(Forecast& forecast, FileSystems& files) {
   const auto& mounts = files.mounts();
   const auto spot = mounts.spot_of(link);
   const auto copied = mounts.spots_from(original.entries.back());
-  if (std::ranges::any_of(copied, [&spot](const linkbuilder::Spot& each) {
-        return linkbuilder::holds(each, spot);
-      })) {
+  if (std::ranges::any_of(copied,
+                          [&spot](const files::Spot& each) { return files::holds(each, spot); })) {
     forecast.sure = false;
     return fail(forecast, {Problem::copy_into_itself, content}, Remains::nothing);
   }
@@ -189,7 +199,11 @@ Reason reason_for(linkbuilder::UndoTask task) {
 void foretell_undoing(Forecast& forecast, FileSystems& files) {
   auto decision = linkbuilder::decide_undo(forecast.definition.to);
   forecast.content = std::move(decision.content);
-  if (decision.task == linkbuilder::UndoTask::copy) return foretell_copy(forecast, files);
+  if (decision.task == linkbuilder::UndoTask::copy) {
+    const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+    const auto link = linkbuilder::foreign_link(to, forecast.content, from);
+    return link ? foretell_refusal(forecast, *link, Remains::all) : foretell_copy(forecast, files);
+  }
   forecast.outcome = Outcome::left_alone;
   forecast.reason = reason_for(decision.task);
   if (forecast.reason == Reason::leads_nowhere && is_relative(forecast.content)) {
@@ -215,7 +229,7 @@ void find_hidden(Forecast& forecast) {
   forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
   forecast.findings.clear();
   for (const auto& path : {to, from, linkbuilder::free_backup_name(to)}) {
-    const auto end = linkbuilder::way_along(path).entries.back();
+    const auto end = files::way_along(path).entries.back();
     forecast.footprint.changed.push_back(end);
     forecast.footprint.whole.push_back(end);
   }
@@ -231,6 +245,14 @@ void foretell_second_undoing(Forecast& forecast, const linkbuilder::Work& work,
   if (is_link(work.from)) forecast.sure = false;
 }
 
+std::optional<files::Link> foreign_link_for(const linkbuilder::Work& work) {
+  if (work.stage == linkbuilder::Stage::undo) {
+    return linkbuilder::foreign_link(work.to, work.from, work.from);
+  }
+  return linkbuilder::foreign_link({.from = work.from, .to = work.to},
+                                   linkbuilder::LinkTask::adopt);
+}
+
 /** Foretells a work for which only the link is missing. */
 void foretell_last_step(Forecast& forecast, const linkbuilder::Work& work, FileSystems& files) {
   const auto& to = forecast.definition.to;
@@ -239,7 +261,7 @@ void foretell_last_step(Forecast& forecast, const linkbuilder::Work& work, FileS
   leave_footprint_of_link(forecast);
   if (is_adoption) {
     for (const auto& path : {work.path(), without_final_slash(work.from)}) {
-      const auto end = linkbuilder::way_along(path).entries.back();
+      const auto end = files::way_along(path).entries.back();
       forecast.footprint.relied.push_back(end);
       forecast.footprint.whole.push_back(end);
       forecast.footprint.changed.push_back(end);
@@ -313,7 +335,14 @@ Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& 
     return forecast;
   }
   Forecast forecast{.definition = std::move(definition)};
-  if (next.step == Step::move) {
+  if (const auto link = foreign_link_for(work)) {
+    const bool is_aside = next.step == Step::move;
+    const bool is_moved = next.step == Step::link;
+    foretell_refusal(forecast, *link,
+                     is_aside   ? Remains::backup
+                     : is_moved ? Remains::source
+                                : Remains::all);
+  } else if (next.step == Step::move) {
     foretell_rest_of_adoption(forecast, work.backup, !next.removed.empty(), files);
   } else if (next.step == Step::undo) {
     foretell_second_undoing(forecast, work, files);

@@ -12,7 +12,8 @@
 #include "base/path.h"
 #include "base/paths.h"
 #include "check/file-systems.h"
-#include "linkbuilder/places.h"
+#include "files/mounts.h"
+#include "files/way.h"
 #include "store/profile.h"
 #include "store/replace-file.h"
 
@@ -25,14 +26,13 @@ std::pair<time_t, long> changed_at(const struct stat& status) {
   return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-void check_owner_and_mode(const char* path, const linkbuilder::Mounts& mounts,
+void check_owner_and_mode(const char* path, const files::Mounts& mounts,
                           std::vector<Finding>& findings) {
   struct stat status {};
   if (stat(path, &status) != 0) return;
   if (status.st_uid != 0) findings.push_back({Problem::owner, std::to_string(status.st_uid)});
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({Problem::writable, path});
-  if (why_it_must_stay(path) ||
-      mounts.is_mount_point(linkbuilder::way_along(path).entries.back())) {
+  if (why_it_must_stay(path) || mounts.is_mount_point(files::way_along(path).entries.back())) {
     findings.push_back({Problem::profile_fixed, path});
   }
 }
@@ -65,7 +65,7 @@ std::vector<std::string> needed_files() {
 }
 
 void check_profile_file(const std::string& path, std::string_view profile,
-                        const linkbuilder::Mounts& mounts, std::vector<Finding>& findings) {
+                        const files::Mounts& mounts, std::vector<Finding>& findings) {
   if (path == paths::profile) {
     check_owner_and_mode(paths::profile, mounts, findings);
     look_for_save(paths::profile, profile, findings);

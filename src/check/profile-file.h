@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "check/finding.h"
-#include "linkbuilder/places.h"
+#include "files/mounts.h"
+#include "files/way.h"
 
 namespace varnholt::check {
 
@@ -16,6 +17,6 @@ std::vector<std::string> needed_files();
 
 /** Adds the findings about the profile at `path` as a file, and about the files beside it. */
 void check_profile_file(const std::string& path, std::string_view profile,
-                        const linkbuilder::Mounts& mounts, std::vector<Finding>& findings);
+                        const files::Mounts& mounts, std::vector<Finding>& findings);
 
 }  // namespace varnholt::check

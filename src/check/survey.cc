@@ -18,13 +18,13 @@
 #include "check/profile-file.h"
 #include "linkbuilder/backup-name.h"
 #include "linkbuilder/decision.h"
-#include "linkbuilder/definitions.h"
+#include "store/definitions.h"
 #include "store/profile.h"
 
 namespace varnholt::check {
 namespace {
 
-using linkbuilder::way_along;
+using files::way_along;
 
 /** A definition and its line. */
 struct Line {
@@ -219,11 +219,11 @@ void survey_note(std::string_view profile, Course& course, Survey& survey) {
   if (same_profile) survey.lines_done = note.line;
   if (note.works.empty()) return;
   std::vector<Line> lines;
-  linkbuilder::for_each_definition(profile, [&](std::size_t line, const auto& each) {
+  store::for_each_definition(profile, [&](std::size_t line, const auto& each) {
     lines.push_back({line, each});
   });
-  const auto all = linkbuilder::definitions_after(0, profile);
-  const auto to_come = linkbuilder::definitions_after(survey.lines_done, profile);
+  const auto all = store::definitions_after(0, profile);
+  const auto to_come = store::definitions_after(survey.lines_done, profile);
   const std::vector<linkbuilder::Work> newest_first{note.works.rbegin(), note.works.rend()};
   for (const auto& work : newest_first) {
     survey.unfinished.push_back({work, linkbuilder::continuation_of(work, all, to_come)});

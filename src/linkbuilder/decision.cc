@@ -53,6 +53,13 @@ LinkDecision decide_link(const model::BakDefFields& definition) {
   return decision;
 }
 
+std::optional<files::Link> foreign_link(const model::BakDefFields& definition, LinkTask task) {
+  auto link = files::way_along(folder_above(definition.to)).foreign;
+  // Only an adoption has to do with what is at the source.
+  if (link || task != LinkTask::adopt) return link;
+  return files::way_along(folder_above(definition.from)).foreign;
+}
+
 UndoDecision decide_undo(const std::string& link) {
   if (!exists(link)) return {UndoTask::missing, ""};
   if (!is_link(link)) return {UndoTask::no_link, ""};
@@ -61,6 +68,14 @@ UndoDecision decide_undo(const std::string& link) {
   if (!content) return {UndoTask::unreadable, "", error->message};
   if (!exists(content.get())) return {UndoTask::leads_nowhere, content.get()};
   return {link == "/" ? UndoTask::root : UndoTask::copy, content.get()};
+}
+
+std::optional<files::Link> foreign_link(const std::string& link, const std::string& content,
+                                        const std::string& source) {
+  if (auto above = files::way_along(folder_above(link)).foreign) return above;
+  struct stat status {};
+  const bool is_foreign = content != source && lstat(link.c_str(), &status) == 0;
+  return files::way_behind({link, is_foreign ? status.st_uid : 0}, content).foreign;
 }
 
 }  // namespace varnholt::linkbuilder

@@ -3,8 +3,10 @@
 // changes nothing.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "files/way.h"
 #include "model/definition.h"
 
 namespace varnholt::linkbuilder {
@@ -42,6 +44,12 @@ struct LinkDecision {
 /** Decides about a definition that wants a link. */
 LinkDecision decide_link(const model::BakDefFields& definition);
 
+/**
+ * Returns the link that would lead root astray in this task, because an ordinary user has made it
+ * and it does not lead to what belongs to that user; nullopt when none does.
+ */
+std::optional<files::Link> foreign_link(const model::BakDefFields& definition, LinkTask task);
+
 /** What undoing a link takes. */
 enum class UndoTask {
   /** The link is replaced by a copy of what it leads to. */
@@ -67,5 +75,12 @@ struct UndoDecision {
 
 /** Decides about the link of a definition that is marked deleted. */
 UndoDecision decide_undo(const std::string& link);
+
+/**
+ * Returns the same for the copy of what a link leads to. A link whose content is the `source` of
+ * its definition leads where the operator has said, whoever has made the link.
+ */
+std::optional<files::Link> foreign_link(const std::string& link, const std::string& content,
+                                        const std::string& source);
 
 }  // namespace varnholt::linkbuilder

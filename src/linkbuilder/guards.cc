@@ -5,15 +5,16 @@
 #include <vector>
 
 #include "base/path.h"
-#include "linkbuilder/places.h"
+#include "files/mounts.h"
+#include "files/way.h"
 
 namespace varnholt::linkbuilder {
 namespace {
 
-bool any_holds(const std::vector<Spot>& outer, const std::vector<Spot>& inner) {
+bool any_holds(const std::vector<files::Spot>& outer, const std::vector<files::Spot>& inner) {
   for (const auto& folder : outer) {
     for (const auto& spot : inner) {
-      if (holds(folder, spot)) return true;
+      if (files::holds(folder, spot)) return true;
     }
   }
   return false;
@@ -30,12 +31,12 @@ bool is_link_with_slash(const std::string& path) {
 }  // namespace
 
 bool deletion_takes_away(const std::filesystem::path& doomed, const std::filesystem::path& path) {
-  const auto doomed_way = way_along(doomed);
-  const auto way = way_along(path);
+  const auto doomed_way = files::way_along(doomed);
+  const auto way = files::way_along(path);
   if (!doomed_way.whole || !way.whole) return true;
-  const Mounts mounts;
+  const files::Mounts mounts;
   const auto gone = mounts.spots_from(doomed_way.entries.back());
-  std::vector<Spot> passed;
+  std::vector<files::Spot> passed;
   passed.reserve(way.entries.size());
   for (const auto& entry : way.entries) passed.push_back(mounts.spot_of(entry));
   return any_holds(gone, passed) || any_holds(mounts.spots_from(way.entries.back()), gone);
@@ -49,7 +50,7 @@ Clearing clearing_for(const std::string& from, const std::string& to) {
 
 bool leads_to_mount_with_slash(const std::string& path) {
   return path.ends_with('/') && !without_final_slashes(path).empty() &&
-         lie_on_different_mounts(path, folder_above(path));
+         files::lie_on_different_mounts(path, folder_above(path));
 }
 
 }  // namespace varnholt::linkbuilder

@@ -4,17 +4,16 @@
 
 #include <unistd.h>
 
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "base/diagnostics.h"
 #include "base/file.h"
 #include "base/path.h"
+#include "files/mounts.h"
+#include "files/path-state.h"
+#include "files/tree.h"
+#include "files/way.h"
 #include "linkbuilder/backup-name.h"
-#include "linkbuilder/copies.h"
-#include "linkbuilder/path-state.h"
-#include "linkbuilder/places.h"
 #include "store/replace-file.h"
 
 namespace varnholt::linkbuilder {
@@ -22,26 +21,24 @@ namespace {
 
 /** Returns a path as an absolute one without links above its last name; empty when it has none. */
 std::string real_path(const std::string& path) {
-  std::error_code error;
-  const auto folder = std::filesystem::canonical(folder_above(path), error);
-  if (error) return {};
-  return folder / last_name(path);
+  const auto way = files::way_along(folder_above(path));
+  return way.whole ? way.entries.back() / last_name(path) : "";
 }
 
 /** Returns the number of entries that mv(1) must copy; 0 when it renames. */
 std::uint64_t copied_entries(const std::string& from, const std::string& to) {
-  return mv_copies(from, to) ? entries_at(from) : 0;
+  return files::mv_copies(from, to) ? files::entries_at(from) : 0;
 }
 
 /** Returns the work that an adoption begins. */
 Work adoption_of(const model::BakDefFields& v) {
   const auto source = without_final_slash(v.from);
   Work work{.from = v.from, .to = v.to, .backup = real_path(free_backup_name(v.to))};
-  work.inode = PathState{v.to}.inode();
-  work.source_inode = PathState{source}.inode();
+  work.inode = files::PathState{v.to}.inode();
+  work.source_inode = files::PathState{source}.inode();
   // With nothing at the source nothing is deleted before the move.
   if (work.source_inode == 0) work.stage = Stage::move;
-  work.crosses = lie_on_different_mounts(folder_above(v.to), folder_above(source));
+  work.crosses = files::lie_on_different_mounts(folder_above(v.to), folder_above(source));
   work.entries = copied_entries(v.to, work.backup);
   return work;
 }
@@ -94,7 +91,7 @@ bool Journal::about_to_move(const std::string& from, const std::string& to) {
   Work work = m_note.works.back();
   const bool is_way_back = from == without_final_slash(work.from);
   work.stage = is_way_back ? Stage::back : Stage::move;
-  work.crosses = lie_on_different_mounts(folder_above(from), folder_above(to));
+  work.crosses = files::lie_on_different_mounts(folder_above(from), folder_above(to));
   work.entries = copied_entries(from, to);
   if (work == m_note.works.back()) return true;
   m_note.works.back() = std::move(work);

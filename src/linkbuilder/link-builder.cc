@@ -5,10 +5,12 @@
 #include <fcntl.h>
 #include <glib.h>
 #include <sys/file.h>
-#include <sys/stat.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <optional>
 #include <string>
@@ -20,20 +22,17 @@
 #include "base/path.h"
 #include "base/paths.h"
 #include "linkbuilder/decision.h"
-#include "linkbuilder/definitions.h"
 #include "linkbuilder/journal.h"
 #include "linkbuilder/operations.h"
 #include "linkbuilder/resume.h"
 #include "linkbuilder/stop-signals.h"
 #include "linkbuilder/unfinished.h"
+#include "store/definitions.h"
 #include "store/profile.h"
 #include "store/replace-file.h"
 
 namespace varnholt::linkbuilder {
 namespace {
-
-/** An ordinary user's window must be able to read the profile next time. */
-constexpr mode_t profile_mode = 0644;
 
 /**
  * Replaces standard input by the null device: its pipe may still hold a password line, which no
@@ -55,23 +54,36 @@ void secure_process() {
   g_setenv("LC_ALL", "C", TRUE);
 }
 
-/** Opens a folder whose lock only root can take; others could keep root waiting for ever. */
-int open_folder_to_lock() {
-  // NOLINTBEGIN(android-cloexec-open): the commands must inherit it
-  const int of_root = open(paths::private_folder, O_RDONLY | O_DIRECTORY);
-  struct stat status {};
-  if (fstat(of_root, &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0) return of_root;
-  if (of_root >= 0) close(of_root);
-  return open(folder_above(paths::profile).c_str(), O_RDONLY | O_DIRECTORY);
-  // NOLINTEND(android-cloexec-open)
+/**
+ * Makes a limit of the process at least as high as a run needs it. Returns whether it is; if not,
+ * says so.
+ */
+bool raise_limit(__rlimit_resource kind, rlim_t needed, const char* what) {
+  rlimit limit{};
+  if (getrlimit(kind, &limit) != 0 || limit.rlim_cur >= needed) return true;
+  rlimit raised{needed, std::max(limit.rlim_max, needed)};
+  if (setrlimit(kind, &raised) == 0) return true;
+  print_failure("nothing is done, because this process may not %s\n", what);
+  return false;
+}
+
+/** Raises the limits with which a command would fail between two steps. */
+bool raise_limits() {
+  // Each level of a folder takes two descriptors when it is compared.
+  constexpr rlim_t open_files = 2 * PATH_MAX;
+  return raise_limit(RLIMIT_FSIZE, RLIM_INFINITY, "write large files") &&
+         raise_limit(RLIMIT_NOFILE, open_files, "open many files");
 }
 
 /**
  * Waits until no other run is at work. Its commands inherit the descriptor that is returned, so
- * that one which has outlived its run counts too. A file system that knows no locks locks nothing.
+ * that one which has outlived its run counts too. Nobody but root can open the file, and so keep
+ * root waiting. A file system that knows no locks locks nothing.
  */
 int wait_for_other_runs() {
-  const int lock = open_folder_to_lock();
+  constexpr mode_t own_mode = 0600;
+  // NOLINTNEXTLINE(android-cloexec-open): the commands must inherit it
+  const int lock = open(paths::lock, O_RDONLY | O_CREAT | O_NOFOLLOW, own_mode);
   if (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
     print_progress("another run of the link builder is at work, waiting for its end\n");
     const InterruptibleScope waiting;
@@ -82,11 +94,7 @@ int wait_for_other_runs() {
 
 /** Returns whether nothing of a text would be missed beside another, but for marked definitions. */
 bool is_beginning_of(std::string_view text, std::string_view profile) {
-  const auto unmarked = [](std::string_view lines) {
-    // The room for a text is made before it is written.
-    return without_marked_lines(lines.substr(0, lines.find('\0')));
-  };
-  return unmarked(profile).starts_with(unmarked(text));
+  return store::without_marked_lines(profile).starts_with(store::without_marked_lines(text));
 }
 
 /** Removes the new profile that a run has left beside the old one when it was cut off. */
@@ -111,9 +119,9 @@ class Pass {
       : m_profile(profile), m_journal(paths::unfinished, profile) {}
 
   /** Does the work, and returns the lines for which nothing is left to do. */
-  Lines run() {
+  store::Lines run() {
     resume_earlier_pass();
-    return for_each_definition(m_profile, [this](std::size_t line, const auto& definition) {
+    return store::for_each_definition(m_profile, [this](std::size_t line, const auto& definition) {
       if (line > m_lines_done) take(line, definition);
     });
   }
@@ -129,7 +137,8 @@ class Pass {
                      m_lines_done);
     }
     if (m_journal.unfinished().empty()) return;
-    resume(m_journal, definitions_after(0, m_profile), definitions_after(m_lines_done, m_profile));
+    resume(m_journal, store::definitions_after(0, m_profile),
+           store::definitions_after(m_lines_done, m_profile));
   }
 
   void take(std::size_t line, const model::BakDefFields& definition) {
@@ -138,7 +147,7 @@ class Pass {
     if (is_left_alone(definition)) return;
     m_journal.begin_line(line);
     if (wants_link(definition)) return build_symlink(definition, m_journal);
-    restore_del_symlink(definition.to, m_journal);
+    restore_del_symlink(definition.to, definition.from, m_journal);
   }
 
   /** Returns whether a definition must not touch what is unfinished, and says so. */
@@ -160,7 +169,7 @@ class Pass {
   /** The lines with which an earlier run has done. */
   std::size_t m_lines_done = 0;
   /** The mounts, once they are asked for. */
-  std::optional<Mounts> m_mounts;
+  std::optional<files::Mounts> m_mounts;
 };
 
 void report_failure(const GError& error) {
@@ -175,8 +184,8 @@ void run_over_profile() {
   const auto handled = pass.run();
   // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
   const auto error = store::replace_file(
-      paths::profile, profile_mode,
-      [&handled](std::string_view stored) { return without_lines(stored, handled); });
+      paths::profile, store::profile_mode,
+      [&handled](std::string_view stored) { return store::without_lines(stored, handled); });
   if (error) return report_failure(*error);
   pass.end();
 }
@@ -188,6 +197,7 @@ void main_save_symbolic_dir() {
   namespace linkbuilder = varnholt::linkbuilder;
   linkbuilder::take_no_input();
   linkbuilder::secure_process();
+  if (!linkbuilder::raise_limits()) return;
   linkbuilder::catch_stop_signals();
   const varnholt::Descriptor lock{linkbuilder::wait_for_other_runs()};
   if (varnholt::exists(varnholt::paths::profile)) {

@@ -2,26 +2,26 @@
 // What one symbolic definition does to the file system.
 #include "linkbuilder/link-operations.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdio>
+#include <optional>
 #include <string>
 
 #include "base/diagnostics.h"
 #include "base/glib-ptr.h"
 #include "base/path.h"
 #include "base/shell.h"
+#include "files/way.h"
 #include "linkbuilder/backup-name.h"
 #include "linkbuilder/decision.h"
 #include "linkbuilder/guards.h"
 #include "linkbuilder/operations.h"
-#include "linkbuilder/stop-signals.h"
+#include "linkbuilder/step.h"
 
 namespace varnholt::linkbuilder {
 namespace {
 
-constexpr mode_t new_folder_mode = 0775;
 constexpr auto* already_a_link = "%s is  already a symlink ,the target is %s .\n";
 
 /** Prints the outcome of a call of symlink(2), and returns its result. */
@@ -36,9 +36,17 @@ int report_link(const model::BakDefFields& v, int result) {
   return result;
 }
 
+/** Returns whether a link would lead root astray on the way to a path, and says so. */
+bool is_led_astray(const std::optional<files::Link>& foreign, const std::string& path) {
+  if (!foreign || geteuid() != 0) return false;
+  report_foreign_link(path, *foreign);
+  return true;
+}
+
 void replace_link(const model::BakDefFields& v, const std::string& content) {
   const char* const to = v.to.c_str();
-  const int result = std::remove(to);
+  const files::Place place{v.to};
+  const int result = unlinkat(place.folder(), place.name(), 0);
   if (result == 0) {
     build_symlink_imp(v);
     return;
@@ -52,14 +60,10 @@ void replace_link(const model::BakDefFields& v, const std::string& content) {
  * Nothing is made at the path itself, where a run that is cut off would leave it.
  */
 void build_fresh_link(const model::BakDefFields& v) {
-  // Most links have their folders, and one call is enough to see that.
-  int result = symlink(v.from.c_str(), v.to.c_str());
-  if (result != 0 && errno == ENOENT) {
-    g_mkdir_with_parents(folder_above(v.to).c_str(), new_folder_mode);
-    result = symlink(v.from.c_str(), v.to.c_str());
-    // By way of ".." one of the folders may be the path itself.
-    if (result != 0) rmdir(v.to.c_str());
-  }
+  const files::Place place{v.to, files::Missing::make};
+  const int result = symlinkat(v.from.c_str(), place.folder(), place.name());
+  // By way of ".." one of the folders may be the path itself.
+  if (result != 0) unlinkat(place.folder(), place.name(), AT_REMOVEDIR);
   report_link(v, result);
 }
 
@@ -78,6 +82,7 @@ void build_symlink(const model::BakDefFields& v, Journal& journal) {
   if (decision.task == LinkTask::none) {
     return print_progress(already_a_link, to, decision.content.c_str());
   }
+  if (is_led_astray(foreign_link(v, decision.task), v.to)) return;
   if (decision.task == LinkTask::replace) return replace_link(v, decision.content);
   // 3. Devices, FIFOs and sockets stay.
   if (decision.task == LinkTask::refuse) {
@@ -119,7 +124,8 @@ void link_or_move_back(const model::BakDefFields& v, Journal& journal) {
 }
 
 int build_symlink_imp(const model::BakDefFields& v) {
-  return report_link(v, symlink(v.from.c_str(), v.to.c_str()));
+  const files::Place place{v.to};
+  return report_link(v, symlinkat(v.from.c_str(), place.folder(), place.name()));
 }
 
 std::string backup_file(const std::string& filename) {
@@ -127,8 +133,11 @@ std::string backup_file(const std::string& filename) {
   for (int number = 0; number < names; ++number) {
     auto name = backup_name(filename, number);
     if (is_there(name)) continue;
+    Step step;
+    step.moves(filename);
+    step.makes(name);
     const int status =
-        run_step("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
+        step.run("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
     if (status == 0) return name;
     print_failure("rename from %s to  %s  failed ,return code  %d \n", filename.c_str(),
                   name.c_str(), status);
@@ -142,19 +151,25 @@ bool move_file_force(const std::string& from_fn, const std::string& to_fn, Journ
   const auto to = without_final_slash(to_fn);
   const auto clearing = clearing_for(from, to);
   if (clearing == Clearing::remove) {
+    Step step;
+    step.removes(to);
     // Anything that still exists after the removal would receive the data inside it.
-    if (run_step("/bin/rm -rf " + path_argument(to)) != 0 || exists(to)) {
+    if (step.run("/bin/rm -rf " + path_argument(to)) != 0 || exists(to)) {
       print_failure("remove  file %s failed \n", to.c_str());
       return false;
     }
   }
-  const bool moved = clearing != Clearing::refuse && journal.about_to_move(from, to) &&
-                     run_step("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) == 0;
+  const bool may_move = clearing != Clearing::refuse && journal.about_to_move(from, to);
+  Step step;
+  step.moves(from);
+  step.makes(to);
+  const bool moved =
+      may_move && step.run("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) == 0;
   if (!moved) print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
   return moved;
 }
 
-void restore_del_symlink(const std::string& link, Journal& journal) {
+void restore_del_symlink(const std::string& link, const std::string& source, Journal& journal) {
   const auto decision = decide_undo(link);
   const char* const content = decision.content.c_str();
   switch (decision.task) {
@@ -172,11 +187,16 @@ void restore_del_symlink(const std::string& link, Journal& journal) {
     case UndoTask::copy:
       break;
   }
+  if (is_led_astray(foreign_link(link, decision.content, source), link)) return;
   if (!journal.about_to_undo(link, decision.content)) return;
+  Step step;
+  step.removes(link);
+  step.makes(link);
+  step.reads(decision.content);
   const auto copy = path_argument(link);
   const std::string command =
       "/bin/rm -rf " + copy + " && /bin/cp -r " + path_argument(content) + "  " + copy + ' ';
-  const int status = run_step(command);
+  const int status = step.run(command);
   print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
   if (status == 0) journal.done();
 }
@@ -211,5 +231,5 @@ bool main_move_file_force(const char* from_fn, const char* to_fn) {
 void main_restore_del_symlink(const char* link) {
   g_return_if_fail(link != NULL);
   Journal unwritten;
-  varnholt::linkbuilder::restore_del_symlink(link, unwritten);
+  varnholt::linkbuilder::restore_del_symlink(link, {}, unwritten);
 }

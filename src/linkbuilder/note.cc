@@ -18,7 +18,7 @@
 #include "base/glib-ptr.h"
 #include "base/text.h"
 #include "linkbuilder/backup-name.h"
-#include "linkbuilder/definitions.h"
+#include "store/definitions.h"
 
 namespace varnholt::linkbuilder {
 namespace {
@@ -84,7 +84,7 @@ std::string Work::path() const {
 }
 
 std::string digest_of(std::string_view profile) {
-  const auto rewritten = without_marked_lines(profile);
+  const auto rewritten = store::without_marked_lines(profile);
   return take_text(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
                                                reinterpret_cast<const guchar*>(rewritten.data()),
                                                rewritten.size()))
@@ -122,7 +122,6 @@ std::optional<Note> read_note(std::string_view bytes) {
 }
 
 bool may_be_note(std::string_view bytes) {
-  // The room for a text is made before it is written.
   return format.starts_with(bytes.substr(0, bytes.find(field_end)));
 }
 

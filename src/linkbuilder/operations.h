@@ -22,6 +22,8 @@ void link_or_move_back(const model::BakDefFields& v, Journal& journal);
 int build_symlink_imp(const model::BakDefFields& v);
 std::string backup_file(const std::string& filename);
 bool move_file_force(const std::string& from_fn, const std::string& to_fn, Journal& journal);
-void restore_del_symlink(const std::string& link, Journal& journal);
+
+/** Undoes a link of a definition with this source. */
+void restore_del_symlink(const std::string& link, const std::string& source, Journal& journal);
 
 }  // namespace varnholt::linkbuilder

@@ -5,16 +5,17 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
+#include <string>
 #include <vector>
 
 #include <glib.h>
 
 #include "base/diagnostics.h"
 #include "base/path.h"
+#include "files/path-state.h"
+#include "files/tree.h"
+#include "files/way.h"
 #include "linkbuilder/operations.h"
-#include "linkbuilder/path-state.h"
 #include "linkbuilder/stop-signals.h"
 
 namespace varnholt::linkbuilder {
@@ -23,24 +24,29 @@ namespace {
 using Step = Continuation::Step;
 
 /** Decides without being in the way of a stop signal, as comparing may take long. */
-Continuation decide(const Work& work, const Definitions& all, const Definitions& to_come) {
+Continuation decide(const Work& work, const store::Definitions& all,
+                    const store::Definitions& to_come) {
   const InterruptibleScope comparing;
   return continuation_of(work, all, to_come);
 }
 
 /** Prints why a work is not finished, and what is where. */
 void report(const Work& work, const std::string& why) {
-  const auto backup = work.backup.empty() ? "" : PathState{work.backup}.described() + ", ";
+  const auto backup = work.backup.empty() ? "" : files::PathState{work.backup}.described() + ", ";
   print_failure("an earlier run did not finish %s, and %s: %s%s, and %s\n", work.to.c_str(),
-                why.c_str(), backup.c_str(), PathState{work.path()}.described().c_str(),
-                PathState{without_final_slash(work.from)}.described().c_str());
+                why.c_str(), backup.c_str(), files::PathState{work.path()}.described().c_str(),
+                files::PathState{without_final_slash(work.from)}.described().c_str());
 }
 
 /** Prints that a work is left alone, and why. */
 void report_left_alone(const Work& work, const char* why) {
-  const bool has_backup = PathState{work.backup}.there;
+  const bool has_backup = files::PathState{work.backup}.there;
   const auto how_long = has_backup ? " as long as " + work.backup + " is there" : std::string{};
   report(work, "it is left alone" + how_long + ", because " + why);
+}
+
+void report_cannot_finish(const Work& work, int error) {
+  report(work, std::string{"it cannot be finished now ("} + g_strerror(error) + ")");
 }
 
 /** Removes a part of what is whole elsewhere. Returns whether nothing is in the way any more. */
@@ -48,21 +54,22 @@ bool remove_part(const Work& work, const Continuation& next) {
   if (next.removed.empty()) return true;
   print_progress("an earlier run did not finish: %s is removed, as all of it is in %s\n",
                  next.removed.c_str(), next.whole_at.c_str());
-  std::error_code error;
+  int error = 0;
   {
     const InterruptibleScope removing;
-    std::filesystem::remove_all(next.removed, error);
+    error = files::remove_tree(next.removed);
   }
-  if (error) report(work, "it cannot be finished now (" + error.message() + ")");
-  return !error;
+  if (error != 0) report_cannot_finish(work, error);
+  return error == 0;
 }
 
 /** Makes the link again that was undone. */
 bool restore_link(const Work& work) {
-  if (PathState{work.to}.is_link_to(work.from)) return true;
+  if (files::PathState{work.to}.is_link_to(work.from)) return true;
   print_progress("an earlier run did not finish: the link %s is made again\n", work.to.c_str());
-  if (symlink(work.from.c_str(), work.to.c_str()) == 0) return true;
-  report(work, std::string{"it cannot be finished now ("} + g_strerror(errno) + ")");
+  const files::Place place{work.to};
+  if (symlinkat(work.from.c_str(), place.folder(), place.name()) == 0) return true;
+  report_cannot_finish(work, errno);
   return false;
 }
 
@@ -89,7 +96,7 @@ void go_on(const Work& work, const Continuation& next, Journal& journal) {
       if (!restore_link(work)) return;
       // The next step puts a new work in its place.
       journal.forget(work);
-      return restore_del_symlink(work.to, journal);
+      return restore_del_symlink(work.to, work.from, journal);
     case Step::restore_link:
       if (restore_link(work)) journal.forget(work);
       return;
@@ -107,7 +114,7 @@ void go_on(const Work& work, const Continuation& next, Journal& journal) {
 
 }  // namespace
 
-void resume(Journal& journal, const Definitions& all, const Definitions& to_come) {
+void resume(Journal& journal, const store::Definitions& all, const store::Definitions& to_come) {
   const auto& works = journal.unfinished();
   const std::vector<Work> newest_first{works.rbegin(), works.rend()};
   for (const auto& work : newest_first) {

@@ -13,6 +13,6 @@ namespace varnholt::linkbuilder {
  * of the profile, and those of them that the run is still to take. Prints what it does to
  * standard output, and what stays unfinished, and why, to standard error.
  */
-void resume(Journal& journal, const Definitions& all, const Definitions& to_come);
+void resume(Journal& journal, const store::Definitions& all, const store::Definitions& to_come);
 
 }  // namespace varnholt::linkbuilder

@@ -9,7 +9,6 @@
 #include <csignal>
 
 #include "base/diagnostics.h"
-#include "base/shell.h"
 
 namespace varnholt::linkbuilder {
 namespace {
@@ -63,11 +62,11 @@ InterruptibleScope::~InterruptibleScope() {
   at_once = 0;
 }
 
-int run_step(const std::string& command_line) {
+int run_interruptibly(const std::function<int()>& run) {
   int status = 0;
   {
     const InterruptibleScope command;
-    status = run_command(command_line);
+    status = run();
   }
   // While it waits for a command, system(3) ignores two of the signals.
   if (const int signal = stop_signal_in(status); caught && signal != 0) came = signal;

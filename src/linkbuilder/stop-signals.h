@@ -4,7 +4,7 @@
 // process has them ignored.
 #pragma once
 
-#include <string>
+#include <functional>
 
 namespace varnholt::linkbuilder {
 
@@ -27,10 +27,9 @@ class InterruptibleScope {
 };
 
 /**
- * Runs a command line as run_command() does. A stop signal ends the process before or during the
- * command; so does one that has ended the command only, as Ctrl-C does. The command itself is not
- * ended when the signal was sent to this process alone; of such ones SIGINT and SIGQUIT are lost.
+ * Calls a function that runs a command, and returns the wait status that it returns. A stop signal
+ * ends the process before or during the command; so does one that has ended the command only.
  */
-int run_step(const std::string& command_line);
+int run_interruptibly(const std::function<int()>& run);
 
 }  // namespace varnholt::linkbuilder

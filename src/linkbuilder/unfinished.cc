@@ -7,42 +7,46 @@
 #include <system_error>
 
 #include "base/path.h"
-#include "linkbuilder/copies.h"
+#include "files/path-state.h"
+#include "files/tree.h"
 #include "linkbuilder/decision.h"
 #include "linkbuilder/guards.h"
-#include "linkbuilder/path-state.h"
 
 namespace varnholt::linkbuilder {
 namespace {
 
 using Step = Continuation::Step;
 
-/** Decides to remove a part first, unless it is none, or holds what is whole by a mount. */
-Continuation after_removing(const PathState& part, const PathState& whole, Step step) {
-  if (!is_part_of_copy(part.path, whole.path) || deletion_takes_away(part.path, whole.path)) {
+/** Decides to remove a part first, unless it is none, or files::holds what is whole by a mount. */
+Continuation after_removing(const files::PathState& part, const files::PathState& whole,
+                            Step step) {
+  if (!files::is_part_of_copy(part.path, whole.path) ||
+      deletion_takes_away(part.path, whole.path)) {
     return {Step::leave_changed};
   }
   return {step, part.path, whole.path};
 }
 
 /**
- * Decides by which of two places holds everything, after mv(1) was to move `origin` to `goal`: goes
- * on with `from_origin` or `from_goal`. What the other place holds is a part, and is removed first.
+ * Decides by which of two places files::holds everything, after mv(1) was to move `origin` to
+ * `goal`: goes on with `from_origin` or `from_goal`. What the other place files::holds is a part,
+ * and is removed first.
  */
-Continuation whichever_is_whole(const Work& work, const PathState& origin, const PathState& goal,
-                                Step from_origin, Step from_goal) {
+Continuation whichever_is_whole(const Work& work, const files::PathState& origin,
+                                const files::PathState& goal, Step from_origin, Step from_goal) {
   if (!goal.there) return {from_origin};
   if (!origin.there) return {from_goal};
   // Where mv(1) renames, only one of the two is there.
-  if (work.entries == 0 || !mv_copies(origin.path, goal.path)) return {Step::leave_changed};
+  if (work.entries == 0 || !files::mv_copies(origin.path, goal.path)) return {Step::leave_changed};
   // It deletes nothing before all is copied.
-  const bool origin_is_whole = entries_at(origin.path) >= work.entries;
+  const bool origin_is_whole = files::entries_at(origin.path) >= work.entries;
   return origin_is_whole ? after_removing(goal, origin, from_origin)
                          : after_removing(origin, goal, from_goal);
 }
 
 /** Decides when the backup is there and nothing is at the path. */
-Continuation with_backup(const Work& work, const PathState& source, const PathState& backup) {
+Continuation with_backup(const Work& work, const files::PathState& source,
+                         const files::PathState& backup) {
   if (work.stage == Stage::move) {
     return whichever_is_whole(work, backup, source, Step::move, Step::link);
   }
@@ -52,7 +56,8 @@ Continuation with_backup(const Work& work, const PathState& source, const PathSt
 }
 
 /** Decides when the backup is not there, and no link is at the path. */
-Continuation without_backup(const Work& work, const PathState& path, const PathState& source) {
+Continuation without_backup(const Work& work, const files::PathState& path,
+                            const files::PathState& source) {
   const bool may_have_moved = work.stage == Stage::move && source.has_data();
   if (!may_have_moved) return {Step::begin};
   if (!path.there) return {Step::link};
@@ -62,22 +67,23 @@ Continuation without_backup(const Work& work, const PathState& path, const PathS
 }
 
 /** Decides about a move back to the path, at which no link is. */
-Continuation on_the_way_back(const Work& work, const PathState& path, const PathState& source) {
+Continuation on_the_way_back(const Work& work, const files::PathState& path,
+                             const files::PathState& source) {
   std::error_code missing;
   const bool same_place = std::filesystem::equivalent(path.path, source.path, missing);
   if (same_place || !source.has_data()) return {Step::begin};
   return whichever_is_whole(work, source, path, Step::link, Step::begin);
 }
 
-bool is_mounted(const Work& work, const PathState& source) {
+bool is_mounted(const Work& work, const files::PathState& source) {
   return !work.crosses ||
-         lie_on_different_mounts(folder_above(work.backup), folder_above(source.path));
+         files::lie_on_different_mounts(folder_above(work.backup), folder_above(source.path));
 }
 
-Continuation continuation_of_adoption(const Work& work, const Definitions& all) {
-  const PathState path{work.path()};
-  const PathState source{without_final_slash(work.from)};
-  const PathState backup{work.backup};
+Continuation continuation_of_adoption(const Work& work, const store::Definitions& all) {
+  const files::PathState path{work.path()};
+  const files::PathState source{without_final_slash(work.from)};
+  const files::PathState backup{work.backup};
   const bool wanted = std::ranges::any_of(all, [&work](const model::BakDefFields& each) {
     return wants_link(each) && each.from == work.from && each.to == work.to;
   });
@@ -94,9 +100,9 @@ Continuation continuation_of_adoption(const Work& work, const Definitions& all) 
              : renaming;
 }
 
-Continuation continuation_of_undoing(const Work& work, const Definitions& to_come) {
-  const PathState path{without_final_slash(work.to)};
-  const PathState original{work.from};
+Continuation continuation_of_undoing(const Work& work, const store::Definitions& to_come) {
+  const files::PathState path{without_final_slash(work.to)};
+  const files::PathState original{work.from};
   const bool wants_it = std::ranges::any_of(to_come, [&work](const model::BakDefFields& each) {
     return wants_link(each) && each.to == work.to;
   });
@@ -111,18 +117,20 @@ Continuation continuation_of_undoing(const Work& work, const Definitions& to_com
 }
 
 /** Returns the places of entries in their file systems. */
-std::vector<Spot> spots_of(const std::vector<std::filesystem::path>& entries,
-                           const Mounts& mounts) {
-  std::vector<Spot> spots;
+std::vector<files::Spot> spots_of(const std::vector<std::filesystem::path>& entries,
+                                  const files::Mounts& mounts) {
+  std::vector<files::Spot> spots;
   spots.reserve(entries.size());
   for (const auto& entry : entries) spots.push_back(mounts.spot_of(entry));
   return spots;
 }
 
-/** Returns whether one of the entries on a way is in a place, or the end of the way holds it. */
-bool touches(const std::vector<Spot>& way, const Spot& place) {
-  return holds(way.back(), place) ||
-         std::ranges::any_of(way, [&place](const Spot& each) { return holds(place, each); });
+/** Returns whether one of the entries on a way is in a place, or the end of the way files::holds
+ * it. */
+bool touches(const std::vector<files::Spot>& way, const files::Spot& place) {
+  return files::holds(way.back(), place) ||
+         std::ranges::any_of(
+             way, [&place](const files::Spot& each) { return files::holds(place, each); });
 }
 
 }  // namespace
@@ -131,24 +139,25 @@ bool Continuation::waits() const {
   return step == Step::wait || step == Step::leave_changed || step == Step::leave_unwanted;
 }
 
-Continuation continuation_of(const Work& work, const Definitions& all, const Definitions& to_come) {
+Continuation continuation_of(const Work& work, const store::Definitions& all,
+                             const store::Definitions& to_come) {
   return work.stage == Stage::undo ? continuation_of_undoing(work, to_come)
                                    : continuation_of_adoption(work, all);
 }
 
 const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works,
-                       const Mounts& mounts) {
+                       const files::Mounts& mounts) {
   if (works.empty()) return nullptr;
-  std::vector<std::vector<Spot>> ways;
+  std::vector<std::vector<files::Spot>> ways;
   for (const auto& path : {definition.to, definition.from}) {
     // What is undone is the link, wherever its definition says that it leads.
     if (!ways.empty() && wants_undoing(definition)) break;
-    ways.push_back(spots_of(way_along(without_final_slash(path)).entries, mounts));
+    ways.push_back(spots_of(files::way_along(without_final_slash(path)).entries, mounts));
   }
   const auto is_touched = [&](const Work& work) {
     for (const auto& path : {work.path(), work.backup, without_final_slash(work.from)}) {
       if (path.empty()) continue;
-      const auto place = mounts.spot_of(way_along(path).entries.back());
+      const auto place = mounts.spot_of(files::way_along(path).entries.back());
       const auto at_place = [&place](const auto& way) { return touches(way, place); };
       if (std::ranges::any_of(ways, at_place)) return true;
     }

@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "linkbuilder/definitions.h"
+#include "files/mounts.h"
+#include "files/way.h"
 #include "linkbuilder/note.h"
-#include "linkbuilder/places.h"
 #include "model/definition.h"
+#include "store/definitions.h"
 
 namespace varnholt::linkbuilder {
 
@@ -51,13 +52,14 @@ struct Continuation {
  * Decides about a work, given the definitions of the profile, and those of them that the run is
  * still to take. Comparing contents may take long.
  */
-Continuation continuation_of(const Work& work, const Definitions& all, const Definitions& to_come);
+Continuation continuation_of(const Work& work, const store::Definitions& all,
+                             const store::Definitions& to_come);
 
 /**
  * Returns the first of these unfinished works whose path, backup or source a definition touches
  * with its own path or source; null for none. The definition must leave them alone.
  */
 const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works,
-                       const Mounts& mounts);
+                       const files::Mounts& mounts);
 
 }  // namespace varnholt::linkbuilder

@@ -2,6 +2,8 @@
 // Writes the next version of the profile.
 #include "store/next-version.h"
 
+#include <sys/stat.h>
+
 #include "base/diagnostics.h"
 #include "base/file.h"
 #include "base/paths.h"
@@ -20,10 +22,15 @@ NextVersion write(const std::string& text, int stored_version) {
   const auto version = static_cast<int>(static_cast<unsigned>(stored_version) + 1U);
   const auto profile = "version," + std::to_string(version) + '\n' + text;
   ErrorPtr error;
-  if (g_file_set_contents(paths::temporary_profile, profile.data(),
-                          static_cast<gssize>(profile.size()), out(error)) != 0) {
-    return NextVersion::written;
-  }
+  // It waits for the password in a folder of everybody, and every window reads it afterwards.
+  const mode_t usual = umask(S_IWGRP | S_IWOTH);
+  constexpr auto flags = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
+                                                            G_FILE_SET_CONTENTS_ONLY_EXISTING);
+  const bool is_written = g_file_set_contents_full(paths::temporary_profile, profile.data(),
+                                                   static_cast<gssize>(profile.size()), flags,
+                                                   profile_mode, out(error)) != 0;
+  umask(usual);
+  if (is_written) return NextVersion::written;
   if (!error) {
     print_failure("write file [%s] failed\n", paths::temporary_profile);
   } else if (is_file_error(*error)) {

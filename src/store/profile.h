@@ -3,6 +3,8 @@
 // version.
 #pragma once
 
+#include <sys/types.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +12,9 @@
 #include "model/bak-model.h"
 
 namespace varnholt::store {
+
+/** Every user's window reads the profile, and only its owner writes it. */
+constexpr mode_t profile_mode = 0644;
 
 /** The kind of a line. */
 enum class LineKind { file, script, route, default_route, other };

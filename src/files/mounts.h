@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds where paths really lead, through symbolic links and mounts.
+// Tells where paths are in the file systems that are mounted.
 #pragma once
 
 #include <sys/types.h>
@@ -9,20 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace varnholt::linkbuilder {
-
-/** Where a path leads on the kernel's way along it; see path_resolution(7). */
-struct Way {
-  /**
-   * The entries that are passed, both links and what they lead to, as paths without a link above
-   * their last name. The last entry is where the path ends, which may be a link. From the first
-   * entry on that is not there, the rest follows as it is spelled.
-   */
-  std::vector<std::filesystem::path> entries;
-  /** Whether all entries are there. */
-  bool whole = true;
-};
-Way way_along(const std::filesystem::path& path);
+namespace varnholt::files {
 
 /** A place in a file system, the same for every mount through which it is reached. */
 struct Spot {
@@ -90,4 +77,4 @@ bool copies_folders(const std::string& folder);
  */
 bool mv_copies(const std::string& from, const std::string& to);
 
-}  // namespace varnholt::linkbuilder
+}  // namespace varnholt::files

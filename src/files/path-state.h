@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace varnholt::linkbuilder {
+namespace varnholt::files {
 
 /** The entry at a path, as lstat(2) and readlink(2) see it: no link is followed. */
 struct PathState {
@@ -28,4 +28,4 @@ struct PathState {
   std::string content;
 };
 
-}  // namespace varnholt::linkbuilder
+}  // namespace varnholt::files

@@ -11,7 +11,7 @@
 
 #include "model/definition.h"
 
-namespace varnholt::linkbuilder {
+namespace varnholt::store {
 
 using Lines = std::set<std::string, std::less<>>;
 using Definitions = std::vector<model::BakDefFields>;
@@ -33,4 +33,4 @@ std::string without_lines(std::string_view profile, const Lines& lines);
 /** Returns a profile without the lines of the definitions that are marked deleted. */
 std::string without_marked_lines(std::string_view profile);
 
-}  // namespace varnholt::linkbuilder
+}  // namespace varnholt::store

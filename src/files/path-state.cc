@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The entry at a path at one moment.
-#include "linkbuilder/path-state.h"
+#include "files/path-state.h"
 
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
-namespace varnholt::linkbuilder {
+namespace varnholt::files {
 
 PathState::PathState(std::string spelled) : path(std::move(spelled)) {
   std::error_code unreadable;
@@ -20,4 +20,4 @@ std::string PathState::described() const {
   return path + (S_ISDIR(status.st_mode) ? " is a folder" : " is a file");
 }
 
-}  // namespace varnholt::linkbuilder
+}  // namespace varnholt::files

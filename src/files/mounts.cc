@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds where paths really lead, through symbolic links and mounts.
-#include "linkbuilder/places.h"
+// Tells where paths are in the file systems that are mounted.
+#include "files/mounts.h"
 
 #include <fcntl.h>
 #include <libmount.h>
@@ -10,20 +10,15 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <list>
 #include <memory>
-#include <system_error>
 
 #include "base/glib-ptr.h"
 #include "base/path.h"
 
 namespace fs = std::filesystem;
 
-namespace varnholt::linkbuilder {
+namespace varnholt::files {
 namespace {
-
-/** The number of links that the kernel follows; see path_resolution(7). */
-constexpr int most_links = 40;
 
 /** Returns `path` as the beginning of the paths below it; the root becomes the empty path. */
 std::string as_prefix(const char* path) {
@@ -32,39 +27,6 @@ std::string as_prefix(const char* path) {
 }
 
 }  // namespace
-
-Way way_along(const fs::path& path) {
-  std::error_code error;
-  fs::path at = path.is_absolute() ? "/" : fs::current_path(error);
-  Way way{{at}, !path.empty()};
-  std::list<fs::path> names{path.begin(), path.end()};
-  for (int links = 0; !names.empty();) {
-    const fs::path name = names.front();
-    names.pop_front();
-    if (name.empty() || name == ".") continue;
-    if (name == "..") {
-      at = at.parent_path();
-      continue;
-    }
-    const fs::path entry = name.is_absolute() ? name : at / name;
-    way.entries.push_back(entry);
-    const auto status = fs::symlink_status(entry, error);
-    way.whole = way.whole && fs::exists(status);
-    // A link with a slash after it, which gives an empty name, means what the link leads to.
-    if (!fs::is_symlink(status) || names.empty()) {
-      at = entry;
-      continue;
-    }
-    const fs::path content = fs::read_symlink(entry, error);
-    if (error || ++links > most_links) {
-      way.whole = false;
-      return way;
-    }
-    names.insert(names.begin(), content.begin(), content.end());
-  }
-  way.entries.push_back(at);
-  return way;
-}
 
 bool holds(const Spot& outer, const Spot& inner) {
   return outer.device == inner.device && inner.path.starts_with(outer.path) &&
@@ -156,4 +118,4 @@ bool mv_copies(const std::string& from, const std::string& to) {
          (copies_folders(folder) && is_folder(from) && !is_link(from));
 }
 
-}  // namespace varnholt::linkbuilder
+}  // namespace varnholt::files

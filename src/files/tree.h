@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells which of two places holds everything, after a command that was to copy one to the other was
-// cut off. No link is followed.
+// Counts, compares and removes whatever is at a path and below it. Each folder is opened in the one
+// above it and no link is followed, so that nobody can lead these functions elsewhere.
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
+#include <string>
 
-namespace varnholt::linkbuilder {
+namespace varnholt::files {
 
 /**
  * Returns the number of entries from a path down, the entry at the path included; 0 when they
  * cannot be counted.
  */
-std::uint64_t entries_at(const std::filesystem::path& path);
+std::uint64_t entries_at(const std::string& path);
 
 /**
  * Returns whether `part` can be a part of a copy of `whole`: each of its entries has a counterpart
@@ -20,6 +20,9 @@ std::uint64_t entries_at(const std::filesystem::path& path);
  * because a part that turns out to be whole elsewhere is deleted. Whatever cannot be read makes the
  * answer false.
  */
-bool is_part_of_copy(const std::filesystem::path& part, const std::filesystem::path& whole);
+bool is_part_of_copy(const std::string& part, const std::string& whole);
 
-}  // namespace varnholt::linkbuilder
+/** Removes everything from a path down. Returns 0, or the errno of the first failure. */
+int remove_tree(const std::string& path);
+
+}  // namespace varnholt::files

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The file definitions in the text of a profile.
-#include "linkbuilder/definitions.h"
+#include "store/definitions.h"
 
 #include <algorithm>
 
 #include "base/text.h"
 
-namespace varnholt::linkbuilder {
+namespace varnholt::store {
 
 Lines for_each_definition(
     std::string_view profile,
@@ -44,4 +44,4 @@ std::string without_marked_lines(std::string_view profile) {
   return without_lines(profile, for_each_definition(profile, [](std::size_t, auto&) {}));
 }
 
-}  // namespace varnholt::linkbuilder
+}  // namespace varnholt::store

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Counts, compares and removes whatever is at a path and below it.
+#include "files/tree.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "base/descriptor.h"
+#include "base/glib-ptr.h"
+#include "base/path.h"
+#include "files/way.h"
+
+namespace varnholt::files {
+namespace {
+
+/** No deeper folder can be named by a path, and each level takes some of the stack. */
+constexpr int deepest = PATH_MAX / 2;
+
+/** An entry in an open folder, and what fstatat(2) says of it. */
+struct Entry {
+  Entry(int in, const char* called, int level)
+      : folder(in),
+        name(called),
+        depth(level),
+        is_there(fstatat(in, called, &status, AT_SYMLINK_NOFOLLOW) == 0) {}
+  explicit Entry(const Place& place) : Entry(place.folder(), place.name(), 0) {}
+
+  mode_t kind() const { return status.st_mode & S_IFMT; }
+  /** Opens the entry for reading. It may have become another one since, but not a link. */
+  int open(int flags = 0) const {
+    // A FIFO would keep the run waiting for its other end.
+    return openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | flags);
+  }
+
+  int folder;
+  const char* name;
+  int depth;
+  struct stat status {};
+  bool is_there;
+};
+
+/** A folder, and the names of its entries. */
+class Listing {
+ public:
+  explicit Listing(const Entry& folder) : m_depth(folder.depth + 1) {
+    const int opened = m_depth < deepest ? folder.open(O_DIRECTORY) : -1;
+    m_folder.reset(opened < 0 ? nullptr : fdopendir(opened));
+    const dirent* next = nullptr;
+    for (errno = m_folder ? 0 : ELOOP; m_folder && (next = readdir(m_folder.get())) != nullptr;) {
+      const std::string_view name = next->d_name;
+      if (name != "." && name != "..") m_names.emplace_back(name);
+    }
+    m_error = errno;
+  }
+
+  /** Returns 0 when all names could be read, or an errno. */
+  int error() const { return m_error; }
+  const std::vector<std::string>& names() const { return m_names; }
+  Entry entry(const std::string& name) const { return {number(), name.c_str(), m_depth}; }
+  int number() const { return dirfd(m_folder.get()); }
+
+ private:
+  int m_depth;
+  std::unique_ptr<DIR, FreeWith<closedir>> m_folder;
+  std::vector<std::string> m_names;
+  int m_error = 0;
+};
+
+/** Reads as much as there is at a position, up to the size of the block; false on a failure. */
+bool read_block(const Descriptor& file, std::vector<char>& block, off_t at) {
+  const auto length = pread(file.number(), block.data(), block.size(), at);
+  return length == static_cast<ssize_t>(block.size());
+}
+
+bool is_regular(const Descriptor& file) {
+  struct stat status {};
+  return fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/** Returns whether a file is the beginning of another one, or the whole of it. */
+bool begins_alike(const Entry& shorter, const Entry& longer) {
+  constexpr off_t largest_block = 1L << 18;
+  const Descriptor first{shorter.open()};
+  const Descriptor second{longer.open()};
+  if (!is_regular(first) || !is_regular(second)) return false;
+  const off_t size = shorter.status.st_size;
+  std::vector<char> one;
+  std::vector<char> other;
+  for (off_t at = 0; at < size; at += static_cast<off_t>(one.size())) {
+    one.resize(static_cast<std::size_t>(std::min(largest_block, size - at)));
+    other.resize(one.size());
+    if (!read_block(first, one, at) || !read_block(second, other, at) || one != other) return false;
+  }
+  return true;
+}
+
+std::string content_of(const Entry& link) {
+  std::array<char, PATH_MAX> content;  // NOLINT(*-member-init): readlinkat fills it
+  const auto length = readlinkat(link.folder, link.name, content.data(), content.size());
+  return {content.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+}
+
+/** Returns whether an entry can be a copy of another one, a file perhaps only its beginning. */
+bool can_be_copy(const Entry& copy, const Entry& original) {
+  if (!copy.is_there || !original.is_there || copy.kind() != original.kind()) return false;
+  switch (copy.kind()) {
+    case S_IFREG:
+      return copy.status.st_size <= original.status.st_size && begins_alike(copy, original);
+    case S_IFLNK:
+      return content_of(copy) == content_of(original);
+    case S_IFCHR:
+    case S_IFBLK:
+      return copy.status.st_rdev == original.status.st_rdev;
+    default:
+      return true;
+  }
+}
+
+/** Counts the entries from one down. Returns whether all of them could be counted. */
+bool count(const Entry& entry, std::uint64_t& entries) {
+  if (!entry.is_there) return false;
+  ++entries;
+  if (entry.kind() != S_IFDIR) return true;
+  const Listing inside{entry};
+  return inside.error() == 0 && std::ranges::all_of(inside.names(), [&](const auto& name) {
+           return count(inside.entry(name), entries);
+         });
+}
+
+bool is_part(const Entry& part, const Entry& whole) {
+  if (!can_be_copy(part, whole)) return false;
+  if (part.kind() != S_IFDIR) return true;
+  const Listing inside{part};
+  const Descriptor counterparts{whole.open(O_DIRECTORY)};
+  return inside.error() == 0 && std::ranges::all_of(inside.names(), [&](const auto& name) {
+           return is_part(inside.entry(name), {counterparts.number(), name.c_str(), 0});
+         });
+}
+
+int remove_from(const Entry& entry) {
+  if (!entry.is_there) return 0;
+  int how = 0;
+  if (entry.kind() == S_IFDIR) {
+    how = AT_REMOVEDIR;
+    const Listing inside{entry};
+    int error = inside.error();
+    for (const auto& name : inside.names()) {
+      if (error == 0) error = remove_from(inside.entry(name));
+    }
+    if (error != 0) return error;
+  }
+  return unlinkat(entry.folder, entry.name, how) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+std::uint64_t entries_at(const std::string& path) {
+  const Place place{without_final_slashes(path)};
+  std::uint64_t entries = 0;
+  return count(Entry{place}, entries) ? entries : 0;
+}
+
+bool is_part_of_copy(const std::string& part, const std::string& whole) {
+  const Place place{without_final_slashes(part)};
+  const Place place_of_whole{without_final_slashes(whole)};
+  return is_part(Entry{place}, Entry{place_of_whole});
+}
+
+int remove_tree(const std::string& path) {
+  const Place place{without_final_slashes(path)};
+  return place.refused() ? EPERM : remove_from(Entry{place});
+}
+
+}  // namespace varnholt::files

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Goes the way along a path as the kernel does, through symbolic links, and looks at whose they
+// are. Each entry is opened once and looked at by its descriptor, so that nobody can exchange it
+// between two looks.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/descriptor.h"
+
+namespace varnholt::files {
+
+/** A symbolic link, and the user who has made it. */
+struct Link {
+  std::filesystem::path path;
+  uid_t owner = 0;
+};
+
+/** Where a path leads on the kernel's way along it; see path_resolution(7). */
+struct Way {
+  /**
+   * The entries that are passed, both links and what they lead to, as paths without a link above
+   * their last name. The last entry is where the path ends, which may be a link. From the first
+   * entry on that is not there, the rest follows as it is spelled.
+   */
+  std::vector<std::filesystem::path> entries;
+  /** Whether all entries are there, and are as many as a sensible path has. */
+  bool whole = true;
+  /** The entry at which the path ends, opened with O_PATH; none unless the way is whole. */
+  Descriptor end;
+  /**
+   * The first link that root must not follow: an ordinary user has made it, and it does not lead to
+   * what belongs to that user. So nobody can lead root to the property of somebody else.
+   */
+  std::optional<Link> foreign;
+  /** Whether others than root can exchange an entry on the way. */
+  bool shared = false;
+};
+
+/** What is done about folders that are missing on a way. */
+enum class Missing { leave, make };
+
+/**
+ * Goes the way along a path. A link at its end is followed when a slash comes after it. Folders
+ * that are missing are made with mode 0775, reduced by the umask, when the caller wants that.
+ */
+Way way_along(const std::filesystem::path& path, Missing missing = Missing::leave);
+
+/** Goes the way that a link leads whose content is this path, to its very end. */
+Way way_behind(const Link& link, const std::filesystem::path& content);
+
+/** The folder above a path, for root's own system calls and as the bounds of its commands. */
+class Place {
+ public:
+  /** Goes the way to the folder above `path`. Root does not follow foreign links there. */
+  explicit Place(const std::string& path, Missing missing = Missing::leave);
+
+  /** Returns the folder for calls as unlinkat(2); -1, with which they fail, when it has none. */
+  int folder() const { return m_way.end.number(); }
+  /** Returns the rest of the path as it is spelled, with its slashes. */
+  const char* name() const { return m_name.c_str(); }
+  /** Returns the link that root does not follow, if there is one. */
+  const std::optional<Link>& refused() const { return m_way.foreign; }
+  /** Returns whether others than root can exchange the path, or a folder on the way to it. */
+  bool is_shared() const { return m_way.shared; }
+
+ private:
+  Way m_way;
+  std::string m_name;
+};
+
+}  // namespace varnholt::files
