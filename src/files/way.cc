@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -80,7 +81,8 @@ class Walk {
   /** Puts the names of a path before the other steps; the next step is the last element. */
   void add_names(const fs::path& path) {
     const std::vector<fs::path> names{path.begin(), path.end()};
-    for (auto name = names.rbegin(); name != names.rend(); ++name) m_steps.push_back({*name});
+    std::transform(names.rbegin(), names.rend(), std::back_inserter(m_steps),
+                   [](const fs::path& name) { return Step{name}; });
   }
 
   void take_step() {
