@@ -70,7 +70,7 @@ bool raise_limit(__rlimit_resource kind, rlim_t needed, const char* what) {
 /** Raises the limits with which a command would fail between two steps. */
 bool raise_limits() {
   // Each level of a folder takes two descriptors when it is compared.
-  constexpr rlim_t open_files = 2 * PATH_MAX;
+  constexpr rlim_t open_files = 2UL * PATH_MAX;
   return raise_limit(RLIMIT_FSIZE, RLIM_INFINITY, "write large files") &&
          raise_limit(RLIMIT_NOFILE, open_files, "open many files");
 }
