@@ -12,8 +12,9 @@ display_packages=(xvfb openbox fonts-wqy-microhei x11-utils)
 # The additional packages for scripts/operators-day and tests/journey.
 day_packages=(xdotool imagemagick)
 journey_packages=(sudo iproute2 passwd)
-# The additional packages for trials/kill-and-fill.
-trial_packages=(libseccomp-dev stow systemd)
+# The additional packages for the test that kills the link builder, and for trials/kill-and-fill.
+kill_packages=(libseccomp-dev python3)
+trial_packages=(stow systemd)
 # The additional packages for ./package.
 package_packages=(dpkg-dev file lintian desktop-file-utils appstream mandoc)
 
