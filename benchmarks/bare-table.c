@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The bare table, and what can be done with it.
+// The bare table and its operations.
 #include "bare-table.h"
 
 #include <time.h>

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int links_in_a_folder = 100;
 
-/** What exists at the link paths before a run. */
+/** The kind of the entries at the link paths before a run. */
 enum class Start { nothing, links, files };
 
 /**
@@ -87,7 +87,7 @@ class Tree {
 struct Rival {
   const char* name;
   Command (*command)(const Tree& tree);
-  /** Whether it makes absolute links, as the profile asks for. */
+  /** Whether the program makes absolute links, as the profile asks for. */
   bool absolute_links = true;
 };
 
@@ -107,7 +107,7 @@ constexpr Rival stow{"stow",
                      },
                      false};
 
-/** What is told before a run, beside the run itself. */
+/** The companion, which is measured beside the run that it foretells. */
 constexpr Rival companion{"varnholt", [](const Tree& /*tree*/) -> Command {
                             return {built("scratch/varnholt-check-scratch")};
                           }};

@@ -100,7 +100,7 @@ class OurWindow {
   void delete_ticked() { vh_bak_def_widget_del_selected_items(table()); }
   void untick_all() { vh_bak_def_widget_clear_selection(table()); }
 
-  /** Does what closing the window does before it asks for root rights. */
+  /** Closes the window as far as the question for root rights. */
   void close() {
     vh_bak_def_widget_update_items_last_oper_time(table());
     std::string text;
@@ -222,8 +222,11 @@ void compare_lives(int number, std::size_t samples, bool with_dates) {
   write_profile(definitions);
   Figures figures;
   by_turns(2, samples, [&](std::size_t who) {
-    who == 0 ? live<OurWindow>(definitions, with_dates, figures)
-             : live<BareWindow>(definitions, with_dates, figures);
+    if (who == 0) {
+      live<OurWindow>(definitions, with_dates, figures);
+    } else {
+      live<BareWindow>(definitions, with_dates, figures);
+    }
   });
   figures.write(number);
 }

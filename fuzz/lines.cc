@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Checks that a line which was read and written is read again, and then written in the same way;
-// and that what varnholt-check tells of it is true and can be shown.
+// and that the findings of varnholt-check about the line are true and can be shown.
 #include <algorithm>
 
 #include "base/text.h"
@@ -30,9 +30,9 @@ void check_text(const std::string& text) {
 }
 
 void check(std::string_view line, auto read, auto written) {
-  const auto says = read(line);
-  if (!says) return;
-  const auto text = written(*says);
+  const auto contents = read(line);
+  if (!contents) return;
+  const auto text = written(*contents);
   const auto back = read(text);
   must_hold(back.has_value(), "not read back: " + text);
   // An unknown operation is written as an update, which has more fields once it is read again.
@@ -46,13 +46,13 @@ bool loses(varnholt::check::Problem problem) {
          problem == Problem::own_source || problem == Problem::unknown_kind;
 }
 
-/** Checks what is told of a line against what the window keeps of it. */
+/** Checks the findings about a line against the definition that the window keeps of it. */
 void check_view(std::string_view line) {
   const auto read = varnholt::store::read_profile_line(line);
   varnholt::check::WindowLoader window;
   window.load(line, read);
   const auto view = window.end();
-  const bool told =
+  const bool reported =
       std::ranges::any_of(view.findings, [](const varnholt::check::LineFinding& each) {
         must_hold(each.line == 1, "the number of the line");
         return loses(each.finding.problem);
@@ -61,7 +61,7 @@ void check_view(std::string_view line) {
                     (read.definition && !varnholt::model::is_own_source(*read.definition));
   const bool nothing_to_lose = read.kind == varnholt::store::LineKind::other &&
                                (varnholt::trimmed(line).empty() || line.starts_with("version"));
-  must_hold(told == (!kept && !nothing_to_lose), "whether the line is lost");
+  must_hold(reported == (!kept && !nothing_to_lose), "whether the line is lost");
   for (const auto& [number, finding] : view.findings) check_text(varnholt::check::text_of(finding));
 }
 

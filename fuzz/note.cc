@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Checks that the note of unfinished work is read only when every byte of it is as it was written,
-// and that deciding about what it says, in a small folder, removes only what is whole elsewhere.
+// and that going on with its works, in a small folder, removes only files that are whole elsewhere.
 #include <filesystem>
 #include <fstream>
 
@@ -44,7 +44,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             "a part of a note is none");
   for (auto work : note->works) {
     if (!bring_into(folder, work)) continue;
-    // Without a line that wants it, an adoption is left alone.
+    // An adoption is left alone without a line that asks for it.
     const varnholt::store::Definitions lines{
         {.from = work.from, .to = work.to, .op = VH_FILE_OPERATION_TYPE_FOT_Symbolic}};
     const auto next = varnholt::linkbuilder::continuation_of(work, lines, lines);

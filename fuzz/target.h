@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the fuzz targets share.
+// The common part of the fuzz targets.
 #pragma once
 
 #include <cstddef>

@@ -35,7 +35,7 @@ std::string type_of(JsonNode* node) {
 
 }  // namespace
 
-std::string Told::text(const std::string& member) const {
+std::string DocumentObject::text(const std::string& member) const {
   const auto encoded = member + "-base64";
   if (!has(encoded)) {
     return has(member) ? json_object_get_string_member(m_object, member.c_str()) : "";
@@ -46,15 +46,15 @@ std::string Told::text(const std::string& member) const {
   return {bytes.get(), length};
 }
 
-std::vector<Told> Told::objects(const char* member) const {
-  return elements<Told>(member, json_array_get_object_element);
+std::vector<DocumentObject> DocumentObject::objects(const char* member) const {
+  return elements<DocumentObject>(member, json_array_get_object_element);
 }
 
-std::vector<gint64> Told::numbers(const char* member) const {
+std::vector<gint64> DocumentObject::numbers(const char* member) const {
   return elements<gint64>(member, json_array_get_int_element);
 }
 
-std::string Told::faults(const char* schema) const {
+std::string DocumentObject::faults(const char* schema) const {
   std::string faults;
   guint known = 0;
   std::istringstream members{schema};
@@ -101,6 +101,6 @@ std::string CheckDocument::faults() const {
   return faults + root().object("reordered").faults("files:int scripts:int");
 }
 
-Told CheckDocument::root() const {
-  return Told{json_node_get_object(json_parser_get_root(m_parser.get()))};
+DocumentObject CheckDocument::root() const {
+  return DocumentObject{json_node_get_object(json_parser_get_root(m_parser.get()))};
 }

@@ -11,9 +11,9 @@
 #include "base/glib-ptr.h"
 
 /** An object of the document. */
-class Told {
+class DocumentObject {
  public:
-  explicit Told(JsonObject* object) : m_object(object) {}
+  explicit DocumentObject(JsonObject* object) : m_object(object) {}
 
   bool has(const std::string& member) const {
     return json_object_has_member(m_object, member.c_str()) != 0;
@@ -24,10 +24,10 @@ class Told {
   bool flag(const char* member) const {
     return json_object_get_boolean_member(m_object, member) != 0;
   }
-  Told object(const char* member) const {
-    return Told{json_object_get_object_member(m_object, member)};
+  DocumentObject object(const char* member) const {
+    return DocumentObject{json_object_get_object_member(m_object, member)};
   }
-  std::vector<Told> objects(const char* member) const;
+  std::vector<DocumentObject> objects(const char* member) const;
   std::vector<gint64> numbers(const char* member) const;
 
   /** Returns the members that are missing, too many, or of another type than this schema says. */
@@ -52,9 +52,9 @@ class CheckDocument {
  public:
   explicit CheckDocument(const std::string& text);
 
-  /** Returns why it is no such document; empty when it is one. */
+  /** Returns how this differs from such a document; empty when it is one. */
   std::string faults() const;
-  Told root() const;
+  DocumentObject root() const;
 
  private:
   varnholt::ObjectPtr<JsonParser> m_parser;

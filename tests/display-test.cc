@@ -121,9 +121,11 @@ std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
     if (!text || (each->flags & G_PARAM_READABLE) == 0 || state.contains(each->name)) continue;
     GValue value = G_VALUE_INIT;
     g_value_init(&value, each->value_type);
-    around == nullptr
-        ? g_object_get_property(G_OBJECT(widget), each->name, &value)
-        : gtk_container_child_get_property(GTK_CONTAINER(around), widget, each->name, &value);
+    if (around == nullptr) {
+      g_object_get_property(G_OBJECT(widget), each->name, &value);
+    } else {
+      gtk_container_child_get_property(GTK_CONTAINER(around), widget, each->name, &value);
+    }
     if (g_param_value_defaults(each, &value) == 0) {
       changed +=
           ' ' + std::string{each->name} + '=' + take_text(g_strdup_value_contents(&value)).get();
@@ -133,8 +135,8 @@ std::string changed_properties(GtkWidget* widget, GtkWidget* around) {
   return changed;
 }
 
-/** Returns what a widget of a dialog says; empty when only other widgets say something. */
-std::string said_by(GtkWidget* widget) {
+/** Returns the text of one widget of a dialog; empty when it has none of its own. */
+std::string text_of_widget(GtkWidget* widget) {
   if (GTK_IS_ENTRY(widget)) {
     return '[' + std::string{pango_layout_get_text(gtk_entry_get_layout(GTK_ENTRY(widget)))} + ']';
   }
@@ -282,15 +284,15 @@ std::string DisplayTest::text_of(GtkDialog* dialog) {
   };
   std::vector<Piece> pieces;
   find(GTK_WIDGET(dialog), [&pieces, dialog](GtkWidget* widget) {
-    auto said = said_by(widget);
-    if (said.empty() || !gtk_widget_get_mapped(widget)) return false;
-    if (gtk_window_get_focus(GTK_WINDOW(dialog)) == widget) said.insert(0, ">");
-    if (!gtk_widget_is_sensitive(widget)) said.insert(0, "~");
+    auto text = text_of_widget(widget);
+    if (text.empty() || !gtk_widget_get_mapped(widget)) return false;
+    if (gtk_window_get_focus(GTK_WINDOW(dialog)) == widget) text.insert(0, ">");
+    if (!gtk_widget_is_sensitive(widget)) text.insert(0, "~");
     const auto& place = widget->allocation;
-    pieces.push_back({place.y + place.height / 2, place.x, said});
+    pieces.push_back({place.y + place.height / 2, place.x, text});
     return false;
   });
-  // The text is in reading order; what is a little higher or lower belongs to the same line.
+  // The text is in reading order; a piece a little higher or lower belongs to the same line.
   std::ranges::sort(pieces, {}, &Piece::middle);
   for (std::size_t at = 1; at < pieces.size(); ++at) {
     if (pieces[at].middle - pieces[at - 1].middle < 5) pieces[at].middle = pieces[at - 1].middle;

@@ -45,8 +45,9 @@ class DisplayTest : public testing::Test {
   void expect_dialog(std::function<void(GtkDialog*)> deal);
 
   /**
-   * Returns what a dialog says: captions, "[text]" in an entry, "{chosen}", "[x] ticked",
-   * "<button>", with ">" before what has the keyboard and "~" before what cannot be used.
+   * Returns the texts of a dialog: captions, "[text]" in an entry, "{chosen}", "[x] ticked",
+   * "<button>", with ">" before the widget that has the keyboard and "~" before one that cannot be
+   * used.
    */
   static std::string text_of(GtkDialog* dialog);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that what varnholt-check is sure of comes true: on random trees with random profiles it
-// tells what will come, then the link builder runs, and what came is compared.
+// Tests that the sure forecasts of varnholt-check come true: it makes them on random trees with
+// random profiles, then the link builder runs, and its outcomes are compared with them.
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/** What lstat(2) and the contents say of each path. */
+/** The result of lstat(2) and the content of each path. */
 using Snapshot = std::map<std::string, std::string>;
 
 std::string seen(const fs::path& path, bool with_times) {
@@ -29,7 +29,7 @@ std::string seen(const fs::path& path, bool with_times) {
   if (lstat(path.c_str(), &status) != 0) return "nothing";
   std::ostringstream text;
   text << status.st_dev << ' ' << status.st_ino << ' ' << status.st_mode;
-  // The size of a folder tells what is in it.
+  // The size of a folder depends on its entries.
   if (!S_ISDIR(status.st_mode)) text << ' ' << status.st_size;
   if (S_ISLNK(status.st_mode)) text << ' ' << fs::read_symlink(path).native();
   if (S_ISREG(status.st_mode)) text << ' ' << std::ifstream{path}.rdbuf();
@@ -73,7 +73,7 @@ class World {
   World(const World&) = delete;
   World& operator=(const World&) = delete;
   ~World() {
-    // What is mounted below may stand somewhere else by now.
+    // The run may have moved folders in which something is mounted.
     umount2("/w", MNT_DETACH);
     fs::remove("/etc/.varnholt.unfinished");
   }
@@ -118,7 +118,7 @@ class World {
     std::ofstream{path} << std::string(static_cast<std::size_t>(number(9)), 'x');
   }
 
-  /** Returns, as a rule, a path at which something stands. */
+  /** Returns, as a rule, a path at which something has been planted. */
   std::string known_path(int area, int depth, int percent) {
     auto& planted = m_planted[chance(20) ? number(4) : area];
     if (planted.empty() || !chance(percent)) return any_path(area, depth);
@@ -174,7 +174,7 @@ class World {
     if (chance(1)) path += '/';
     if (chance(3)) source = any_name();
     if (chance(10)) {
-      // The link stands already.
+      // The link is there already.
       std::error_code ignored;
       fs::remove_all(path, ignored);
       fs::create_symlink(source, path, ignored);
@@ -183,7 +183,7 @@ class World {
   }
 
   std::mt19937 m_random;
-  /** What has been planted in each area. */
+  /** The paths that have been planted in each area. */
   std::map<int, std::vector<std::string>> m_planted;
   std::map<int, std::vector<std::string>> m_links;
   std::string m_profile;
@@ -193,12 +193,12 @@ void store(const std::string& profile) {
   std::ofstream{::profile} << profile;
 }
 
-bool is_link(const Told& told) {
-  return told.text("operation") == "symbolic";
+bool is_link(const DocumentObject& forecast) {
+  return forecast.text("operation") == "symbolic";
 }
 
-bool has_problem(const Told& told, const std::string& problem) {
-  return std::ranges::any_of(told.objects("findings"), [&](const Told& finding) {
+bool has_problem(const DocumentObject& forecast, const std::string& problem) {
+  return std::ranges::any_of(forecast.objects("findings"), [&](const DocumentObject& finding) {
     return finding.text("problem") == problem;
   });
 }
@@ -210,7 +210,11 @@ std::string amount_at(const fs::path& path) {
   std::uintmax_t bytes = 0;
   const auto count = [&](const fs::path& entry) {
     const auto status = fs::symlink_status(entry);
-    ++(fs::is_directory(status) ? folders : files);
+    if (fs::is_directory(status)) {
+      ++folders;
+    } else {
+      ++files;
+    }
     if (fs::is_regular_file(status)) bytes += fs::file_size(entry);
   };
   std::error_code error;
@@ -222,10 +226,10 @@ std::string amount_at(const fs::path& path) {
   return std::to_string(folders) + ' ' + std::to_string(files) + ' ' + std::to_string(bytes);
 }
 
-/** Returns the amount that a definition tells; empty when it tells none. */
-std::string amount_told(const Told& told, const char* member) {
-  if (!told.has(member)) return "";
-  const auto tally = told.object(member);
+/** Returns an amount in a forecast; empty when it has none. */
+std::string amount_in(const DocumentObject& forecast, const char* member) {
+  if (!forecast.has(member)) return "";
+  const auto tally = forecast.object(member);
   return std::to_string(tally.number("folders")) + ' ' + std::to_string(tally.number("files")) +
          ' ' + std::to_string(tally.number("bytes"));
 }
@@ -237,32 +241,33 @@ std::string without_slash(std::string path) {
 
 /** How a definition's places looked before the run. */
 struct Before {
-  Before(const Told& told, const std::vector<Told>& unfinished)
-      : path(seen(told.text("path"), false)),
-        source(seen(without_slash(told.text("source")), false)),
+  Before(const DocumentObject& forecast, const std::vector<DocumentObject>& unfinished)
+      : path(seen(forecast.text("path"), false)),
+        source(seen(without_slash(forecast.text("source")), false)),
         aside(path) {
-    const auto at_source = without_slash(told.text("source"));
+    const auto at_source = without_slash(forecast.text("source"));
     std::error_code ignored;
     if (!fs::is_symlink(fs::symlink_status(at_source, ignored))) lost = amount_at(at_source);
     for (int number = 0; backup.empty(); ++number) {
-      const auto name = told.text("path") + ".bak_" + std::to_string(number);
+      const auto name = forecast.text("path") + ".bak_" + std::to_string(number);
       if (seen(name, false) == "nothing") backup = name;
     }
     for (const auto& work : unfinished) {
-      const bool fits = work.text("path") == told.text("path") &&
-                        work.text("source") == told.text("source") && work.text("next") == "move";
+      const bool fits = work.text("path") == forecast.text("path") &&
+                        work.text("source") == forecast.text("source") &&
+                        work.text("next") == "move";
       if (!fits) continue;
       backup = work.text("backup");
       aside = seen(backup, false);
-      // What is removed before is a part of what moves.
+      // The part that is removed before is in the backup, too, which moves.
       if (work.has("removed")) lost.clear();
     }
   }
   std::string path;
   std::string source;
-  /** What an adoption deletes at the source, which a link there does not count as. */
+  /** The amount that an adoption deletes at the source; empty when a link is there. */
   std::string lost;
-  /** The backup name, and what has it once the work begins. */
+  /** The backup name, and the entry that has this name once the work begins. */
   std::string backup;
   std::string aside;
 };
@@ -272,39 +277,39 @@ bool is_link_to(const std::string& path, const std::string& content) {
   return fs::read_symlink(path, error).native() == content && !error;
 }
 
-bool failed_as_told(const Told& told, const Before& before) {
-  const auto remains = told.text("remains");
-  const auto path = seen(told.text("path"), false);
-  const auto source = seen(without_slash(told.text("source")), false);
+bool failed_as_foretold(const DocumentObject& forecast, const Before& before) {
+  const auto remains = forecast.text("remains");
+  const auto path = seen(forecast.text("path"), false);
+  const auto source = seen(without_slash(forecast.text("source")), false);
   // Where nothing would have moved, the source is none of its business.
-  const bool same_source = source == before.source || !told.has("moved");
+  const bool same_source = source == before.source || !forecast.has("moved");
   if (remains == "all" || remains == "folders") return path == before.path && same_source;
   if (remains == "nothing") return path == "nothing" || path != before.path;
-  const bool in_path = source == "nothing" && has_problem(told, "source-in-path");
+  const bool in_path = source == "nothing" && has_problem(forecast, "source-in-path");
   if (remains == "source") return path == "nothing" && source != "nothing";
   const bool aside = path == "nothing" && seen(before.backup, false) == before.aside;
   return aside && (remains == "backup-only" || in_path || source == before.source);
 }
 
-bool came_true(const Told& told, const Before& before) {
-  const auto path = told.text("path");
-  const auto source = told.text("source");
-  const auto outcome = told.text("outcome");
+bool came_true(const DocumentObject& forecast, const Before& before) {
+  const auto path = forecast.text("path");
+  const auto source = forecast.text("source");
+  const auto outcome = forecast.text("outcome");
   if (outcome == "made" || outcome == "replaced") return is_link_to(path, source);
   if (outcome == "adopted") {
     return is_link_to(path, source) && seen(before.backup, false) == "nothing" &&
-           amount_told(told, "moved") == amount_at(without_slash(source)) &&
-           amount_told(told, "deleted") == before.lost;
+           amount_in(forecast, "moved") == amount_at(without_slash(source)) &&
+           amount_in(forecast, "deleted") == before.lost;
   }
   if (outcome == "copied") {
-    return !is_link_to(path, told.text("content")) &&
-           amount_told(told, "copied") == amount_at(path);
+    return !is_link_to(path, forecast.text("content")) &&
+           amount_in(forecast, "copied") == amount_at(path);
   }
-  if (outcome == "fails") return failed_as_told(told, before);
+  if (outcome == "fails") return failed_as_foretold(forecast, before);
   return seen(path, false) == before.path;
 }
 
-/** What came of many pairs of runs. */
+/** The results of many pairs of runs. */
 struct Score {
   int links = 0;
   int tied = 0;
@@ -316,7 +321,7 @@ struct Score {
 /** Plays one pair of runs, or the beginning of one, on a world that its seed determines. */
 class Pair {
  public:
-  /** A pair whose world is `used` has seen a run before, and repairs since. */
+  /** The world of a `used` pair has seen a run before, and repairs since. */
   Pair(unsigned seed, bool used) : m_world(seed), m_used(used) {
     if (!used) return;
     store(m_world.profile());
@@ -324,20 +329,20 @@ class Pair {
     m_world.repair();
   }
 
-  /** Returns the lines that must be looked at once more, when they are the last ones. */
+  /** Returns the lines whose forecasts must be tried once more, each as the last of its profile. */
   std::vector<gint64> play(Score& score) {
     std::vector<gint64> again;
     const auto document = play_until(m_world.profile());
     const auto definitions = document.root().objects("definitions");
-    for (const auto& told : definitions) {
-      if (!m_used) count(told, score);
-      for (const auto line : told.numbers("depends-on")) again.push_back(line);
+    for (const auto& forecast : definitions) {
+      if (!m_used) count(forecast, score);
+      for (const auto line : forecast.numbers("depends-on")) again.push_back(line);
     }
     for (std::size_t index = 0; index < definitions.size(); ++index) {
-      const auto& told = definitions[index];
-      if (std::ranges::count(again, told.number("line")) > 0) continue;
-      // What a later line has made of it says nothing.
-      if (!holds(told, m_before[index], score)) again.push_back(told.number("line"));
+      const auto& forecast = definitions[index];
+      if (std::ranges::count(again, forecast.number("line")) > 0) continue;
+      // A later line may have changed the place of this one.
+      if (!holds(forecast, m_before[index], score)) again.push_back(forecast.number("line"));
     }
     if (!m_fault.empty()) score.fault = m_fault;
     return again;
@@ -347,52 +352,53 @@ class Pair {
     std::size_t end = 0;
     for (gint64 each = 0; each < line; ++each) end = m_world.profile().find('\n', end) + 1;
     const auto document = play_until(m_world.profile().substr(0, end));
-    const auto told = document.root().objects("definitions").back();
-    const bool same_line = told.number("line") == line;
-    if (!same_line || !holds(told, m_before.back(), score)) {
-      m_fault = "line " + std::to_string(line) + " came out otherwise\n" + m_said;
+    const auto forecast = document.root().objects("definitions").back();
+    const bool same_line = forecast.number("line") == line;
+    if (!same_line || !holds(forecast, m_before.back(), score)) {
+      m_fault = "line " + std::to_string(line) + " came out otherwise\n" + m_log;
     }
     score.fault = m_fault;
   }
 
  private:
   static std::string run_link_builder() {
-    return said_by({"/bin/sh", "-c", "/dev/varnholt --save_symlink 2>&1"}).text;
+    return result_of({"/bin/sh", "-c", "/dev/varnholt --save_symlink 2>&1"}).output;
   }
 
-  static void count(const Told& told, Score& score) {
-    if (!is_link(told)) return;
+  static void count(const DocumentObject& forecast, Score& score) {
+    if (!is_link(forecast)) return;
     ++score.links;
-    if (!told.numbers("depends-on").empty()) {
+    if (!forecast.numbers("depends-on").empty()) {
       ++score.tied;
-    } else if (!told.flag("sure")) {
+    } else if (!forecast.flag("sure")) {
       ++score.doubtful;
     }
   }
 
-  static bool holds(const Told& told, const Before& before, Score& score) {
-    if (!is_link(told) || !told.flag("sure")) return true;
-    const bool came = came_true(told, before);
-    if (came) ++score.outcomes[told.text("outcome") + ' ' + told.text("remains")];
+  static bool holds(const DocumentObject& forecast, const Before& before, Score& score) {
+    if (!is_link(forecast) || !forecast.flag("sure")) return true;
+    const bool came = came_true(forecast, before);
+    if (came) ++score.outcomes[forecast.text("outcome") + ' ' + forecast.text("remains")];
     return came;
   }
 
   CheckDocument play_until(const std::string& profile) {
     store(profile);
     const auto snapshot = everything();
-    const auto said = said_by({"/dev/varnholt-check", "--json"});
-    CheckDocument document{said.text};
-    m_said = profile + look(snapshot) + said.text;
+    const auto check = result_of({"/dev/varnholt-check", "--json"});
+    CheckDocument document{check.output};
+    m_log = profile + look(snapshot) + check.output;
     m_fault = document.faults();
-    if (document.root().number("status") != WEXITSTATUS(said.status)) m_fault += "another status\n";
+    const int status = WEXITSTATUS(check.status);
+    if (document.root().number("status") != status) m_fault += "another status\n";
     if (everything() != snapshot) m_fault += "the companion has changed something\n";
-    if (!m_fault.empty()) m_fault += m_said;
+    if (!m_fault.empty()) m_fault += m_log;
     const auto unfinished = document.root().objects("unfinished");
-    for (const auto& told : document.root().objects("definitions")) {
-      m_before.emplace_back(told, unfinished);
+    for (const auto& forecast : document.root().objects("definitions")) {
+      m_before.emplace_back(forecast, unfinished);
     }
-    m_said += run_link_builder();
-    m_said += look(everything());
+    m_log += run_link_builder();
+    m_log += look(everything());
     return document;
   }
 
@@ -405,7 +411,7 @@ class Pair {
   World m_world;
   bool m_used;
   std::vector<Before> m_before;
-  std::string m_said;
+  std::string m_log;
   std::string m_fault;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the link builder as a whole, and what varnholt-check tells of it: the programs themselves
-// run on real trees.
+// Tests the link builder as a whole, and the reports of varnholt-check about it: the programs
+// themselves run on real trees.
 #include <map>
 #include <regex>
 #include <sstream>
@@ -26,7 +26,11 @@ class LinkBuilder : public PrivateRoot {
     std::istringstream lines{m_scenario.text};
     std::string name;
     for (std::string line; std::getline(lines, line);) {
-      line.starts_with("--- ") ? void(name = line.substr(4)) : void(part[name] += line + '\n');
+      if (line.starts_with("--- ")) {
+        name = line.substr(4);
+      } else {
+        part[name] += line + '\n';
+      }
     }
     shell(part["first"]);
     plant(part["before"]);
@@ -42,14 +46,14 @@ class LinkBuilder : public PrivateRoot {
     for (const std::string_view each :
          {"first", "before", "profile", "run", "says", "after", "kept"}) {
       const auto& text = part[std::string{each}];
-      const bool told = each == "kept" ? changed : each == "says" || !text.empty();
-      if (told) ((came_out += "--- ") += each) += '\n' + text;
+      const bool shown = each == "kept" ? changed : each == "says" || !text.empty();
+      if (shown) ((came_out += "--- ") += each) += '\n' + text;
     }
     m_scenario.expect(came_out);
   }
 
  private:
-  /** Returns the user whom the scenario needs, and has no other way without, if nobody is there. */
+  /** Returns the user that the scenario needs and the namespace lacks; empty when it lacks none. */
   std::string unknown_user() const {
     const std::regex other_user{R"((?:chown|--reuid) (\d+)(?!.*\|\|))"};
     for (std::sregex_iterator at{m_scenario.text.begin(), m_scenario.text.end(), other_user}, end;
@@ -70,7 +74,7 @@ class LinkBuilder : public PrivateRoot {
   std::string m_usual_run;
 };
 
-/** A scenario of the companion. It changes nothing, so what is there afterwards is told as well. */
+/** A scenario of varnholt-check. The tree afterwards shows that it has changed nothing. */
 class Check : public LinkBuilder {
  public:
   explicit Check(Scenario scenario)

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <fstream>
 #include <utility>
 
@@ -15,6 +16,12 @@
 #include "scratch/scratch-paths.h"
 
 namespace fs = std::filesystem;
+
+/** Gives this process mounts of its own. Returns 0, or the error number of the failure. */
+static int enter_own_mounts() {
+  if (!enter_namespaces(CLONE_NEWNS)) return errno;
+  return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 ? 0 : errno;
+}
 
 bool enter_namespaces(int kinds) {
   const uid_t user = getuid();
@@ -26,7 +33,9 @@ bool enter_namespaces(int kinds) {
     std::ofstream{"/proc/self/gid_map"} << "0 " << group << " 1";
     std::ofstream{"/proc/self/uid_map"} << "0 " << user << " 1";
   }
-  return getuid() == 0;
+  if (getuid() == 0) return true;
+  errno = EPERM;
+  return false;
 }
 
 bool knows_user(uid_t user) {
@@ -40,7 +49,7 @@ bool knows_user(uid_t user) {
   return false;
 }
 
-Said said_by(std::vector<const char*> words) {
+CommandResult result_of(std::vector<const char*> words) {
   words.push_back(nullptr);
   varnholt::TextPtr printed;
   int status = -1;
@@ -52,15 +61,14 @@ Said said_by(std::vector<const char*> words) {
 }
 
 std::string output_of(std::vector<const char*> words) {
-  const auto said = said_by(std::move(words));
-  EXPECT_EQ(said.status, 0) << said.text;
-  return said.text;
+  const auto result = result_of(std::move(words));
+  EXPECT_EQ(result.status, 0) << result.output;
+  return result.output;
 }
 
 void PrivateRoot::SetUp() {
-  static const bool entered = enter_namespaces(CLONE_NEWNS) &&
-                              mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-  if (!entered) GTEST_SKIP() << "no mount namespace of one's own here: " << g_strerror(errno);
+  static const int error = enter_own_mounts();
+  if (error != 0) GTEST_SKIP() << "no mount namespace of one's own here: " << g_strerror(error);
   root = varnholt::scratch_folder() + "/root";
   fs::create_directory(root);
   ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, nullptr), 0);

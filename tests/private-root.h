@@ -9,19 +9,19 @@
 #include <string>
 #include <vector>
 
-/** What a command has printed to standard output, and its wait status. */
-struct Said {
-  std::string text;
+/** The standard output of a command, and its wait status. */
+struct CommandResult {
+  std::string output;
   int status = -1;
 };
-Said said_by(std::vector<const char*> words);
+CommandResult result_of(std::vector<const char*> words);
 
-/** Returns what a command prints, which must not fail. */
+/** Returns the standard output of a command that must not fail. */
 std::string output_of(std::vector<const char*> words);
 
 /**
  * Enters new namespaces (see clone(2)) and makes an ordinary user root of one of them. Returns
- * false where the machine allows none.
+ * false, with the reason in errno, where the machine allows none.
  */
 bool enter_namespaces(int kinds);
 
@@ -35,7 +35,7 @@ class PrivateRoot : public testing::Test {
   void SetUp() override;
   void TearDown() override;
 
-  /** Runs a command line in the root and returns what it printed to both streams. */
+  /** Runs a command line in the root and returns its output and its errors. */
   std::string shell(const std::string& command) const;
 
   /** Makes this process enter the root for good; its commands then find their programs there. */

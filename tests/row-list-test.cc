@@ -24,7 +24,11 @@ struct Definitions {
   static auto new_list() { return take_object(vh_bak_def_item_list_new()); }
   static auto new_item(int /*seed*/) { return take_object(vh_bak_def_item_new("/a", "/b", 0, 0)); }
   static void insert(VhBakDefItemList* list, VhBakDefItem* item, bool first) {
-    (first ? vh_bak_def_item_list_prepend_val : vh_bak_def_item_list_append_val)(list, item);
+    if (first) {
+      vh_bak_def_item_list_prepend_val(list, item);
+    } else {
+      vh_bak_def_item_list_append_val(list, item);
+    }
   }
   static void change(VhBakDefItem* item, int /*seed*/) {
     vh_bak_def_item_set_is_selected(item, !vh_bak_def_item_get_is_selected(item));
@@ -47,7 +51,11 @@ struct Routes {
                                            text(27).c_str(), "", ""));
   }
   static void insert(VhRutDefItemList* list, VhRutDefItem* item, bool first) {
-    first ? list->insert(item, true) : vh_rut_def_item_list_append_val(list, item);
+    if (first) {
+      list->insert(item, true);
+    } else {
+      vh_rut_def_item_list_append_val(list, item);
+    }
   }
   static void change(VhRutDefItem* item, int seed) {
     vh_rut_def_item_fill_by_other(item, new_item(seed).get());

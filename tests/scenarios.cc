@@ -67,7 +67,7 @@ std::vector<Scenario> scenarios_of(const std::string& file) {
 
 void Transcript::say(std::string text) {
   text = std::regex_replace(text, std::regex{left_out}, "");
-  // Only what a line of a text file cannot show is escaped.
+  // Only the bytes that a line of a text file cannot show are escaped.
   const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
   std::string letters;
   for (int byte = 0x80; valid && byte <= 0xFF; ++byte) letters += static_cast<char>(byte);

@@ -139,7 +139,7 @@ class Window : public DisplayTest {
     };
   }
 
-  /** Adds the commands for what the user does and sees. */
+  /** Adds the commands that use the window, and those that show it. */
   void learn_the_hands() {
     auto& on = script.commands;
     on["click"] = [this](Words label) { click(button(label)); };
@@ -208,7 +208,7 @@ class Window : public DisplayTest {
     };
   }
 
-  /** Adds the commands for what happens around the window, and beside it. */
+  /** Adds the commands that change the machine around the window. */
   void learn_the_machine() {
     auto& on = script.commands;
     on["without"] = [](Words /*window*/) { main_s_main_window = nullptr; };

@@ -28,7 +28,7 @@ class Goal:
 
 @dataclass(frozen=True)
 class Job:
-    """What a tool has to do in a planted tree. ROOT stands for that tree in words and files."""
+    """The work of a tool in a planted tree. ROOT stands for that tree in words and files."""
     tool: str
     title: str
     command: tuple[str, ...]
@@ -65,7 +65,7 @@ def leaves(tree: Content, at: str = "") -> dict[str, bytes]:
 
 
 def linked_part(root: Path, goal: Goal) -> str:
-    """Returns how much of what is read at the path comes from the source."""
+    """Returns how much of the content at the path comes from the source."""
     source, to = os.path.realpath(root / goal.source), root / goal.to
     real = [os.path.realpath(f"{to}{leaf}") for leaf in leaves(content(to))]
     parts = {path == source or path.startswith(source + "/") for path in real}
@@ -110,7 +110,7 @@ def losses(root: Path, job: Job, done: set[str]) -> list[str]:
 
 
 def strays(root: Path) -> list[str]:
-    """Returns what the link builder has left that belongs neither to the operator nor to the day."""
+    """Returns the names of the notes and the backups that the link builder has left."""
     noted = [path for path in root.glob("etc/.varnholt*") if str(path.relative_to(root)) != PROFILE]
     return sorted(str(path.relative_to(root)) for path in [*noted, *root.rglob("*.bak_*")])
 

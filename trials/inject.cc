@@ -41,7 +41,7 @@ constexpr int report_descriptor = 3;
 constexpr int listener_descriptor = 200;
 constexpr int no_argument = -1;
 
-/** The arguments of a call that name what it changes. */
+/** The arguments of a call that name the file it changes. */
 struct Place {
   /** The folder that the path starts from, by default the current one; without a path, the file. */
   int descriptor = no_argument;
@@ -213,7 +213,7 @@ int load_filter() {
   _exit(not_found);
 }
 
-// --- The parent: what a call is about.
+// --- The parent: the path that a call changes.
 
 std::string proc_path(std::uint32_t process, const std::string& name) {
   return "/proc/" + std::to_string(process) + '/' + name;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the buttons of the control bar do: each page pairs a table with a dialog.
+// The actions of the buttons of the control bar: each page pairs a table with a dialog.
 #include "app/varnholt.h"
 #include "base/diagnostics.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window: its contents, and what happens when it is closed.
+// The main window: its contents, and the save when it is closed.
 #include <gdk/gdkkeysyms.h>
 
 #include <algorithm>

@@ -31,8 +31,8 @@ std::string current_folder();
 std::string program_folder();
 
 /**
- * Waits until the entries of the folder above `path` are on the disk. What fails is left as it is;
- * so it is in the next function.
+ * Waits until the entries of the folder above `path` are on the disk. A failure is ignored, here
+ * and in the next function.
  */
 void sync_folder_above(const std::string& path);
 

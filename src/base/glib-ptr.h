@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Owning pointers for what GLib and the toolkit return. Elsewhere a raw pointer is borrowed, unless
-// a comment says that the caller owns it.
+// Owning pointers for texts, errors and objects of GLib and the toolkit. Elsewhere a raw pointer is
+// borrowed, unless a comment says that the caller owns it.
 #pragma once
 
 #include <memory>
@@ -61,7 +61,7 @@ class OutArgument {
   OutArgument(const OutArgument&) = delete;
   OutArgument& operator=(const OutArgument&) = delete;
   ~OutArgument() { m_owner.reset(m_given); }
-  // NOLINTNEXTLINE(google-explicit-constructor): it stands for the argument itself
+  // NOLINTNEXTLINE(google-explicit-constructor): the object is the argument itself
   operator typename Owner::pointer *() && noexcept { return &m_given; }
 
  private:

@@ -26,12 +26,12 @@ std::string without_final_slash(std::string_view path);
 std::string without_final_slashes(std::string_view path);
 
 /**
- * Returns the folder in which the last name of a path stands, with a slash at its end; "./" when
- * the path has only that name. Slashes at the end of the path do not count.
+ * Returns the folder that has the last name of a path, with a slash at its end; "./" when the path
+ * has only that name. Slashes at the end of the path do not count.
  */
 std::string folder_above(std::string_view path);
 
-/** Returns what follows the last slash of a path: its last name, or nothing. */
+/** Returns the part of a path after its last slash: its last name, or nothing. */
 std::string last_name(std::string_view path);
 
 }  // namespace varnholt

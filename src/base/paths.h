@@ -7,7 +7,7 @@ namespace varnholt::paths {
 
 /** The profile, which holds all definitions, one per line. Only root may write it. */
 extern const char* const profile;
-/** The link builder notes here what it has not finished yet. Otherwise the file is not there. */
+/** The note of the work that the link builder has not finished; missing while there is none. */
 extern const char* const unfinished;
 /** The lock of a run of the link builder, a file that only root can open. */
 extern const char* const lock;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A file definition or a boot script as a plain value, with its two line formats and the answers to
-// what the tables ask about it. Single commas separate the fields of a line, without any quoting,
+// the questions of the tables. Single commas separate the fields of a line, without any quoting,
 // so no field may contain a comma.
 #pragma once
 

@@ -31,9 +31,9 @@ class RutDefListState : public RowList<VhRutDefItem> {
  private:
   void leave(VhRutDefItem& item);
 
-  /** The places of the first m_indexed routes, by hashes of what no two routes may share. */
+  /** The places of the first m_indexed routes, by hashes of the texts that no two may share. */
   std::unordered_multimap<std::size_t, guint> m_index;
-  /** A route whose texts change sets it to 0, and so does a change of the places. */
+  /** A change of the texts of a route, or of the places, sets this number to 0. */
   guint m_indexed = 0;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What an item knows about its place in a table: the state of its check box, and its row.
+// An item's place in a table: the state of its check box, and its row.
 #pragma once
 
 #include <optional>

@@ -12,7 +12,7 @@
 namespace varnholt::store {
 namespace {
 
-NextVersion tell_unreadable(int code) {
+NextVersion report_unreadable(int code) {
   print_failure("open file [%s] failed : %d", paths::profile, code);
   return NextVersion::not_written;
 }
@@ -45,7 +45,7 @@ NextVersion write(const std::string& text, int stored_version) {
 
 NextVersion write_next_version(const std::string& text, std::optional<int> unread) {
   if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) return write(text, 0);
-  if (unread) return tell_unreadable(*unread);
+  if (unread) return report_unreadable(*unread);
   const auto profile = read_file(paths::profile);
   if (!profile.error) {
     std::string stored{profile.text()};
@@ -54,7 +54,7 @@ NextVersion write_next_version(const std::string& text, std::optional<int> unrea
     print_progress("The content is same.\n");
     return NextVersion::not_written;
   }
-  if (is_file_error(*profile.error)) return tell_unreadable(profile.error->code);
+  if (is_file_error(*profile.error)) return report_unreadable(profile.error->code);
   log_uncaught(*profile.error, "varnholt", __LINE__);
   return NextVersion::unknown;
 }

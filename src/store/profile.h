@@ -22,7 +22,7 @@ enum class LineKind { file, script, route, default_route, other };
 /** Returns the kind of a line, which its beginning decides. The version line is `other`. */
 LineKind kind_of_line(std::string_view line);
 
-/** What a line says. Nothing is set when the line cannot be read, or is of another kind. */
+/** The contents of a line. A member is empty for a line of another kind, or an unreadable one. */
 struct ProfileLine {
   LineKind kind = LineKind::other;
   /** A file definition or a boot script. */

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Replaces files as a whole. A new text is first written beside the file, as FILE.next, so only one
-// program at a time may do so. Something else that has this name already stays there: the new text
-// then is in FILE.next.XXXXXX, where the last letters are those of mkostemp(3).
+// program at a time may do so. Another file that has this name already is left alone: the new
+// text then is in FILE.next.XXXXXX, where the last letters are those of mkostemp(3).
 #pragma once
 
 #include <sys/types.h>
@@ -19,12 +19,13 @@ std::string next_to(const char* path);
 
 /**
  * Replaces a file, or makes it, with this text and mode, as a whole and synced to the disk. Returns
- * null, or the error; the file then is as it was.
+ * null, or the error; the file is unchanged then.
  */
 ErrorPtr write_file(const char* path, mode_t mode, const std::string& text);
 
 /**
- * Replaces a file by what `rewritten` returns for its text, with this mode and synced to the disk.
+ * Replaces the text of a file by the one that `rewritten` makes of it, with this mode and synced to
+ * the disk.
  * A reader sees either the old text or the new one. When somebody moves another text there at the
  * same time, that text is rewritten too, so `rewritten` may be called several times. Returns null,
  * or the error; the file then holds the newest text as it was.
@@ -34,8 +35,8 @@ ErrorPtr replace_file(const char* path, mode_t mode,
 
 /**
  * Removes the new text that one of these functions has left beside a file when it was cut off, if
- * `is_needless` says of the text that it may go. Whatever cannot be such a text, such as a folder,
- * a link or another user's file, stays as well. Returns the name of what stays; empty for none.
+ * `is_needless` returns true for the text. A folder, a link or another user's file cannot be such a
+ * text and stays as well. Returns the name of the entry that stays; empty for none.
  */
 std::string remove_leftover(const char* path,
                             const std::function<bool(std::string_view)>& is_needless);

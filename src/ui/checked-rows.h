@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the tables of definitions share: a list and its rows that are kept in step, the check box
-// and the highlight of a row, and the walk over the ticked rows.
+// The common part of the tables of definitions: a list and its rows that are kept in step, the
+// check box and the highlight of a row, and the walk over the ticked rows.
 #pragma once
 
 #include <array>

@@ -87,8 +87,8 @@ void vh_def_dlg_set_from_location(VhDefDlg* self, const char* val);
 void vh_def_dlg_set_to_location(VhDefDlg* self, const char* val);
 
 /**
- * Returns or sets the chosen operation. Any flags may be set; what is neither symbolic nor update
- * counts as overwrite.
+ * Returns or sets the chosen operation. Any flags may be set; an operation that is neither symbolic
+ * nor update counts as overwrite.
  */
 VhFileOperationType vh_def_dlg_get_file_operation_type(VhDefDlg* self);
 void vh_def_dlg_set_file_operation_type(VhDefDlg* self, VhFileOperationType op);
@@ -96,7 +96,7 @@ void vh_def_dlg_set_file_operation_type(VhDefDlg* self, VhFileOperationType op);
 /** Empties both entries; check boxes and buttons stay as they are. */
 void vh_def_dlg_clear_entries(VhDefDlg* self);
 
-/** Shows what a symbolic definition needs when `on` is 1, otherwise what an ordinary one needs. */
+/** Shows the widgets for a symbolic definition when `on` is 1, otherwise for an ordinary one. */
 void vh_def_dlg_update_ui(VhDefDlg* self, int on);
 
 /** Updates the dialog after `cb`, the check box for symbolic links, was toggled. */

@@ -17,7 +17,7 @@ constexpr auto* original_key = "varnholt-original";
 using UriList = std::unique_ptr<char*, FreeWith<g_strfreev>>;
 using TargetList = std::unique_ptr<GtkTargetList, FreeWith<gtk_target_list_unref>>;
 
-/** A text that an entry cannot show, and what the entry shows instead. */
+/** A text that an entry cannot show, and the text that the entry shows instead. */
 struct Original {
   std::string text;
   std::string seen;

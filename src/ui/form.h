@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the dialogs for definitions and routes share: their frame, a grid of captions and inputs,
-// entries that keep what they cannot show and accept dropped files, and the entry that has the
-// keyboard first.
+// The common part of the dialogs for definitions and routes: their frame, a grid of captions and
+// inputs, entries that keep what they cannot show and accept dropped files, and the entry that has
+// the keyboard first.
 #pragma once
 
 #include <gtk/gtk.h>

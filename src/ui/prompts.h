@@ -22,7 +22,7 @@ int main_alter(const char* msg, GtkButtonsType buttons);
 
 /**
  * Asks for a password in a modal dialog, with or without a main window. Returns true when the user
- * confirms it. `result`, which may be null, is then set to what was typed, without the white space
+ * confirms it. `result`, which may be null, is then set to the password, without the white space
  * at both ends, and otherwise to "". The caller owns it and wipes it (see varnholt::SecretPtr).
  */
 bool main_inputdlg(char** result, const char* msg, const char* title);

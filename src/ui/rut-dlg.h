@@ -26,7 +26,7 @@ struct RutDlgState {
   ObjectPtr<GtkEntry> gw_entry;
   ObjectPtr<GtkEntry> jup_entry;
   ObjectPtr<GtkComboBox> nic_combo;
-  /** What nic_combo offers, row by row. The first row is empty and stands for no interface. */
+  /** The interfaces that nic_combo offers, row by row; the first one is empty, for none. */
   std::vector<std::string> nics;
 };
 
