@@ -2,6 +2,7 @@
 // The actions of the buttons of the control bar: each page pairs a table with a dialog.
 #include "app/varnholt.h"
 #include "base/diagnostics.h"
+#include "ui/dialog-values.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "base/glib-ptr.h"
 #include "base/object-type.h"
 #include "model/file-test.h"
+#include "model/new-item.h"
 
 namespace {
 

@@ -38,16 +38,6 @@ VhBakDefItem* vh_bak_def_item_new(const char* from, const char* to, int op, gint
 VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, const char* to, int op,
                                         gint64 last_oper_time);
 
-namespace varnholt::model {
-
-/**
- * Creates an item from `fields` and looks up whether its source is a folder. Returns null when
- * `fields` is empty.
- */
-VhBakDefItem* new_bak_def_item(std::optional<BakDefFields> fields);
-
-}  // namespace varnholt::model
-
 /** Copies everything from `item` except its row, and looks up again whether `from` is a folder. */
 void vh_bak_def_item_fill_by_other(VhBakDefItem* self, VhBakDefItem* item);
 

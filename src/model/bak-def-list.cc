@@ -5,16 +5,21 @@
 #include "base/diagnostics.h"
 #include "base/object-type.h"
 
+bool varnholt::model::BakDefListState::hide(const Place& found) {
+  print_progress("hide_in_iter %d\n", found.index);
+  if (found.item == nullptr) return false;
+  found.item->op |= VH_FILE_OPERATION_TYPE_FOT_Deleted;
+  found.item->is_selected = false;
+  return true;
+}
+
 GType vh_bak_def_item_list_get_type() {
-  return varnholt::ObjectType<
-      VhBakDefItemList, VhBakDefItemListClass,
-      varnholt::model::RowList<VhBakDefItem>>::get(G_TYPE_OBJECT, "VhBakDefItemList",
-                                                   [](VhBakDefItemListClass* /*klass*/) {
-                                                     // A program that finds this type by its name
-                                                     // can then find the type of the items too.
-                                                     g_type_class_unref(g_type_class_ref(
-                                                         vh_bak_def_item_get_type()));
-                                                   });
+  return varnholt::
+      ObjectType<VhBakDefItemList, VhBakDefItemListClass, varnholt::model::BakDefListState>::get(
+          G_TYPE_OBJECT, "VhBakDefItemList", [](VhBakDefItemListClass* /*klass*/) {
+            // A program that finds this type by its name can then find the type of the items too.
+            g_type_class_unref(g_type_class_ref(vh_bak_def_item_get_type()));
+          });
 }
 
 VhBakDefItemList* vh_bak_def_item_list_new() {
@@ -49,15 +54,7 @@ bool vh_bak_def_item_list_remove_in_iter(VhBakDefItemList* self, const GtkTreeIt
 bool vh_bak_def_item_list_hide_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter) {
   g_return_val_if_fail(self != NULL, false);
   g_return_val_if_fail(iter != NULL, false);
-  return varnholt::model::hide(self->find(*iter));
-}
-
-bool varnholt::model::hide(const VhBakDefItemList::Place& found) {
-  print_progress("hide_in_iter %d\n", found.index);
-  if (found.item == nullptr) return false;
-  found.item->op |= VH_FILE_OPERATION_TYPE_FOT_Deleted;
-  found.item->is_selected = false;
-  return true;
+  return VhBakDefItemList::hide(self->find(*iter));
 }
 
 guint vh_bak_def_item_list_length(VhBakDefItemList* self) {

@@ -7,12 +7,21 @@
 #include "model/bak-def-item.h"
 #include "model/row-list.h"
 
+namespace varnholt::model {
+
+struct BakDefListState : RowList<VhBakDefItem> {
+  /** Does the same as vh_bak_def_item_list_hide_in_iter() for the item at a place. */
+  static bool hide(const Place& found);
+};
+
+}  // namespace varnholt::model
+
 /**
  * The definitions of one table, in the order of its rows. The list holds a reference to each item.
  * A caller that gets an item gets a new reference and releases it. When several items have the same
  * row, or several are ticked, the first one counts.
  */
-struct VhBakDefItemList : GObject, varnholt::model::RowList<VhBakDefItem> {
+struct VhBakDefItemList : GObject, varnholt::model::BakDefListState {
   VhBakDefItemList() = delete;
 };
 
@@ -40,13 +49,6 @@ bool vh_bak_def_item_list_remove_in_iter(VhBakDefItemList* self, const GtkTreeIt
  * index. Returns false when no item has the row.
  */
 bool vh_bak_def_item_list_hide_in_iter(VhBakDefItemList* self, const GtkTreeIter* iter);
-
-namespace varnholt::model {
-
-/** Does the same for the item at a place that find() returned. */
-bool hide(const VhBakDefItemList::Place& found);
-
-}  // namespace varnholt::model
 
 guint vh_bak_def_item_list_length(VhBakDefItemList* self);
 

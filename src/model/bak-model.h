@@ -8,6 +8,7 @@
 #include "model/character-index.h"
 #include "model/file-operation.h"
 #include "model/file-test.h"
+#include "model/new-item.h"
 #include "model/rut-def-item.h"
 #include "model/rut-def-list.h"
 #include "model/table-row.h"

@@ -6,6 +6,7 @@
 
 #include "base/glib-ptr.h"
 #include "base/object-type.h"
+#include "model/new-item.h"
 
 namespace {
 

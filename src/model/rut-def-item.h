@@ -38,13 +38,6 @@ VhRutDefItem* vh_rut_def_item_construct(GType object_type, const char* name, con
                                         const char* mask, const char* gw, const char* jup,
                                         const char* nic);
 
-namespace varnholt::model {
-
-/** Creates an item from `fields`. Returns null when `fields` is empty. */
-VhRutDefItem* new_rut_def_item(std::optional<RutDefFields> fields);
-
-}  // namespace varnholt::model
-
 /**
  * Copies everything from `item` except its row. While a list holds a route, its texts may be
  * changed in no other way.

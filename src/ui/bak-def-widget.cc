@@ -193,7 +193,7 @@ void vh_bak_def_widget_mark_del_selected_items(VhBakDefWidget* self) {
   g_return_if_fail(self != NULL);
   self->take_ticked([self](const VhBakDefItemList::Place& ticked) {
     GtkTreeIter row = *ticked.item->iter;
-    if (!varnholt::model::hide(ticked)) return false;
+    if (!VhBakDefItemList::hide(ticked)) return false;
     gtk_list_store_set(self->store.get(), &row, VH_BAK_DEF_WIDGET_COL_IDX_SEL, FALSE,
                        VH_BAK_DEF_WIDGET_COL_IDX_UP, ticked.item->op, -1);
     return true;

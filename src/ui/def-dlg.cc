@@ -10,6 +10,7 @@
 #include "base/signal.h"
 #include "base/text.h"
 #include "ui/accessible.h"
+#include "ui/dialog-values.h"
 #include "ui/form.h"
 #include "ui/path-chooser.h"
 #include "ui/prompts.h"

@@ -69,13 +69,6 @@ void vh_def_dlg_get_ndata(VhDefDlg* self, char** from, char** to, VhFileOperatio
 void vh_def_dlg_set_ndata(VhDefDlg* self, const char* from_loc, const char* to_loc,
                           VhFileOperationType op);
 
-namespace varnholt::ui {
-
-/** Returns the same values as a definition that was never applied. */
-model::BakDefFields values_of(VhDefDlg* self);
-
-}  // namespace varnholt::ui
-
 /**
  * Returns the path in an entry as a new text, without white space at both ends and without one "/"
  * at the end. A path that no entry can show is returned as it was set, unless the user changed it.

@@ -10,6 +10,7 @@
 #include "base/file.h"
 #include "base/object-type.h"
 #include "base/text.h"
+#include "ui/dialog-values.h"
 #include "ui/form.h"
 #include "ui/prompts.h"
 

@@ -65,13 +65,6 @@ int vh_rut_dlg_run(VhRutDlg* self);
 void vh_rut_dlg_get_ndata(VhRutDlg* self, char** name, char** addr, char** mask, char** gawy,
                           char** jump, char** nic);
 
-namespace varnholt::ui {
-
-/** Returns the same values as a route. */
-model::RutDefFields values_of(VhRutDlg* self);
-
-}  // namespace varnholt::ui
-
 /** Sets the same values; an interface that the machine does not have counts as none. */
 void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, const char* mask,
                           const char* gawy, const char* jump, const char* nic);
