@@ -6,7 +6,7 @@ from dataclasses import dataclass, field
 LETTER = "a letter to v"
 OURS, BACK = "/home/u", "/data_bak/u"
 NOTE = "until moved_to /etc/.varnholt.unfinished"
-# A folder d and a link to a folder of root's, which change places once or, with "again", all the time.
+# A folder d and a link to a folder of root's, which change places, with "again" all the time.
 TRAPS = f"mkdir d {BACK}/d; ln -s /srv trap; ln -s /srv {BACK}/trap; "
 TURN, BACK_TURN = (f"exchange {folder}/d {folder}/trap" for folder in (OURS, BACK))
 # So many files that a command is still at work when it has come to the middle one. The order in
@@ -27,6 +27,7 @@ class Attack:
     limit: str = ":"  # The limit under which the caller starts the run.
     program: str = "varnholt --save_symlink"
     holds: dict[str, str] = field(default_factory=dict)  # What must be read there in the end.
+    quick: bool = False  # Whether a race is also for those who are in a hurry.
 
 
 def makes(source: str, path: str) -> str:
@@ -44,7 +45,8 @@ SHORT_UNDOING = {
     "user": TRAPS + f"ln -s {BACK}/docs d; mkdir {BACK}/docs; cd {BACK}; mkfifo fifo;"
                     "head -c 2M /dev/zero >docs/big"}
 SHORT_ADOPTION = {
-    "profile": makes(f"{BACK}/d/docs", f"{OURS}/docs"), "earlier": True, "disks": ("home/u=4m", "data_bak/u=1m"),
+    "profile": makes(f"{BACK}/d/docs", f"{OURS}/docs"), "earlier": True,
+    "disks": ("home/u=4m", "data_bak/u=1m"),
     "root": "mkdir /srv/docs; echo root >/srv/docs/big",
     "user": TRAPS + "mkdir docs; mkfifo fifo; head -c 2M /dev/zero >docs/big"}
 
@@ -66,9 +68,10 @@ AT_ONCE = [
            f"ln -s {BACK}/store store; echo y >y; mkdir z; echo z >z/z; echo far >/home/far/far;"
            f"ln -s {BACK}/new own", "ln -s data_bak /data; mkdir /srv/s; echo s >/srv/s/s;"
            f"ln -s /srv/s {OURS}/undone", disks=("home/far=1m",),
-           holds={f"{OURS}/a/b/new": "new", f"{BACK}/x": "x", f"{OURS}/real/x": "x", f"{OURS}/y": "y",
-                  f"{BACK}/store/y": "y", f"{OURS}/z/z": "z", f"{BACK}/z/z": "z", f"{BACK}/far": "far",
-                  "/home/far/far": "far", f"{OURS}/undone/s": "s", f"{OURS}/own": "new"}),
+           holds={f"{OURS}/a/b/new": "new", f"{BACK}/x": "x", f"{OURS}/real/x": "x",
+                  f"{OURS}/y": "y", f"{BACK}/store/y": "y", f"{OURS}/z/z": "z", f"{BACK}/z/z": "z",
+                  f"{BACK}/far": "far", "/home/far/far": "far", f"{OURS}/undone/s": "s",
+                  f"{OURS}/own": "new"}),
     Attack("a link on the way to a new link", makes(f"{BACK}/env.sh", f"{OURS}/bin/env.sh"),
            "ln -s /etc/profile.d bin"),
     Attack("the same by way of two relative links", makes(f"{BACK}/env.sh", f"{OURS}/bin/env.sh"),
@@ -77,8 +80,9 @@ AT_ONCE = [
            "ln -s /proc/self/root/etc/profile.d bin"),
     Attack("a link on the way to missing folders", makes(f"{BACK}/env.sh", f"{OURS}/new/a/env.sh"),
            "ln -s /etc new"),
-    Attack("a link in a folder of a group, on the way", makes(f"{BACK}/env.sh", "/srv/team/bin/env.sh"),
-           "ln -s /etc/profile.d /srv/team/bin", "mkdir -m 2775 /srv/team; chgrp 1003 /srv/team"),
+    Attack("a link in a folder of a group, on the way",
+           makes(f"{BACK}/env.sh", "/srv/team/bin/env.sh"), "ln -s /etc/profile.d /srv/team/bin",
+           "mkdir -m 2775 /srv/team; chgrp 1003 /srv/team"),
     Attack("a link in a sticky folder, on the way", makes(f"{BACK}/env.sh", "/tmp/bin/env.sh"),
            "ln -s /etc/profile.d /tmp/bin"),
     Attack("a link that root has made, moved to another name",
@@ -120,14 +124,15 @@ AT_ONCE = [
 UNDER_WAY = [
     Attack("the folder of a new link, all the time", makes(f"{BACK}/x", f"{OURS}/d/x"), TRAPS,
            racer=TURN + " again"),
-    Attack("the folder above missing ones, all the time", makes(f"{BACK}/x", f"{OURS}/d/a/b/x"), TRAPS,
-           racer=TURN + " again"),
+    Attack("the folder above missing ones, all the time", makes(f"{BACK}/x", f"{OURS}/d/a/b/x"),
+           TRAPS, racer=TURN + " again"),
     Attack("the folder of a link to be replaced, all the time", makes(f"{BACK}/x", f"{OURS}/d/x"),
            TRAPS + "ln -s /nothing d/x", "echo root >/srv/x", TURN + " again"),
-    Attack("the folder of data, all the time", makes(f"{BACK}/x", f"{OURS}/d/x"), TRAPS + "echo u >d/x",
+    Attack("the folder of data, all the time", makes(f"{BACK}/x", f"{OURS}/d/x"),
+           TRAPS + "echo u >d/x", "echo root >/srv/x", TURN + " again", quick=True),
+    Attack("the folder behind the user's own link, all the time",
+           makes(f"{BACK}/x", f"{OURS}/work/x"), TRAPS + "ln -s d work; echo u >d/x",
            "echo root >/srv/x", TURN + " again"),
-    Attack("the folder behind the user's own link, all the time", makes(f"{BACK}/x", f"{OURS}/work/x"),
-           TRAPS + "ln -s d work; echo u >d/x", "echo root >/srv/x", TURN + " again"),
     Attack("the user's own link on the way, all the time", makes(f"{BACK}/x", f"{OURS}/work/x"),
            TRAPS + "ln -s d work; echo u >d/x", "echo root >/srv/x",
            f"exchange {OURS}/work {OURS}/trap again"),
@@ -159,7 +164,8 @@ UNDER_WAY = [
     Attack("a link to /root at the backup's name", makes(f"{BACK}/x", f"{OURS}/x"), "echo u >x",
            racer=f"{NOTE} within 3000 link /root {OURS}/x.bak_0"),
     Attack("a link to /root at the source, once that is deleted", makes(f"{BACK}/x", f"{OURS}/x"),
-           f"echo u >x; echo old >{BACK}/x", racer=f"until deleted {BACK}/x {NOTE} link /root {BACK}/x"),
+           f"echo u >x; echo old >{BACK}/x",
+           racer=f"until deleted {BACK}/x {NOTE} link /root {BACK}/x"),
     Attack("a link to /etc/passwd, once the link to a file is deleted", undoes(f"{OURS}/x"),
            f"echo u >{BACK}/x; ln -s {BACK}/x .",
            racer=f"until deleted {OURS}/x link /etc/passwd {OURS}/x"),
@@ -171,8 +177,9 @@ UNDER_WAY = [
     Attack("the folder that is being copied", undoes(f"{OURS}/docs"),
            MANY + f"mv docs {BACK}; ln -s /home/v/Documents {BACK}/trap; ln -s {BACK}/docs .",
            racer=f"until closed {BACK}/docs/150 exchange {BACK}/docs {BACK}/trap"),
-    Attack("the folder that is being moved between file systems", makes(f"{BACK}/docs", f"{OURS}/docs"),
-           MANY + "ln -s /home/v/Documents trap", disks=("data_bak/u=1m",),
+    Attack("the folder that is being moved between file systems",
+           makes(f"{BACK}/docs", f"{OURS}/docs"), MANY + "ln -s /home/v/Documents trap",
+           disks=("data_bak/u=1m",),
            racer=f"until closed {OURS}/docs/150 exchange {OURS}/docs.bak_0 {OURS}/trap"),
     Attack("a folder in what is being deleted", makes(f"{BACK}/docs", f"{OURS}/x"),
            MANY + f"mkdir docs/d; mv docs {BACK}; ln -s /srv {BACK}/trap; echo u >x",
