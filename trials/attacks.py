@@ -12,6 +12,7 @@ TURN, BACK_TURN = (f"exchange {folder}/d {folder}/trap" for folder in (OURS, BAC
 # So many files that a command is still at work when it has come to the middle one. The order in
 # which it takes them is not known, so that v has a letter of the first and of the last name.
 MANY = "mkdir docs; cd docs; touch first; touch $(seq 300); touch last; cd; "
+FIFOS = "mkdir fifos; cd fifos; mkfifo $(seq 300); cd; "
 
 
 @dataclass(frozen=True)
@@ -188,12 +189,12 @@ UNDER_WAY = [
            racer=f"until closed {BACK}/docs/big {TURN}"),
     Attack("the folder of an unfinished move, once that is compared", **SHORT_ADOPTION,
            racer=f"until closed {OURS}/docs.bak_0/big {BACK_TURN}"),
-    Attack("a FIFO for a file that is being copied", undoes(f"{OURS}/x"),
-           f"echo u >{BACK}/x; mkfifo fifo; ln -s {BACK}/x .",
-           racer=f"exchange {BACK}/x {OURS}/fifo again"),
-    Attack("a FIFO for a file that is being moved between file systems",
-           makes(f"{BACK}/x", f"{OURS}/x"), "echo u >x; mkfifo fifo", disks=("data_bak/u=1m",),
-           racer=f"exchange {OURS}/x.bak_0 {OURS}/fifo again"),
+    Attack("FIFOs for files that are being copied", undoes(f"{OURS}/docs"),
+           MANY + FIFOS + f"mv docs {BACK}; ln -s {BACK}/docs .",
+           racer=f"exchange {BACK}/docs {OURS}/fifos again"),
+    Attack("FIFOs for files that are being moved between file systems",
+           makes(f"{BACK}/docs", f"{OURS}/docs"), MANY + FIFOS, disks=("data_bak/u=1m",),
+           racer=f"exchange {OURS}/docs.bak_0 {OURS}/fifos again"),
     Attack("a FIFO for a file to compare with a copy", **SHORT_UNDOING,
            racer=f"exchange {BACK}/docs/big {BACK}/fifo again"),
     Attack("a FIFO for a file to compare with a moved one", **SHORT_ADOPTION,
