@@ -29,6 +29,7 @@ class Attack:
     program: str = "varnholt --save_symlink"
     holds: dict[str, str] = field(default_factory=dict)  # What must be read there in the end.
     quick: bool = False  # Whether a race is also for those who are in a hurry.
+    promised: bool = True  # Whether the manual promises that this attack never wins.
 
 
 def makes(source: str, path: str) -> str:
@@ -89,7 +90,7 @@ AT_ONCE = [
     Attack("a link that root has made, moved to another name",
            makes("/srv/tools", f"{OURS}/tools") + makes(f"{BACK}/tool", f"{OURS}/bin/tool"),
            root="mkdir /srv/tools; echo root >/srv/tools/tool", earlier=True,
-           then="mv bin away; mv tools bin"),
+           then="mv bin away; mv tools bin", promised=False),
     Attack("a link on the way to data", makes(f"{BACK}/bin", f"{OURS}/tools/bin"),
            "ln -s /usr/local tools"),
     Attack("a link on the way to letters", makes(f"{BACK}/docs", f"{OURS}/tools/Documents"),
@@ -111,9 +112,10 @@ AT_ONCE = [
     Attack("files without end to compare", **SHORT_UNDOING,
            then=f"mv d/docs d/away; mkdir d/docs; truncate -s 4T d/docs/big {BACK}/docs/big"),
     Attack("a lease on a file to be copied", undoes(f"{OURS}/x"),
-           f"echo u >{BACK}/x; ln -s {BACK}/x .", racer=f"lease {BACK}/x"),
+           f"echo u >{BACK}/x; ln -s {BACK}/x .", racer=f"lease {BACK}/x",
+           promised=False),
     Attack("a lease on a file to be moved between file systems", makes(f"{BACK}/x", f"{OURS}/x"),
-           "echo u >x", disks=("data_bak/u=1m",), racer=f"lease {OURS}/x"),
+           "echo u >x", disks=("data_bak/u=1m",), racer=f"lease {OURS}/x", promised=False),
     Attack("a lease on a file to compare", **SHORT_UNDOING, racer=f"lease {BACK}/docs/big"),
     *(Attack(f"locks, when /root has the mode {mode}", "", "", f"chmod {mode} /root",
              f"hold /root hold /etc hold /etc/.varnholt.ini hold /") for mode in (700, 550, 755)),
@@ -191,10 +193,10 @@ UNDER_WAY = [
            racer=f"until closed {OURS}/docs.bak_0/big {BACK_TURN}"),
     Attack("FIFOs for files that are being copied", undoes(f"{OURS}/docs"),
            MANY + FIFOS + f"mv docs {BACK}; ln -s {BACK}/docs .",
-           racer=f"exchange {BACK}/docs {OURS}/fifos again"),
+           racer=f"exchange {BACK}/docs {OURS}/fifos again", promised=False),
     Attack("FIFOs for files that are being moved between file systems",
            makes(f"{BACK}/docs", f"{OURS}/docs"), MANY + FIFOS, disks=("data_bak/u=1m",),
-           racer=f"exchange {OURS}/docs.bak_0 {OURS}/fifos again"),
+           racer=f"exchange {OURS}/docs.bak_0 {OURS}/fifos again", promised=False),
     Attack("a FIFO for a file to compare with a copy", **SHORT_UNDOING,
            racer=f"exchange {BACK}/docs/big {BACK}/fifo again"),
     Attack("a FIFO for a file to compare with a moved one", **SHORT_ADOPTION,

@@ -37,9 +37,9 @@ std::string without_final_slashes(std::string_view path) {
 }
 
 std::string folder_above(std::string_view path) {
-  const auto named = without_final_slashes(path);
+  const auto named = path.substr(0, path.find_last_not_of('/') + 1);
   const auto slash = named.rfind('/');
-  if (slash != std::string::npos) return named.substr(0, slash + 1);
+  if (slash != std::string::npos) return std::string{named.substr(0, slash + 1)};
   return path.starts_with('/') ? "/" : "./";
 }
 

@@ -131,7 +131,9 @@ void foretell_link(Forecast& forecast, FileSystems& files) {
     forecast.outcome = Outcome::stands;
     return;
   }
-  if (const auto link = linkbuilder::foreign_link(forecast.definition, decision.task)) {
+  const auto& definition = forecast.definition;
+  if (const auto link =
+          linkbuilder::foreign_link(definition, decision.task, files::Place{definition.to})) {
     return foretell_refusal(forecast, *link, Remains::all);
   }
   switch (decision.task) {
@@ -249,8 +251,8 @@ std::optional<files::Link> foreign_link_for(const linkbuilder::Work& work) {
   if (work.stage == linkbuilder::Stage::undo) {
     return linkbuilder::foreign_link(work.to, work.from, work.from);
   }
-  return linkbuilder::foreign_link({.from = work.from, .to = work.to},
-                                   linkbuilder::LinkTask::adopt);
+  return linkbuilder::foreign_link({.from = work.from, .to = work.to}, linkbuilder::LinkTask::adopt,
+                                   files::Place{work.to});
 }
 
 /** Foretells a work for which only the link is missing. */

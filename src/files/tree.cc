@@ -189,7 +189,7 @@ bool is_part_of_copy(const std::string& part, const std::string& whole) {
 
 int remove_tree(const std::string& path) {
   const Place place{without_final_slashes(path)};
-  return place.refused() ? EPERM : remove_from(Entry{place});
+  return place.is_refused() ? EPERM : remove_from(Entry{place});
 }
 
 }  // namespace varnholt::files

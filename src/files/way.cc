@@ -3,7 +3,9 @@
 #include "files/way.h"
 
 #include <fcntl.h>
+#include <linux/openat2.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 
 #include <algorithm>
 #include <array>
@@ -32,6 +34,15 @@ Descriptor open_entry(const Descriptor& folder, const char* name) {
   Descriptor entry{openat(folder.number(), name, as_it_is | O_DIRECTORY)};
   if (entry || errno == ENOENT) return entry;
   return Descriptor{openat(folder.number(), name, as_it_is)};
+}
+
+/** Opens a folder when no link is on the way to it: one call is enough for most of them. */
+Descriptor open_without_links(const std::string& folder) {
+  open_how how{};
+  how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+  how.resolve = RESOLVE_NO_SYMLINKS;
+  return Descriptor{
+      static_cast<int>(syscall(SYS_openat2, AT_FDCWD, folder.c_str(), &how, sizeof how))};
 }
 
 std::string content_of(const Descriptor& link) {
@@ -171,13 +182,22 @@ Way way_behind(const Link& link, const fs::path& content) {
 }
 
 Place::Place(const std::string& path, Missing missing)
-    : m_way(way_along(folder_above(path), missing)), m_name(path) {
+    : m_path(folder_above(path)), m_name(path), m_folder(open_without_links(m_path)) {
   // A path of one name has no folder in its spelling.
-  if (const auto folder = folder_above(path); path.starts_with(folder)) {
-    m_name.erase(0, folder.size());
-  }
-  if (geteuid() != 0) m_way.foreign.reset();
-  if (m_way.foreign) m_way.end = Descriptor{};
+  if (path.starts_with(m_path)) m_name.erase(0, m_path.size());
+  if (m_folder) return;
+  auto way = way_along(m_path, missing);
+  m_folder = std::move(way.end);
+  m_foreign = std::move(way.foreign);
+}
+
+bool Place::is_refused() const {
+  return m_foreign && geteuid() == 0;
+}
+
+bool Place::is_shared() const {
+  // What others can exchange does not change the way to where they can do so.
+  return way_along(m_path).shared;
 }
 
 }  // namespace varnholt::files

@@ -57,21 +57,25 @@ Way way_behind(const Link& link, const std::filesystem::path& content);
 /** The folder above a path, for root's own system calls and as the bounds of its commands. */
 class Place {
  public:
-  /** Goes the way to the folder above `path`. Root does not follow foreign links there. */
+  /** Goes the way to the folder above `path`. */
   explicit Place(const std::string& path, Missing missing = Missing::leave);
 
   /** Returns the folder for calls as unlinkat(2); -1, with which they fail, when it has none. */
-  int folder() const { return m_way.end.number(); }
+  int folder() const { return is_refused() ? -1 : m_folder.number(); }
   /** Returns the rest of the path as it is spelled, with its slashes. */
   const char* name() const { return m_name.c_str(); }
-  /** Returns the link that root does not follow, if there is one. */
-  const std::optional<Link>& refused() const { return m_way.foreign; }
+  /** Returns the first link on the way that root must not follow, if there is one. */
+  const std::optional<Link>& foreign() const { return m_foreign; }
+  /** Returns whether this process is root, and would be led astray. */
+  bool is_refused() const;
   /** Returns whether others than root can exchange the path, or a folder on the way to it. */
-  bool is_shared() const { return m_way.shared; }
+  bool is_shared() const;
 
  private:
-  Way m_way;
+  std::string m_path;
   std::string m_name;
+  Descriptor m_folder;
+  std::optional<Link> m_foreign;
 };
 
 }  // namespace varnholt::files

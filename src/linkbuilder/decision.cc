@@ -53,11 +53,12 @@ LinkDecision decide_link(const model::BakDefFields& definition) {
   return decision;
 }
 
-std::optional<files::Link> foreign_link(const model::BakDefFields& definition, LinkTask task) {
-  auto link = files::way_along(folder_above(definition.to)).foreign;
+std::optional<files::Link> foreign_link(const model::BakDefFields& definition, LinkTask task,
+                                        const files::Place& place) {
   // Only an adoption has to do with what is at the source.
-  if (link || task != LinkTask::adopt) return link;
-  return files::way_along(folder_above(definition.from)).foreign;
+  if (place.foreign() || task != LinkTask::adopt) return place.foreign();
+  const files::Place source{definition.from};
+  return source.foreign();
 }
 
 UndoDecision decide_undo(const std::string& link) {
@@ -72,7 +73,8 @@ UndoDecision decide_undo(const std::string& link) {
 
 std::optional<files::Link> foreign_link(const std::string& link, const std::string& content,
                                         const std::string& source) {
-  if (auto above = files::way_along(folder_above(link)).foreign) return above;
+  const files::Place place{link};
+  if (place.foreign()) return place.foreign();
   struct stat status {};
   const bool is_foreign = content != source && lstat(link.c_str(), &status) == 0;
   return files::way_behind({link, is_foreign ? status.st_uid : 0}, content).foreign;

@@ -45,10 +45,11 @@ struct LinkDecision {
 LinkDecision decide_link(const model::BakDefFields& definition);
 
 /**
- * Returns the link that would lead root astray in this task, because an ordinary user has made it
- * and it does not lead to what belongs to that user; nullopt when none does.
+ * Returns the link that would lead root astray in this task at the place of the path, because an
+ * ordinary user has made it and it does not lead to what belongs to that user; nullopt for none.
  */
-std::optional<files::Link> foreign_link(const model::BakDefFields& definition, LinkTask task);
+std::optional<files::Link> foreign_link(const model::BakDefFields& definition, LinkTask task,
+                                        const files::Place& place);
 
 /** What undoing a link takes. */
 enum class UndoTask {

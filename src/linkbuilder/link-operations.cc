@@ -43,9 +43,9 @@ bool is_led_astray(const std::optional<files::Link>& foreign, const std::string&
   return true;
 }
 
-void replace_link(const model::BakDefFields& v, const std::string& content) {
+void replace_link(const model::BakDefFields& v, const std::string& content,
+                  const files::Place& place) {
   const char* const to = v.to.c_str();
-  const files::Place place{v.to};
   const int result = unlinkat(place.folder(), place.name(), 0);
   if (result == 0) {
     build_symlink_imp(v);
@@ -59,11 +59,14 @@ void replace_link(const model::BakDefFields& v, const std::string& content) {
  * Makes a link at which nothing is in the way, and the folders above it when they are missing.
  * Nothing is made at the path itself, where a run that is cut off would leave it.
  */
-void build_fresh_link(const model::BakDefFields& v) {
-  const files::Place place{v.to, files::Missing::make};
-  const int result = symlinkat(v.from.c_str(), place.folder(), place.name());
-  // By way of ".." one of the folders may be the path itself.
-  if (result != 0) unlinkat(place.folder(), place.name(), AT_REMOVEDIR);
+void build_fresh_link(const model::BakDefFields& v, const files::Place& place) {
+  int result = symlinkat(v.from.c_str(), place.folder(), place.name());
+  if (result != 0 && place.folder() < 0) {
+    const files::Place made{v.to, files::Missing::make};
+    result = symlinkat(v.from.c_str(), made.folder(), made.name());
+    // By way of ".." one of the folders may be the path itself.
+    if (result != 0) unlinkat(made.folder(), made.name(), AT_REMOVEDIR);
+  }
   report_link(v, result);
 }
 
@@ -82,8 +85,9 @@ void build_symlink(const model::BakDefFields& v, Journal& journal) {
   if (decision.task == LinkTask::none) {
     return print_progress(already_a_link, to, decision.content.c_str());
   }
-  if (is_led_astray(foreign_link(v, decision.task), v.to)) return;
-  if (decision.task == LinkTask::replace) return replace_link(v, decision.content);
+  const files::Place place{v.to};
+  if (is_led_astray(foreign_link(v, decision.task, place), v.to)) return;
+  if (decision.task == LinkTask::replace) return replace_link(v, decision.content, place);
   // 3. Devices, FIFOs and sockets stay.
   if (decision.task == LinkTask::refuse) {
     return print_failure("unknow file type,cat not  build symlink \n");
@@ -91,7 +95,7 @@ void build_symlink(const model::BakDefFields& v, Journal& journal) {
   // 4. Nothing is there: only folders may be missing, and nothing moves.
   if (decision.task == LinkTask::make) {
     print_progress("source file [%s] is not exists \n", to);
-    return build_fresh_link(v);
+    return build_fresh_link(v, place);
   }
   // 5. A folder or a file is set aside, and then moves to the source.
   if (!journal.about_to_set_aside(v)) return;

@@ -57,9 +57,9 @@ int Step::run(const std::string& command_line) const {
 const files::Place& Step::open_place(const std::string& path) {
   const auto& place = m_places.emplace_back(path);
   m_is_shared = m_is_shared || place.is_shared();
-  if (const auto& link = place.refused()) {
+  if (place.is_refused()) {
     m_is_refused = true;
-    report_foreign_link(path, *link);
+    report_foreign_link(path, *place.foreign());
   }
   return place;
 }

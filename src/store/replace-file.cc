@@ -131,7 +131,9 @@ ErrorPtr replace_file(const char* path, mode_t mode,
     Neighbour neighbour{path, mode};
     if (auto error = neighbour.write(next)) return error;
     // Writing takes its time, and somebody may have moved another text there.
-    if (!holds(path, found.text())) continue;
+    auto now = read_file(path);
+    if (now.error) return std::move(now.error);
+    if (now.text() != found.text()) continue;
     if (auto error = neighbour.exchange_with(path)) {
       // Some file systems cannot exchange two files.
       if (error->code != G_FILE_ERROR_INVAL || neighbour.move_to(path)) return error;
