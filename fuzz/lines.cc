@@ -40,10 +40,10 @@ void check(std::string_view line, auto read, auto written) {
   must_hold(again == text || again == text + ",true,0", "written in two ways: " + text);
 }
 
-bool loses(varnholt::check::Problem problem) {
-  using varnholt::check::Problem;
-  return problem == Problem::fields || problem == Problem::nul_byte ||
-         problem == Problem::own_source || problem == Problem::unknown_kind;
+bool loses(const varnholt::check::Problem& problem) {
+  namespace problems = varnholt::check::problems;
+  return problem == problems::fields || problem == problems::nul_byte ||
+         problem == problems::own_source || problem == problems::unknown_kind;
 }
 
 /** Checks the findings about a line against the definition that the window keeps of it. */

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What comes of a definition at whose path there is a folder or a file.
-#include "check/adoption.h"
-
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 #include "base/path.h"
+#include "check/forecast.h"
 #include "files/mounts.h"
 #include "files/way.h"
 #include "linkbuilder/backup-name.h"
@@ -15,110 +16,81 @@ namespace fs = std::filesystem;
 namespace varnholt::check {
 namespace {
 
-bool contains(const std::vector<fs::path>& entries, const fs::path& entry) {
-  return std::ranges::count(entries, entry) > 0;
-}
-
 /** One adoption while it is foretold, in the order of its steps. */
 class Adoption {
  public:
-  /** An adoption of the entry at `moved`: the path, or the backup of an earlier run. */
-  Adoption(Forecast& forecast, std::string moved, FileSystems& files)
+  /** An adoption, or the rest of one that has this backup name already. */
+  Adoption(Forecast& forecast, const std::string& backup, FileSystems& files)
       : m_forecast(forecast),
         m_files(files),
         m_to(forecast.definition.to),
-        m_moved(std::move(moved)),
+        m_is_aside(!backup.empty()),
+        m_moved(m_is_aside ? backup : m_to),
         m_source(without_final_slash(forecast.definition.from)),
-        m_way(files::way_along(m_to).entries),
         m_way_of_source(files::way_along(m_source + '/').entries),
-        m_path(m_way.back()),
-        m_at_source(files::way_along(m_source).entries.back()) {}
+        m_path(m_is_aside ? std::string{linkbuilder::path_of_backup(backup)} : end_of(m_to)),
+        m_at_source(end_of(m_source)) {
+    m_forecast.backup = m_is_aside ? backup : linkbuilder::free_backup_name(m_to);
+    m_backup =
+        m_is_aside ? std::string{backup} : folder_above(m_path) + last_name(m_forecast.backup);
+  }
 
-  void foretell() {
-    m_forecast.backup = linkbuilder::free_backup_name(m_to);
-    m_backup = m_path.parent_path() / last_name(m_forecast.backup);
-    begin(m_path);
-    if (const auto why = why_not_renamed()) return fail(m_forecast, *why, Remains::all);
-    m_forecast.moved = m_files.count(m_path);
-    if (leads_through_itself(m_to) && !m_source.empty()) {
-      return fail(m_forecast, {Problem::path_through_itself}, Remains::backup);
+  void foretell(bool clears_source) {
+    begin();
+    const auto stays = m_is_aside ? std::nullopt : why_not_renamed();
+    if (stays) return m_forecast.fail(*stays, remains::all);
+    m_forecast.moved = m_files.count(beginning());
+    if (!m_is_aside && leads_through_itself(m_to) && !m_source.empty()) {
+      return m_forecast.fail({problems::path_through_itself}, remains::backup);
     }
-    go_on(false);
-  }
-
-  void foretell_rest(bool clears_source) {
-    m_is_aside = true;
-    m_path = linkbuilder::path_of_backup(m_moved);
-    m_backup = m_forecast.backup = m_moved;
-    begin(m_backup);
-    m_forecast.moved = m_files.count(m_moved);
-    go_on(clears_source);
-  }
-
- private:
-  void begin(const fs::path& needed) {
-    m_forecast.outcome = Outcome::adopted;
-    leave_footprint();
-    if (m_files.is_needed(needed)) add(m_forecast, Problem::needed_by_run, m_to);
-    if (!m_source.empty() && !m_source.starts_with('/')) {
-      add(m_forecast, Problem::relative, m_source);
-    }
-    if (m_source.ends_with('/')) add(m_forecast, Problem::source_slashes);
-  }
-
-  void go_on(bool clears_source) {
-    if (const auto why = why_no_way()) return fail(m_forecast, *why, Remains::backup);
+    if (const auto why = why_no_way()) return m_forecast.fail(*why, remains::backup);
     if (is_same_place()) {
       // By way of another mount it is copied there and back.
       m_forecast.sure = m_forecast.sure && m_at_source == m_path && !m_is_aside;
-      return fail(m_forecast, {Problem::same_place}, Remains::all);
+      return m_forecast.fail({problems::same_place}, remains::all);
     }
     if (!clears_source && !clear_source()) return;
     foretell_move(clears_source ? m_files.count(m_source) : m_forecast.deleted.value_or(Tally{}));
   }
 
-  void leave_footprint() {
+ private:
+  /** Returns the entry of what moves, at the beginning. */
+  const std::string& beginning() const { return m_is_aside ? m_backup : m_path; }
+
+  void begin() {
+    m_forecast.outcome = outcomes::adopted;
     auto& footprint = m_forecast.footprint;
-    footprint.passed = m_way;
-    footprint.relied = m_way_of_source;
-    footprint.relied.push_back(m_path);
-    footprint.relied.push_back(m_backup);
-    footprint.whole = {m_is_aside ? m_backup : m_path};
+    footprint.whole = {beginning()};
     footprint.changed = {m_path, m_backup};
-    if (m_source.empty()) return;
-    for (auto* const entries : {&footprint.relied, &footprint.whole, &footprint.changed}) {
-      entries->push_back(m_at_source);
+    if (!m_source.empty()) {
+      footprint.whole.push_back(m_at_source);
+      footprint.changed.push_back(m_at_source);
     }
+    footprint.relied = footprint.changed;
+    footprint.rely_on(m_source + '/');
+    if (m_files.is_needed(beginning())) m_forecast.add({problems::needed_by_run, m_to});
+    if (!m_source.empty() && !m_source.starts_with('/')) {
+      m_forecast.add({problems::relative, m_source});
+    }
+    if (m_source.ends_with('/')) m_forecast.add({problems::source_slashes});
   }
 
   std::optional<Finding> why_not_renamed() const {
     if (auto why = why_no_link_at(m_to)) return why;
-    if (m_files.mounts().is_mount_point(m_path)) return Finding{Problem::path_mounted, m_path};
+    if (m_files.mounts().is_mount_point(m_path)) return Finding{problems::path_mounted, m_path};
     if (auto why = why_it_must_stay(m_to)) return why;
-    if (m_forecast.backup.empty() || why_too_long(m_forecast.backup)) {
-      return Finding{Problem::no_backup_name};
-    }
-    return std::nullopt;
-  }
-
-  /** Returns whether source and path are one entry, which only gets its name back. */
-  bool is_same_place() const {
-    const auto& mounts = m_files.mounts();
-    return (m_is_aside || is_there(m_source)) &&
-           mounts.spot_of(m_at_source) == mounts.spot_of(m_path);
+    const bool nameless = m_forecast.backup.empty() || why_too_long(m_forecast.backup);
+    return nameless ? std::optional{Finding{problems::no_backup_name}} : std::nullopt;
   }
 
   /** Returns why nothing can move to the source, once the path has been renamed. */
   std::optional<Finding> why_no_way() {
-    if (m_source.empty()) return Finding{Problem::source_empty};
+    if (m_source.empty()) return Finding{problems::source_empty};
     const auto folder = folder_above(m_source);
-    if (lies_in_path(folder)) return Finding{Problem::source_in_path};
-    if (contains(m_way_of_source, m_backup)) {
-      // The way to the source depends on a name that nothing has now.
-      m_forecast.sure = false;
-      return Finding{Problem::source_by_backup, m_backup};
-    }
-    if (!is_folder(folder)) return Finding{Problem::source_folder_missing, folder};
+    if (lies_in_path(folder)) return Finding{problems::source_in_path};
+    // The way to the source would depend on a name that nothing has now.
+    if (passes(m_backup)) return Finding{problems::source_by_backup, m_backup};
+    if (!is_folder(folder)) return Finding{problems::source_folder_missing, folder};
     // An earlier entry at the source may be deleted nevertheless.
     if (!is_there(m_source)) {
       if (auto why = why_nothing_can_be_made(folder)) return why;
@@ -130,132 +102,124 @@ class Adoption {
   bool lies_in_path(const std::string& folder) const {
     const auto& mounts = m_files.mounts();
     const auto path = mounts.spot_of(m_path);
-    return std::ranges::any_of(files::way_along(folder).entries, [&](const fs::path& entry) {
+    return std::ranges::any_of(files::way_along(folder).entries, [&](const std::string& entry) {
       return entry == m_path || files::holds(path, mounts.spot_of(entry));
     });
   }
 
+  /** Returns whether the way to the source, and to where a link there leads, passes an entry. */
+  bool passes(const std::string& entry) const {
+    return std::ranges::count(m_way_of_source, entry) > 0;
+  }
+
+  /** Returns whether source and path are one entry, which only gets its name back. */
+  bool is_same_place() const {
+    const auto& mounts = m_files.mounts();
+    return (m_is_aside || is_there(m_source)) &&
+           mounts.spot_of(m_at_source) == mounts.spot_of(m_path);
+  }
+
   /** Foretells the deletion at the source. Returns whether the move is tried then. */
   bool clear_source() {
-    if (is_link(m_source)) {
-      // The link may lead to the path, which has another name by then.
-      const bool dangles = !exists(m_source) || contains(m_way_of_source, m_path);
-      if (dangles && is_folder(m_moved)) {
-        return failed({Problem::source_is_dangling}, Remains::backup);
-      }
-      if (dangles) {
-        find_link_at_source();
-        const auto stays = why_it_must_stay(m_source);
-        return !stays || failed(*stays, Remains::backup);
-      }
+    // A link there may lead to the path, which has another name by then.
+    if (is_link(m_source) && (!exists(m_source) || passes(m_path))) {
+      if (is_folder(m_moved)) return failed({problems::source_is_dangling}, remains::backup);
+      find_link_at_source();
+      const auto stays = why_it_must_stay(m_source);
+      return !stays || failed(*stays, remains::backup);
     }
-    switch (linkbuilder::clearing_for(m_moved, m_source)) {
-      case linkbuilder::Clearing::none:
-        return true;
-      case linkbuilder::Clearing::refuse:
-        return failed({Problem::overlap}, Remains::backup);
-      case linkbuilder::Clearing::remove:
-        return deletes_source();
+    const auto clearing = linkbuilder::clearing_for(m_moved, m_source);
+    if (clearing == linkbuilder::Clearing::refuse) {
+      return failed({problems::overlap}, remains::backup);
     }
-    return true;
+    return clearing == linkbuilder::Clearing::none || deletes_source();
   }
 
   void find_link_at_source() {
     std::error_code unknown;
-    add(m_forecast, Problem::source_is_link, fs::read_symlink(m_source, unknown));
+    m_forecast.add({problems::source_is_link, fs::read_symlink(m_source, unknown)});
   }
 
   bool deletes_source() {
     const auto name = last_name(m_source);
-    if (name == "." || name == "..") return failed({Problem::source_dots}, Remains::backup);
-    if (m_files.is_needed(m_at_source)) add(m_forecast, Problem::needed_by_run, m_source);
+    if (name == "." || name == "..") return failed({problems::source_dots}, remains::backup);
+    if (m_files.is_needed(m_at_source)) m_forecast.add({problems::needed_by_run, m_source});
     const bool link = is_link(m_source);
     if (!link) m_forecast.deleted = m_files.count(m_source);
     if (const auto why = why_it_must_stay(m_source)) {
       // Of a folder all may go but its name.
       m_forecast.sure = m_forecast.sure && link;
-      return failed(*why, link ? Remains::backup : Remains::backup_only);
+      return failed(*why, link ? remains::backup : remains::backup_only);
     }
     if (link) find_link_at_source();
     const auto mounted = m_files.mounts().mount_points_from(m_at_source);
     return mounted.empty() ||
-           failed({Problem::source_mounted, mounted.front()}, Remains::backup_only);
-  }
-
-  /** Overlays make mv(1) copy a folder even when it only gets another name. */
-  void check_renames() {
-    if (!files::copies_folders(m_path) || !is_folder(m_moved)) return;
-    const auto mounted = m_files.mounts().mount_points_from(m_path);
-    const auto cramped = m_files.why_no_room(folder_above(m_to), *m_forecast.moved, {});
-    if (!mounted.empty()) add(m_forecast, Problem::mounted_below, mounted.front());
-    if (cramped) add(m_forecast, Problem::little_room, cramped->about);
+           failed({problems::source_mounted, mounted.front()}, remains::backup_only);
   }
 
   void foretell_move(const Tally& freed) {
+    const auto& from = m_forecast.definition.from;
     const auto folder = folder_above(m_to);
-    const auto length = m_forecast.definition.from.size();
-    const auto cramped = m_files.why_no_room_for_link(folder, length, 0);
-    if (cramped) add(m_forecast, cramped->problem, cramped->about);
-    if (!can_hold_links(folder)) add(m_forecast, Problem::no_links_there, m_to);
-    if (m_forecast.definition.from.ends_with('/') && !is_folder(m_moved)) {
-      add(m_forecast, Problem::leads_nowhere, m_forecast.definition.from);
+    if (const auto why = m_files.why_no_room_for_link(folder, from)) m_forecast.add(*why);
+    if (!can_hold_links(folder)) m_forecast.add({problems::no_links_there, m_to});
+    if (from.ends_with('/') && !is_folder(m_moved)) {
+      m_forecast.add({problems::leads_nowhere, from});
     }
-    check_renames();
+    if (!m_is_aside && files::mv_copies(m_to, m_forecast.backup)) check_renaming(folder);
     const bool copies =
         files::lie_on_different_mounts(folder_above(m_moved), folder_above(m_source));
     if (copies && !is_copied(freed)) return;
     if (m_is_aside && leads_through_itself(m_to)) {
-      fail(m_forecast, {Problem::path_through_itself}, Remains::source);
+      m_forecast.fail({problems::path_through_itself}, remains::source);
     }
+  }
+
+  /** Overlays make mv(1) copy a folder even when it only gets another name. */
+  void check_renaming(const std::string& folder) {
+    const auto mounted = m_files.mounts().mount_points_from(m_path);
+    const auto cramped = m_files.why_no_room(folder, *m_forecast.moved, {});
+    if (!mounted.empty()) m_forecast.add({problems::mounted_below, mounted.front()});
+    if (cramped) m_forecast.add({problems::little_room, cramped->about});
   }
 
   /** Foretells a move to another mount. Returns whether it is not known to fail. */
   bool is_copied(const Tally& freed) {
-    const bool replaced = m_forecast.deleted || is_link(m_source);
-    const auto remains = replaced ? Remains::backup_only : Remains::backup;
-    const auto mounted = m_files.mounts().mount_points_from(m_is_aside ? m_backup : m_path);
-    if (!mounted.empty()) {
-      m_forecast.sure = false;
-      return failed({Problem::mounted_below, mounted.front()}, remains);
-    }
+    const bool replaces = m_forecast.deleted || is_link(m_source);
+    const auto left = replaces ? remains::backup_only : remains::backup;
+    const auto mounted = m_files.mounts().mount_points_from(beginning());
+    if (!mounted.empty()) return failed({problems::mounted_below, mounted.front()}, left);
     const auto cramped = m_files.why_no_room(folder_above(m_source), *m_forecast.moved, freed);
-    if (!cramped) return true;
-    if (cramped->problem == Problem::no_room) return failed(*cramped, remains);
-    add(m_forecast, cramped->problem, cramped->about);
+    if (cramped && cramped->problem == problems::no_room) return failed(*cramped, left);
+    if (cramped) m_forecast.add(*cramped);
     return true;
   }
 
-  bool failed(const Finding& why, Remains remains) {
-    fail(m_forecast, why, remains);
+  bool failed(const Finding& why, const Phrase& what_remains) {
+    m_forecast.fail(why, what_remains);
     return false;
   }
 
   Forecast& m_forecast;
   FileSystems& m_files;
   const std::string& m_to;
+  /** Whether everything that moves has its backup name already. */
+  bool m_is_aside;
   /** The path of what moves, at the beginning. */
   std::string m_moved;
   std::string m_source;
-  /** The entries on the way to the path, and on that to the source and where a link there leads. */
-  std::vector<fs::path> m_way;
-  std::vector<fs::path> m_way_of_source;
+  /** The entries on the way to the source and where a link there leads. */
+  std::vector<std::string> m_way_of_source;
   /** The path, the source, and the backup, each without links above its name. */
-  fs::path m_path;
-  fs::path m_at_source;
-  fs::path m_backup{};
-  /** Whether everything that moves has its backup name already. */
-  bool m_is_aside = false;
+  std::string m_path;
+  std::string m_at_source;
+  std::string m_backup{};
 };
 
 }  // namespace
 
-void foretell_adoption(Forecast& forecast, FileSystems& files) {
-  Adoption{forecast, forecast.definition.to, files}.foretell();
-}
-
-void foretell_rest_of_adoption(Forecast& forecast, const std::string& backup, bool clears_source,
-                               FileSystems& files) {
-  Adoption{forecast, backup, files}.foretell_rest(clears_source);
+void foretell_adoption(Forecast& forecast, FileSystems& files, const std::string& backup,
+                       bool clears_source) {
+  Adoption{forecast, backup, files}.foretell(clears_source);
 }
 
 }  // namespace varnholt::check

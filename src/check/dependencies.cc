@@ -2,35 +2,38 @@
 // Finds out which lines depend on which.
 #include "check/dependencies.h"
 
-#include <algorithm>
-
 namespace varnholt::check {
+namespace {
 
-std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint) const {
+/** More lines tell a person no more, and a profile of many lines with one path has too many. */
+constexpr std::size_t most_lines = 16;
+
+}  // namespace
+
+std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint,
+                                                 const std::vector<std::string>& passed) const {
   std::set<std::size_t> lines;
   const auto at = [&lines](const Lines& changes, const files::Spot& spot) {
     const auto [first, last] = changes.equal_range(spot);
-    for (auto change = first; change != last; ++change) lines.insert(change->second);
+    for (auto change = first; change != last && lines.size() < most_lines; ++change) {
+      lines.insert(change->second);
+    }
   };
   const auto below = [&lines](const Lines& changes, const files::Spot& spot) {
     for (auto change = changes.lower_bound(spot);
-         change != changes.end() && change->first.device == spot.device; ++change) {
-      if (files::holds(spot, change->first)) {
-        lines.insert(change->second);
-      } else if (!change->first.path.starts_with(spot.path)) {
-        break;
-      }
+         change != changes.end() && lines.size() < most_lines &&
+         change->first.device == spot.device && change->first.path.starts_with(spot.path);
+         ++change) {
+      if (files::holds(spot, change->first)) lines.insert(change->second);
     }
   };
   // By way of a mount a place can be reached without passing the folders above it.
   const auto at_or_above = [&](files::Spot spot) {
-    at(m_changed, spot);
-    while (!spot.path.empty()) {
+    for (at(m_changed, spot); !spot.path.empty(); at(m_changed, spot)) {
       spot.path.resize(spot.path.rfind('/'));
-      at(m_changed, spot);
     }
   };
-  for (const auto& path : footprint.passed) at_or_above(m_mounts.spot_of(path));
+  for (const auto& path : passed) at_or_above(m_mounts.spot_of(path));
   for (const auto& path : footprint.relied) {
     at_or_above(m_mounts.spot_of(path));
     at(m_made, m_mounts.spot_of(path));
@@ -47,12 +50,6 @@ std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint) con
 void Dependencies::add(std::size_t line, const Footprint& footprint) {
   for (const auto& path : footprint.changed) m_changed.emplace(m_mounts.spot_of(path), line);
   for (const auto& path : footprint.made) m_made.emplace(m_mounts.spot_of(path), line);
-}
-
-bool Dependencies::may_change(const std::filesystem::path& path) const {
-  Footprint footprint;
-  footprint.relied = files::way_along(path).entries;
-  return !lines_before(footprint).empty();
 }
 
 }  // namespace varnholt::check

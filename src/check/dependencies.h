@@ -3,9 +3,9 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 #include <map>
 #include <set>
+#include <vector>
 
 #include "check/forecast.h"
 #include "files/mounts.h"
@@ -21,14 +21,15 @@ class Dependencies {
   /** Returns whether nothing is changed so far. */
   bool empty() const { return m_changed.empty() && m_made.empty(); }
 
-  /** Returns the lines that may change something where this work looks. */
-  std::set<std::size_t> lines_before(const Footprint& footprint) const;
+  /**
+   * Returns lines, up to 16, that may change something where a definition looks that has this
+   * footprint and passes these entries, no matter whether they are made.
+   */
+  std::set<std::size_t> lines_before(const Footprint& footprint,
+                                     const std::vector<std::string>& passed = {}) const;
 
   /** Adds what the work of a line may change. */
   void add(std::size_t line, const Footprint& footprint);
-
-  /** Returns whether something may come to a place, or to where it leads, or be taken from it. */
-  bool may_change(const std::filesystem::path& path) const;
 
  private:
   using Lines = std::multimap<files::Spot, std::size_t>;

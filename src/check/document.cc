@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tells a program the results of a survey.
-#include "check/document.h"
-
-#include <algorithm>
-#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include <json-glib/json-glib.h>
 
 #include "base/glib-ptr.h"
+#include "check/report.h"
 #include "check/wording.h"
 
 namespace varnholt::check {
@@ -18,61 +18,20 @@ namespace {
 /** The number of this form of the document. It changes when a member changes or goes. */
 constexpr int format = 2;
 
-template <typename Enumerator>
-struct Word {
-  Enumerator enumerator;
-  const char* word;
-};
-
-constexpr Word<Outcome> outcomes[] = {{Outcome::none, "none"},
-                                      {Outcome::stands, "stands"},
-                                      {Outcome::made, "made"},
-                                      {Outcome::replaced, "replaced"},
-                                      {Outcome::adopted, "adopted"},
-                                      {Outcome::copied, "copied"},
-                                      {Outcome::left_alone, "left-alone"},
-                                      {Outcome::dropped, "dropped"},
-                                      {Outcome::fails, "fails"},
-                                      {Outcome::unknown, "unknown"}};
-constexpr Word<Remains> remains[] = {
-    {Remains::all, "all"},         {Remains::folders, "folders"},
-    {Remains::backup, "backup"},   {Remains::backup_only, "backup-only"},
-    {Remains::nothing, "nothing"}, {Remains::source, "source"}};
-constexpr Word<Reason> reasons[] = {{Reason::kind, "kind"},
-                                    {Reason::unreadable, "unreadable"},
-                                    {Reason::missing, "missing"},
-                                    {Reason::dangling, "dangling"},
-                                    {Reason::no_link, "no-link"},
-                                    {Reason::leads_nowhere, "leads-nowhere"},
-                                    {Reason::unfinished, "unfinished"}};
-using Step = linkbuilder::Continuation::Step;
-constexpr Word<Step> steps[] = {{Step::forget, "forget"},
-                                {Step::begin, "begin"},
-                                {Step::move, "move"},
-                                {Step::link, "link"},
-                                {Step::undo, "undo"},
-                                {Step::restore_link, "restore-link"},
-                                {Step::wait, "wait"},
-                                {Step::leave_changed, "leave-changed"},
-                                {Step::forget_changed, "forget-changed"},
-                                {Step::leave_unwanted, "leave-unwanted"}};
-
-/** Returns the word for an enumerator; each of them has one. */
-template <std::size_t Size, typename Enumerator>
-const char* word(const Word<Enumerator> (&words)[Size], Enumerator enumerator) {
-  return std::ranges::find(words, enumerator, &Word<Enumerator>::enumerator)->word;
-}
-
 /** Builds a document member by member. */
 class Document {
  public:
-  void add(const char* name, const char* text) {
+  void add(const char* name, std::string_view text) {
     json_builder_set_member_name(m_builder.get(), name);
-    json_builder_add_string_value(m_builder.get(), text);
+    json_builder_add_string_value(m_builder.get(), std::string{text}.c_str());
   }
 
   void add(const char* name, std::uint64_t value) {
     json_builder_set_member_name(m_builder.get(), name);
+    add_number(value);
+  }
+
+  void add_number(std::uint64_t value) {
     json_builder_add_int_value(m_builder.get(), static_cast<gint64>(value));
   }
 
@@ -84,8 +43,8 @@ class Document {
   /** Adds a text of any bytes; when they are not UTF-8, also as they are, in Base64. */
   void add_bytes(const std::string& name, const std::string& bytes) {
     const auto length = static_cast<gssize>(bytes.size());
-    if (g_utf8_validate(bytes.data(), length, nullptr)) return add(name.c_str(), bytes.c_str());
-    add(name.c_str(), printable(bytes).c_str());
+    if (g_utf8_validate(bytes.data(), length, nullptr)) return add(name.c_str(), bytes);
+    add(name.c_str(), printable(bytes));
     const auto encoded =
         take_text(g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size()));
     add((name + "-base64").c_str(), encoded.get());
@@ -109,10 +68,6 @@ class Document {
     json_builder_end_array(m_builder.get());
   }
 
-  void add_number(std::uint64_t value) {
-    json_builder_add_int_value(m_builder.get(), static_cast<gint64>(value));
-  }
-
   /** Adds an array of objects, whose members `fill` adds. */
   template <typename Items, typename Fill>
   void add_objects(const char* name, const Items& items, Fill fill) {
@@ -121,12 +76,9 @@ class Document {
   }
 
   std::string text() const {
-    const auto generator = take_object(json_generator_new());
     const std::unique_ptr<JsonNode, FreeWith<json_node_unref>> root{
         json_builder_get_root(m_builder.get())};
-    json_generator_set_root(generator.get(), root.get());
-    json_generator_set_pretty(generator.get(), TRUE);
-    return take_text(json_generator_to_data(generator.get(), nullptr)).get();
+    return take_text(json_to_string(root.get(), TRUE)).get();
   }
 
  private:
@@ -146,10 +98,10 @@ void add_tally(Document& document, const char* name, const std::optional<Tally>&
 }
 
 void add_finding(Document& document, const Finding& finding) {
-  document.add("problem", std::string{key_of(finding.problem)}.c_str());
+  document.add("problem", finding.problem.word);
   if (!finding.about.empty()) document.add_bytes("about", finding.about);
-  document.add("text", text_of(finding).c_str());
-  document.add_flag("notice", is_notice(finding.problem));
+  document.add("text", text_of(finding));
+  document.add_flag("notice", finding.problem.is_notice());
 }
 
 void add_line_finding(Document& document, const LineFinding& each) {
@@ -162,14 +114,12 @@ void add_forecast(Document& document, const Forecast& forecast) {
   document.add("line", forecast.line);
   document.add_bytes("source", definition.from);
   document.add_bytes("path", definition.to);
-  document.add("operation", std::string{model::operation_word(definition)}.c_str());
-  document.add_flag("marked", definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted));
-  document.add("outcome", word(outcomes, forecast.outcome));
+  document.add("operation", model::operation_word(definition));
+  document.add_flag("marked", is_marked(definition));
+  document.add("outcome", forecast.outcome.word);
   document.add_flag("sure", forecast.sure);
-  if (forecast.outcome == Outcome::fails) {
-    document.add("remains", word(remains, forecast.remains));
-  }
-  if (forecast.reason != Reason::none) document.add("reason", word(reasons, forecast.reason));
+  if (forecast.outcome == outcomes::fails) document.add("remains", forecast.remains.word);
+  if (!forecast.reason.word.empty()) document.add("reason", forecast.reason.word);
   if (!forecast.content.empty()) document.add_bytes("content", forecast.content);
   add_tally(document, "moved", forecast.moved);
   add_tally(document, "deleted", forecast.deleted);
@@ -180,24 +130,12 @@ void add_forecast(Document& document, const Forecast& forecast) {
 }
 
 void add_unfinished(Document& document, const UnfinishedWork& unfinished) {
-  const auto& [work, next] = unfinished;
+  const auto& [work, next, outlook] = unfinished;
   document.add_bytes("source", work.from);
   document.add_bytes("path", work.to);
   if (!work.backup.empty()) document.add_bytes("backup", work.backup);
-  document.add("next", word(steps, next.step));
+  document.add("next", outlook.word);
   if (!next.removed.empty()) document.add_bytes("removed", next.removed);
-}
-
-void add_survey(Document& document, const Survey& survey) {
-  document.add("lines-done", std::uint64_t{survey.lines_done});
-  document.add_objects("unfinished", survey.unfinished, add_unfinished);
-  document.add_objects("definitions", survey.definitions, add_forecast);
-  document.add_objects("lines", survey.window.findings, add_line_finding);
-  document.add_object("reordered", [&] {
-    document.add("files", survey.window.reordered_files);
-    document.add("scripts", survey.window.reordered_scripts);
-  });
-  document.add_objects("around", survey.around, add_finding);
 }
 
 }  // namespace
@@ -207,9 +145,17 @@ std::string document_on(const Survey& survey, const std::string& path) {
   document.add_object(nullptr, [&] {
     document.add("format", format);
     document.add_bytes("profile", path);
-    document.add("status", static_cast<std::uint64_t>(verdict_on(survey)));
+    document.add("status", static_cast<std::uint64_t>(status_of(survey)));
     document.add("problems", number_of_problems(survey));
-    add_survey(document, survey);
+    document.add("lines-done", survey.lines_done);
+    document.add_objects("unfinished", survey.unfinished, add_unfinished);
+    document.add_objects("definitions", survey.definitions, add_forecast);
+    document.add_objects("lines", survey.window.findings, add_line_finding);
+    document.add_object("reordered", [&] {
+      document.add("files", survey.window.reordered_files);
+      document.add("scripts", survey.window.reordered_scripts);
+    });
+    document.add_objects("around", survey.around, add_finding);
   });
   return document.text() + '\n';
 }

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <limits>
 
 #include "base/path.h"
@@ -20,79 +21,76 @@
 namespace varnholt::check {
 namespace {
 
-struct statx looked_up(const std::string& path, int flags = AT_SYMLINK_NOFOLLOW) {
+bool has_attribute(const std::string& path, std::uint64_t attributes, int flags = 0) {
   struct statx status {};
-  statx(AT_FDCWD, path.c_str(), flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_MNT_ID, &status);
-  return status;
+  statx(AT_FDCWD, path.c_str(), flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS, &status);
+  return (status.stx_attributes & attributes) != 0;
 }
 
-bool is_read_only(const std::string& folder) {
+std::optional<Finding> why_fixed(const std::string& folder, std::uint64_t attributes) {
   struct statvfs status {};
-  return statvfs(folder.c_str(), &status) == 0 && (status.f_flag & ST_RDONLY) != 0;
-}
-
-std::uint64_t entries_of(const Tally& tally) {
-  return tally.folders + tally.files;
+  const bool known = statvfs(folder.c_str(), &status) == 0;
+  if (known && (status.f_flag & ST_RDONLY) != 0) return Finding{problems::read_only, folder};
+  if (has_attribute(folder, attributes)) return Finding{problems::immutable, folder};
+  return std::nullopt;
 }
 
 /** The room that is left in a file system. */
 struct Room {
   /** In bytes, those for root included. */
-  std::uint64_t bytes = 0;
-  /** The number of entries; the highest number when the file system knows no limit. */
-  std::uint64_t entries = 0;
+  std::uint64_t bytes = std::numeric_limits<std::uint64_t>::max() / 2;
+  std::uint64_t entries = bytes;
 };
 
 Room room_at(const std::string& folder) {
-  constexpr auto no_limit = std::numeric_limits<std::uint64_t>::max();
   struct statvfs status {};
+  Room room;
   // A tmpfs without a limit has no blocks at all.
-  if (statvfs(folder.c_str(), &status) != 0 || status.f_blocks == 0) return {no_limit, no_limit};
-  return {std::uint64_t{status.f_bfree} * status.f_frsize,
-          status.f_files == 0 ? no_limit : status.f_ffree};
+  if (statvfs(folder.c_str(), &status) != 0 || status.f_blocks == 0) return room;
+  room.bytes = std::uint64_t{status.f_bfree} * status.f_frsize;
+  // Some file systems know no limit.
+  if (status.f_files > 0) room.entries = status.f_ffree;
+  return room;
 }
 
 }  // namespace
+
+std::string end_of(const std::string& path) {
+  return files::way_along(path).entries.back();
+}
 
 bool is_hidden(const std::string& path) {
   return access(path.c_str(), F_OK) != 0 && errno == EACCES;
 }
 
 std::optional<Finding> why_no_link_at(const std::string& path) {
-  if (path.empty()) return Finding{Problem::path_empty};
-  if (path.ends_with('/')) return Finding{Problem::path_ends_in_slash};
+  if (path.empty()) return Finding{problems::path_empty};
+  if (path.ends_with('/')) return Finding{problems::path_ends_in_slash};
   const auto name = last_name(path);
-  if (name == "." || name == "..") return Finding{Problem::path_ends_in_dots};
+  if (name == "." || name == "..") return Finding{problems::path_ends_in_dots};
   return std::nullopt;
 }
 
 bool leads_through_itself(const std::string& path) {
-  return std::ranges::count(files::way_along(folder_above(path)).entries,
-                            files::way_along(path).entries.back()) > 0;
+  const auto way = files::way_along(folder_above(path));
+  return std::ranges::count(way.entries, end_of(path)) > 0;
 }
 
 std::optional<Finding> why_nothing_can_be_made(const std::string& folder) {
-  if (is_read_only(folder)) return Finding{Problem::read_only, folder};
-  const auto attributes = looked_up(folder, 0).stx_attributes;
-  if ((attributes & STATX_ATTR_IMMUTABLE) != 0) return Finding{Problem::immutable, folder};
-  return std::nullopt;
+  return why_fixed(folder, STATX_ATTR_IMMUTABLE);
 }
 
 std::optional<Finding> why_it_must_stay(const std::string& path) {
-  constexpr auto fixed = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
-  const auto folder = folder_above(path);
-  if (is_read_only(folder)) return Finding{Problem::read_only, folder};
-  const auto attributes = looked_up(folder, 0).stx_attributes;
-  if ((attributes & fixed) != 0) return Finding{Problem::immutable, folder};
-  if ((looked_up(path).stx_attributes & fixed) != 0) return Finding{Problem::immutable, path};
-  return std::nullopt;
+  constexpr std::uint64_t attributes = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
+  if (auto why = why_fixed(folder_above(path), attributes)) return why;
+  const bool fixed = has_attribute(path, attributes, AT_SYMLINK_NOFOLLOW);
+  return fixed ? std::optional{Finding{problems::immutable, path}} : std::nullopt;
 }
 
 std::optional<Finding> why_too_long(const std::string& path) {
-  bool long_name = path.size() >= PATH_MAX;
-  for_each_piece(path, '/',
-                 [&](std::string_view name) { long_name = long_name || name.size() > NAME_MAX; });
-  return long_name ? std::optional{Finding{Problem::name_too_long}} : std::nullopt;
+  const auto is_long = [](std::string_view name) { return name.size() > NAME_MAX; };
+  const bool fits = path.size() < PATH_MAX && std::ranges::none_of(split(path, '/'), is_long);
+  return fits ? std::nullopt : std::optional{Finding{problems::name_too_long}};
 }
 
 bool can_hold_links(const std::string& folder) {
@@ -102,49 +100,56 @@ bool can_hold_links(const std::string& folder) {
          (status.f_type != MSDOS_SUPER_MAGIC && status.f_type != exfat);
 }
 
-bool FileSystems::is_needed(const std::filesystem::path& path) {
-  // Most runs change nothing.
-  if (m_needed.empty()) {
-    for (const auto& file : m_needed_files) {
-      for (const auto& entry : files::way_along(file).entries) {
-        m_needed.insert(m_mounts.spot_of(entry));
-      }
+FileSystems::FileSystems(bool counts, const std::vector<std::string>& needed) : m_counts(counts) {
+  for (const auto& file : needed) {
+    for (const auto& entry : files::way_along(file).entries) {
+      m_needed.insert(m_mounts.spot_of(entry));
     }
   }
+}
+
+Tally FileSystems::count(const std::string& path) {
+  return m_counts ? m_counter.count(path) : Tally{.counted = false};
+}
+
+bool FileSystems::is_needed(const std::string& path) const {
   return m_needed.contains(m_mounts.spot_of(path));
 }
 
 std::optional<Finding> FileSystems::why_no_room(const std::string& folder, const Tally& need,
                                                 const Tally& freed) {
   // Without a count nobody knows whether it fits.
-  if (!need.counted || !freed.counted) return Finding{Problem::room_uncounted, folder};
+  if (!need.counted || !freed.counted) return Finding{problems::room_uncounted, folder};
   struct stat status {};
   stat(folder.c_str(), &status);
-  auto& promised = m_promised[status.st_dev];
   const auto room = room_at(folder);
-  const bool fits_alone = need.disk_bytes <= room.bytes + freed.disk_bytes &&
-                          entries_of(need) <= room.entries + entries_of(freed);
-  promised += need;
-  if (!fits_alone) return Finding{Problem::no_room, folder};
+  auto& promised = m_promised[status.st_dev];
+  promised.files += need.entries();
+  promised.disk_bytes += need.disk_bytes;
+  if (need.disk_bytes > room.bytes + freed.disk_bytes ||
+      need.entries() > room.entries + freed.entries()) {
+    return Finding{problems::no_room, folder};
+  }
   // Only the other file system knows how much a file takes there, and a deleted file may have
   // other links.
   constexpr std::uint64_t page = 4096;
-  const auto at_most = 2 * promised.disk_bytes + page * entries_of(promised);
+  const auto at_most = 2 * promised.disk_bytes + page * promised.files;
   const bool surely =
-      need.unreadable == 0 && at_most <= room.bytes && entries_of(promised) <= room.entries;
-  return surely ? std::nullopt : std::optional{Finding{Problem::little_room, folder}};
+      need.unreadable == 0 && at_most <= room.bytes && promised.files <= room.entries;
+  return surely ? std::nullopt : std::optional{Finding{problems::little_room, folder}};
 }
 
 std::optional<Finding> FileSystems::why_no_room_for_link(const std::string& folder,
-                                                         std::size_t content, std::size_t missing) {
+                                                         const std::string& content,
+                                                         std::size_t missing) {
   // The usual file systems need no block for a short content. A long one does not fit into some.
   constexpr std::size_t short_content = 59;
   constexpr std::size_t long_content = 1000;
   constexpr std::uint64_t page = 4096;
-  const auto blocks = missing + (content > short_content ? 1 : 0);
+  const auto blocks = missing + (content.size() > short_content ? 1 : 0);
   const Tally need{.folders = missing, .files = 1, .disk_bytes = blocks * page};
-  if (!why_no_room(folder, need, {}) && content <= long_content) return std::nullopt;
-  return Finding{Problem::little_room, folder};
+  const bool surely = !why_no_room(folder, need, {}) && content.size() <= long_content;
+  return surely ? std::nullopt : std::optional{Finding{problems::little_room, folder}};
 }
 
 }  // namespace varnholt::check

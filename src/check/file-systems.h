@@ -3,15 +3,13 @@
 // where an entry must stay.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
-#include <cstdint>
-#include <filesystem>
-#include <functional>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "check/finding.h"
@@ -20,6 +18,9 @@
 #include "files/way.h"
 
 namespace varnholt::check {
+
+/** Returns the entry that a path names, as a path without links above its last name. */
+std::string end_of(const std::string& path);
 
 /** Returns whether this user cannot see where a path leads, or whether anything is there. */
 bool is_hidden(const std::string& path);
@@ -45,18 +46,16 @@ bool can_hold_links(const std::string& folder);
 /** The mounts and the room of the machine, while the lines of one profile are foretold. */
 class FileSystems {
  public:
-  /** Returns the tally of a path, or one that says that nobody has counted. */
-  using Count = std::function<Tally(const std::string& path)>;
-
   /** `needed` are the files without which a run cannot end well. */
-  FileSystems(Count count, std::vector<std::string> needed)
-      : m_count(std::move(count)), m_needed_files(std::move(needed)) {}
+  FileSystems(bool counts, const std::vector<std::string>& needed);
 
-  Tally count(const std::string& path) const { return m_count(path); }
   const files::Mounts& mounts() const { return m_mounts; }
 
+  /** Returns the tally of a path, or one that says that nobody has counted. */
+  Tally count(const std::string& path);
+
   /** Returns whether moving or removing the entry at a path takes away what a run needs. */
-  bool is_needed(const std::filesystem::path& path);
+  bool is_needed(const std::string& path) const;
 
   /**
    * Returns a finding when a copy may not fit into a folder, or certainly does not, although
@@ -65,18 +64,18 @@ class FileSystems {
   std::optional<Finding> why_no_room(const std::string& folder, const Tally& need,
                                      const Tally& freed);
 
-  /** Does the same for a link with a content of this length and for missing folders above it. */
-  std::optional<Finding> why_no_room_for_link(const std::string& folder, std::size_t content,
-                                              std::size_t missing);
+  /** Does the same for a link with this content and for missing folders above it. */
+  std::optional<Finding> why_no_room_for_link(const std::string& folder, const std::string& content,
+                                              std::size_t missing = 0);
 
  private:
-  Count m_count;
-  std::vector<std::string> m_needed_files;
+  bool m_counts;
+  Counter m_counter;
   files::Mounts m_mounts;
-  /** The entries on the ways to the needed files, once somebody has asked for them. */
+  /** The entries on the ways to the needed files. */
   std::set<files::Spot> m_needed;
-  /** The size of earlier copies, by the number of the device. */
-  std::map<std::uint64_t, Tally> m_promised;
+  /** The size of earlier copies, by the device. */
+  std::map<dev_t, Tally> m_promised;
 };
 
 }  // namespace varnholt::check

@@ -1,18 +1,363 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What comes of one definition.
+// Foretells what the next run of the link builder makes of one definition.
 #include "check/forecast.h"
 
-namespace varnholt::check {
+#include <unistd.h>
 
-void add(Forecast& forecast, Problem problem, const std::string& about) {
-  forecast.findings.push_back({problem, about});
-  forecast.sure = forecast.sure && !is_doubtful(problem);
+#include <algorithm>
+#include <climits>
+#include <tuple>
+#include <utility>
+
+#include "base/path.h"
+#include "files/mounts.h"
+#include "files/way.h"
+#include "linkbuilder/backup-name.h"
+#include "linkbuilder/decision.h"
+
+namespace varnholt::check {
+namespace {
+
+bool is_relative(const std::string& path) {
+  return !path.starts_with('/');
 }
 
-void fail(Forecast& forecast, const Finding& why, Remains remains) {
-  forecast.outcome = Outcome::fails;
-  forecast.remains = remains;
-  add(forecast, why.problem, why.about);
+std::optional<Finding> why_no_content(const std::string& content) {
+  if (content.empty()) return Finding{problems::source_empty};
+  // The content of a link may be as long as a path, see symlink(2).
+  if (content.size() >= PATH_MAX) return Finding{problems::name_too_long};
+  return std::nullopt;
+}
+
+/** The way down to the folder of a new link. */
+struct Descent {
+  /** The last folder that is there. */
+  std::string there;
+  /** The folders that are made below it. */
+  std::vector<std::string> missing{};
+  /** What is in the way; empty for nothing. */
+  std::string obstacle{};
+};
+
+Descent descent_to(const std::string& path) {
+  const auto folder = folder_above(path);
+  if (is_folder(folder)) return {folder};
+  Descent descent{is_relative(path) ? "." : "/"};
+  for (auto end = folder.find('/', 1); end != std::string::npos; end = folder.find('/', end + 1)) {
+    const auto prefix = folder.substr(0, end);
+    if (!descent.missing.empty() || !is_there(prefix)) {
+      descent.missing.push_back(prefix);
+    } else if (is_folder(prefix)) {
+      descent.there = prefix;
+    } else {
+      descent.obstacle = prefix;
+      break;
+    }
+  }
+  return descent;
+}
+
+std::optional<Finding> why_not_made(const Forecast& forecast, const Descent& descent) {
+  const auto& to = forecast.definition.to;
+  if (!descent.obstacle.empty()) return Finding{problems::path_blocked, descent.obstacle};
+  if (auto why = why_no_link_at(to)) return why;
+  if (auto why = why_too_long(to)) return why;
+  if (auto why = why_nothing_can_be_made(descent.there)) return why;
+  if (!can_hold_links(descent.there)) return Finding{problems::no_links, descent.there};
+  return why_no_content(forecast.definition.from);
+}
+
+void begin_link(Forecast& forecast, const Phrase& outcome) {
+  forecast.outcome = outcome;
+  forecast.footprint.relied = forecast.footprint.changed = {end_of(forecast.definition.to)};
+}
+
+/** Foretells that a link by which root would be led astray makes a definition fail. */
+void foretell_refusal(Forecast& forecast, const files::Link& link, const Phrase& what_remains) {
+  begin_link(forecast, outcomes::fails);
+  forecast.footprint.rely_on(link.path + '/');
+  forecast.fail({problems::foreign_link, link.path}, what_remains);
+}
+
+void foretell_new_link(Forecast& forecast, FileSystems& files) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  if (to.size() >= PATH_MAX) return forecast.fail({problems::name_too_long}, remains::all);
+  const auto descent = descent_to(to);
+  begin_link(forecast, outcomes::made);
+  for (const auto& folder : descent.missing) {
+    forecast.footprint.made.push_back(end_of(folder));
+    // Once the folder is there, this leads somewhere else.
+    if (last_name(folder) == "..") {
+      forecast.add({problems::path_through_missing, folder_above(folder)});
+    }
+  }
+  if (const auto why = why_not_made(forecast, descent)) {
+    // The folders are made before the link.
+    const bool tries_folders = !descent.missing.empty() && !why_nothing_can_be_made(descent.there);
+    return forecast.fail(*why, tries_folders ? remains::folders : remains::all);
+  }
+  const auto why = files.why_no_room_for_link(descent.there, from, descent.missing.size());
+  if (why) forecast.add(*why);
+}
+
+void foretell_renewal(Forecast& forecast, FileSystems& files) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  begin_link(forecast, outcomes::replaced);
+  if (files.is_needed(end_of(to))) forecast.add({problems::needed_by_run, to});
+  if (const auto why = why_it_must_stay(to)) return forecast.fail(*why, remains::all);
+  if (const auto why = why_no_content(from)) return forecast.fail(*why, remains::nothing);
+  if (leads_through_itself(to)) {
+    return forecast.fail({problems::path_through_itself}, remains::nothing);
+  }
+  if (const auto why = files.why_no_room_for_link(folder_above(to), from)) forecast.add(*why);
+}
+
+void leave_alone(Forecast& forecast, const Phrase& reason) {
+  forecast.outcome = outcomes::left_alone;
+  forecast.reason = reason;
+}
+
+void foretell_link(Forecast& forecast, FileSystems& files) {
+  auto decision = linkbuilder::decide_link(forecast.definition);
+  forecast.content = std::move(decision.content);
+  const auto& definition = forecast.definition;
+  if (decision.task == linkbuilder::LinkTask::none) {
+    forecast.outcome = outcomes::stands;
+    return;
+  }
+  if (decision.task == linkbuilder::LinkTask::unreadable) {
+    return leave_alone(forecast, reasons::unreadable);
+  }
+  const files::Place place{definition.to};
+  if (const auto link = linkbuilder::foreign_link(definition, decision.task, place)) {
+    return foretell_refusal(forecast, *link, remains::all);
+  }
+  switch (decision.task) {
+    case linkbuilder::LinkTask::replace:
+      return foretell_renewal(forecast, files);
+    case linkbuilder::LinkTask::make:
+      return foretell_new_link(forecast, files);
+    case linkbuilder::LinkTask::adopt:
+      return foretell_adoption(forecast, files);
+    default:
+      return leave_alone(forecast, reasons::kind);
+  }
+}
+
+/** Returns whether the link at a place lies in what it leads to, and what it is to be copied to. */
+bool lies_in(const files::Mounts& mounts, const std::string& original, const std::string& link) {
+  const auto spot = mounts.spot_of(link);
+  return std::ranges::any_of(mounts.spots_from(original),
+                             [&spot](const files::Spot& each) { return files::holds(each, spot); });
+}
+
+void foretell_copy(Forecast& forecast, FileSystems& files) {
+  const auto& to = forecast.definition.to;
+  const auto& content = forecast.content;
+  const auto link = end_of(to);
+  const auto original = end_of(content);
+  begin_link(forecast, outcomes::copied);
+  forecast.footprint.rely_on(content + '/');
+  forecast.footprint.whole = {original};
+  if (files.is_needed(link)) forecast.add({problems::needed_by_run, to});
+  if (is_relative(content)) forecast.add({problems::relative, content});
+  if (const auto why = why_it_must_stay(to)) return forecast.fail(*why, remains::all);
+  forecast.copied = files.count(content);
+  if (leads_through_itself(to)) {
+    return forecast.fail({problems::path_through_itself}, remains::nothing);
+  }
+  if (lies_in(files.mounts(), original, link)) {
+    return forecast.fail({problems::copy_into_itself, content}, remains::nothing);
+  }
+  const auto why = files.why_no_room(folder_above(to), *forecast.copied, {});
+  if (why && why->problem == problems::no_room) return forecast.fail(*why, remains::nothing);
+  if (why) forecast.add(*why);
+}
+
+void foretell_undoing(Forecast& forecast, FileSystems& files) {
+  const auto& to = forecast.definition.to;
+  auto decision = linkbuilder::decide_undo(to);
+  forecast.content = std::move(decision.content);
+  switch (decision.task) {
+    case linkbuilder::UndoTask::copy: {
+      const auto& source = forecast.definition.from;
+      const auto link = linkbuilder::foreign_link(to, forecast.content, source);
+      return link ? foretell_refusal(forecast, *link, remains::all)
+                  : foretell_copy(forecast, files);
+    }
+    case linkbuilder::UndoTask::missing:
+      return leave_alone(forecast, is_link(to) ? reasons::dangling : reasons::missing);
+    case linkbuilder::UndoTask::unreadable:
+      return leave_alone(forecast, reasons::unreadable);
+    case linkbuilder::UndoTask::leads_nowhere:
+      if (is_relative(forecast.content)) forecast.add({problems::relative, forecast.content});
+      return leave_alone(forecast, reasons::leads_nowhere);
+    case linkbuilder::UndoTask::no_link:
+    case linkbuilder::UndoTask::root:
+      return leave_alone(forecast, reasons::no_link);
+  }
+}
+
+/** Takes a forecast back about which nobody can tell. */
+void take_back(Forecast& forecast, const Finding& why) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  forecast.outcome = outcomes::unknown;
+  forecast.reason = {};
+  forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
+  forecast.findings.clear();
+  for (const auto& path : {to, from, linkbuilder::free_backup_name(to)}) {
+    forecast.footprint.changed.push_back(entries_on(path).back());
+    forecast.footprint.whole.push_back(entries_on(path).back());
+  }
+  forecast.add(why);
+}
+
+/** Takes the forecast back where only root can see the places. */
+void find_hidden(Forecast& forecast) {
+  if (geteuid() == 0) return;
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  const auto& outcome = forecast.outcome;
+  const bool source_counts = linkbuilder::wants_link(forecast.definition) &&
+                             (outcome == outcomes::adopted || outcome == outcomes::fails);
+  const bool path_hidden = outcome != outcomes::stands && is_hidden(to);
+  if (!path_hidden && !(source_counts && is_hidden(from))) return;
+  take_back(forecast, {problems::hidden, path_hidden ? to : from});
+}
+
+/** Returns the path of a definition along which the way is too long; empty for none. */
+std::string too_deep_path(const model::BakDefFields& definition) {
+  for (const auto& path : {definition.to, definition.from}) {
+    if (files::way_along(path).entries.size() > most_entries) return path;
+  }
+  return {};
+}
+
+std::optional<files::Link> foreign_link_for(const linkbuilder::Work& work) {
+  if (work.stage == linkbuilder::Stage::undo) {
+    return linkbuilder::foreign_link(work.to, work.from, work.from);
+  }
+  const files::Place place{work.to};
+  return linkbuilder::foreign_link({.from = work.from, .to = work.to}, linkbuilder::LinkTask::adopt,
+                                   place);
+}
+
+/** Foretells a work for which only the link is missing. */
+void foretell_last_step(Forecast& forecast, const linkbuilder::Work& work, FileSystems& files) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  const auto folder = folder_above(to);
+  const bool is_adoption = work.stage != linkbuilder::Stage::undo;
+  const auto& left = is_adoption ? remains::source : remains::all;
+  begin_link(forecast, outcomes::made);
+  if (is_adoption) {
+    auto& footprint = forecast.footprint;
+    footprint.whole = {end_of(work.path()), end_of(without_final_slash(work.from))};
+    footprint.changed.insert(footprint.changed.end(), footprint.whole.begin(),
+                             footprint.whole.end());
+    footprint.relied = footprint.changed;
+  }
+  if (!is_folder(folder)) {
+    const bool by_itself = leads_through_itself(to);
+    return forecast.fail(
+        {by_itself ? problems::path_through_itself : problems::path_blocked, folder}, left);
+  }
+  if (const auto why = why_nothing_can_be_made(folder)) return forecast.fail(*why, left);
+  if (!can_hold_links(folder)) return forecast.add({problems::no_links_there, to});
+  if (const auto why = files.why_no_room_for_link(folder, from)) forecast.add(*why);
+}
+
+/** Adds what holds for every link. */
+void complete(Forecast& forecast) {
+  const auto& to = forecast.definition.to;
+  if (is_relative(to) && !to.empty()) forecast.add({problems::relative, to});
+  find_hidden(forecast);
+}
+
+void foretell_others(Forecast& forecast) {
+  const auto& definition = forecast.definition;
+  if (is_marked(definition)) {
+    forecast.outcome = outcomes::dropped;
+  } else if (definition.from.empty() || definition.to.empty()) {
+    forecast.add({problems::value_missing});
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> entries_on(const std::string& path) {
+  auto entries = files::way_along(path).entries;
+  if (entries.size() > most_entries) entries.resize(most_entries);
+  return entries;
+}
+
+void Footprint::rely_on(const std::string& path) {
+  const auto entries = entries_on(path);
+  relied.insert(relied.end(), entries.begin(), entries.end());
+}
+
+void Forecast::add(const Finding& finding) {
+  findings.push_back(finding);
+  sure = sure && !finding.problem.is_doubtful();
+}
+
+void Forecast::fail(const Finding& why, const Phrase& what_remains) {
+  outcome = outcomes::fails;
+  remains = what_remains;
+  add(why);
+}
+
+bool is_marked(const model::BakDefFields& definition) {
+  return definition.has(VH_FILE_OPERATION_TYPE_FOT_Deleted);
+}
+
+Forecast foretell(model::BakDefFields definition, FileSystems& files) {
+  Forecast forecast{.definition = std::move(definition)};
+  if (!forecast.definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) {
+    foretell_others(forecast);
+    return forecast;
+  }
+  if (const auto path = too_deep_path(forecast.definition); !path.empty()) {
+    take_back(forecast, {problems::too_deep, path});
+  } else if (linkbuilder::wants_link(forecast.definition)) {
+    foretell_link(forecast, files);
+  } else {
+    foretell_undoing(forecast, files);
+  }
+  complete(forecast);
+  return forecast;
+}
+
+Forecast foretell_left_alone(model::BakDefFields definition) {
+  Forecast forecast{.definition = std::move(definition)};
+  leave_alone(forecast, reasons::unfinished);
+  complete(forecast);
+  return forecast;
+}
+
+Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& work,
+                       const linkbuilder::Continuation& next, FileSystems& files) {
+  using Step = linkbuilder::Continuation::Step;
+  if (next.step == Step::begin) {
+    auto forecast = foretell(std::move(definition), files);
+    forecast.sure = forecast.sure && next.removed.empty();
+    return forecast;
+  }
+  Forecast forecast{.definition = std::move(definition)};
+  if (const auto link = foreign_link_for(work)) {
+    const bool is_moved = next.step == Step::link;
+    const auto& left = next.step == Step::move ? remains::backup : remains::all;
+    foretell_refusal(forecast, *link, is_moved ? remains::source : left);
+  } else if (next.step == Step::move) {
+    foretell_adoption(forecast, files, work.backup, !next.removed.empty());
+  } else if (next.step == Step::undo) {
+    forecast.content = work.from;
+    foretell_copy(forecast, files);
+    // A copy that is a link is undone in its turn, and nothing is copied by way of a broken link.
+    if (is_link(work.from)) forecast.sure = false;
+  } else {
+    foretell_last_step(forecast, work, files);
+  }
+  if (!next.removed.empty() && why_it_must_stay(next.removed)) forecast.sure = false;
+  return forecast;
 }
 
 }  // namespace varnholt::check

@@ -3,94 +3,125 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "check/file-systems.h"
 #include "check/finding.h"
 #include "check/tally.h"
+#include "linkbuilder/unfinished.h"
 #include "model/definition.h"
 
 namespace varnholt::check {
 
-/** What comes of a definition. */
-enum class Outcome {
-  /** Nothing: the link builder has nothing to do with it. */
-  none,
-  /** Nothing: the link is as it should be. */
-  stands,
-  /** The link is made where nothing stands. */
-  made,
-  /** Another link gives way. */
-  replaced,
-  /** A folder or a file at the path moves to the source, and the link is made. */
-  adopted,
-  /** The link gives way to a copy of what it leads to. */
-  copied,
-  /** Nothing; a Reason tells why. */
-  left_alone,
-  /** Only the line, which is marked deleted, leaves the profile. */
-  dropped,
-  fails,
-  /** Nobody but root can see enough to tell. */
-  unknown,
+/**
+ * What can be told of a definition. In its sentence %1 is the path, %2 the source, %3 the content
+ * of the link that stands there, %4 the amount of what moves or is copied, and %5 the backup name.
+ */
+struct Phrase {
+  bool operator==(const Phrase& that) const { return word == that.word; }
+
+  /** The word for programs, which never changes. */
+  std::string_view word{};
+  const char* text = nullptr;
+  /** The part of the summary that tells of how many links this holds; null for none. */
+  const char* count = nullptr;
+  /** The sentence when nobody has counted; null when it is the same one. */
+  const char* uncounted = nullptr;
 };
+
+/** What comes of a definition. */
+namespace outcomes {
+
+/** The link builder has nothing to do with it. */
+constexpr Phrase none{"none", N_("%1 is to be a copy of %2.")};
+constexpr Phrase stands{"stands", N_("%1 is a link to %2, as it should be."), N_("%1 in place")};
+constexpr Phrase made{"made", N_("%1 is made, a link to %2."), N_("%1 to be made")};
+constexpr Phrase replaced{"replaced", N_("%1 becomes a link to %2; now it leads to %3."),
+                          N_("%1 to be replaced")};
+constexpr Phrase adopted{"adopted", N_("%1 becomes a link to %2; moved to the source: %4."),
+                         N_("%1 to be moved"),
+                         N_("%1 becomes a link to %2; what stands there moves to the source.")};
+constexpr Phrase copied{"copied", N_("The link %1 is undone by a copy of %3: %4."),
+                        N_("%1 to be undone"), N_("The link %1 is undone by a copy of %3.")};
+/** A reason has the sentence. */
+constexpr Phrase left_alone{"left-alone", "", N_("%1 left alone")};
+/** Only the line, which is marked deleted, leaves the profile. */
+constexpr Phrase dropped{"dropped", N_("The definition of %1 leaves the profile.")};
+constexpr Phrase fails{"fails", N_("FAILS: %1 does not become a link to %2."), N_("%1 failing")};
+/** Nobody but root can see enough to tell. */
+constexpr Phrase unknown{"unknown", N_("What comes of %1 cannot be told."), N_("%1 unknown")};
+
+}  // namespace outcomes
 
 /** What a failure leaves behind. */
-enum class Remains {
-  /** Everything as it was. */
-  all,
-  /** The same, but folders above the path are made. */
-  folders,
-  /** The folder or file from the path has its backup name, until the next run. */
-  backup,
-  /** The same as `backup`, and the earlier source is gone, or a part of it. */
-  backup_only,
-  /** Nothing is at the path. */
-  nothing,
-  /** The folder or file is at the source, without a link at the path. */
-  source,
-};
+namespace remains {
+
+constexpr Phrase all{"all", N_("Everything stays as it is.")};
+constexpr Phrase folders{"folders",
+                         N_("Folders above it are made, and everything else stays as it is.")};
+constexpr Phrase backup{"backup", N_("What stands there is then called %5, until the next run.")};
+constexpr Phrase backup_only{
+    "backup-only", N_("What stands there is then called %5, until the next run; what stands at the "
+                      "source is gone, or a part of it.")};
+constexpr Phrase nothing{"nothing", N_("Nothing stands there then.")};
+constexpr Phrase source{"source", N_("What was to be moved is at %2 then, until the next run.")};
+
+}  // namespace remains
 
 /** Why a definition is left alone. */
-enum class Reason {
-  none,
-  /** Something that is no folder, file or link stands at the path. */
-  kind,
-  unreadable,
-  /** Nothing stands at the path of a link that is to be undone. */
-  missing,
-  /** The link that is to be undone leads nowhere. */
-  dangling,
-  /** No link is at the path of a link that is to be undone. */
-  no_link,
-  /** The content leads nowhere from the folder in which the run works. */
-  leads_nowhere,
-  /** What an earlier run has left cannot be finished. */
-  unfinished,
-};
+namespace reasons {
 
-/** Where the work on a definition looks, and what it changes. No path has links above its name. */
+constexpr Phrase kind{"kind", N_("%1 is left alone: it is no folder, file or link.")};
+constexpr Phrase unreadable{"unreadable", N_("%1 is left alone: the link cannot be read.")};
+constexpr Phrase missing{"missing", N_("%1 is not undone: nothing is there.")};
+constexpr Phrase dangling{"dangling", N_("%1 is not undone: the link leads nowhere.")};
+constexpr Phrase no_link{"no-link", N_("%1 is not undone: it is no link.")};
+constexpr Phrase leads_nowhere{"leads-nowhere",
+                               N_("%1 is not undone: from here its content, %3, leads nowhere.")};
+constexpr Phrase unfinished{"unfinished",
+                            N_("%1 is left alone, because of what an earlier run has left.")};
+
+}  // namespace reasons
+
+/** A way with more entries is not looked at: only a profile that nobody should trust has one. */
+constexpr std::size_t most_entries = 128;
+
+/** Returns the entries on the way along a path, up to that many. */
+std::vector<std::string> entries_on(const std::string& path);
+
+/** Where a definition looks beside the way to its path. No path has links above its name. */
 struct Footprint {
-  /** The entries on the way to the path. */
-  std::vector<std::filesystem::path> passed;
+  /** Adds the entries on the way along a path to those that are relied on. */
+  void rely_on(const std::string& path);
+
   /** The entries that must be there, or be missing, as they are now. */
-  std::vector<std::filesystem::path> relied;
-  /** The entries that are moved, deleted or copied with everything in them. */
-  std::vector<std::filesystem::path> whole;
-  std::vector<std::filesystem::path> changed;
+  std::vector<std::string> relied{};
+  /** The entries that matter with everything in them, beside those that change. */
+  std::vector<std::string> whole{};
+  /** The entries that are made, moved or deleted. */
+  std::vector<std::string> changed{};
   /** The folders that are made above a link. */
-  std::vector<std::filesystem::path> made;
+  std::vector<std::string> made{};
 };
 
 struct Forecast {
+  /** Adds a finding. A doubtful one makes the forecast unsure. */
+  void add(const Finding& finding);
+
+  /** Adds the finding with which the work on the definition fails. */
+  void fail(const Finding& why, const Phrase& what_remains);
+
   /** The number of the line in the profile, from 1. */
   std::size_t line = 0;
   model::BakDefFields definition{};
-  Outcome outcome = Outcome::none;
-  Remains remains = Remains::all;
-  Reason reason = Reason::none;
+  Phrase outcome = outcomes::none;
+  /** What remains of a failure. */
+  Phrase remains = remains::all;
+  /** Why the definition is left alone. */
+  Phrase reason{};
   /** The backup name in an adoption. */
   std::string backup{};
   /** The content of the link that stands there. */
@@ -110,10 +141,25 @@ struct Forecast {
   Footprint footprint{};
 };
 
-/** Adds a finding. A doubtful one makes the forecast unsure. */
-void add(Forecast& forecast, Problem problem, const std::string& about = "");
+/** Returns whether a definition is marked deleted. */
+bool is_marked(const model::BakDefFields& definition);
 
-/** Adds the finding with which the work on a definition fails. */
-void fail(Forecast& forecast, const Finding& why, Remains remains);
+/** Foretells what comes of a definition, without regard to those before it. */
+Forecast foretell(model::BakDefFields definition, FileSystems& files);
+
+/** Foretells a definition that the run leaves alone because of an unfinished work. */
+Forecast foretell_left_alone(model::BakDefFields definition);
+
+/** Foretells what comes of a definition when the run goes on with its unfinished work. */
+Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& work,
+                       const linkbuilder::Continuation& next, FileSystems& files);
+
+/**
+ * Completes the forecast of an adoption from its first step on, or from the second one when
+ * everything that moves has this backup name already. `clears_source` says that whatever is at the
+ * source is a part of it and is removed before.
+ */
+void foretell_adoption(Forecast& forecast, FileSystems& files, const std::string& backup = "",
+                       bool clears_source = false);
 
 }  // namespace varnholt::check

@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <utility>
+#include <tuple>
 
 #include "base/file.h"
 #include "base/path.h"
@@ -22,37 +22,36 @@ namespace {
 
 constexpr std::array commands{"/bin/sh", "/bin/mv", "/bin/rm", "/bin/cp"};
 
-std::pair<time_t, long> changed_at(const struct stat& status) {
-  return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+bool is_newer(const struct stat& one, const struct stat& other) {
+  return std::tie(one.st_mtim.tv_sec, one.st_mtim.tv_nsec) >
+         std::tie(other.st_mtim.tv_sec, other.st_mtim.tv_nsec);
 }
 
-void check_owner_and_mode(const char* path, const files::Mounts& mounts,
-                          std::vector<Finding>& findings) {
+void check_owner_and_mode(const files::Mounts& mounts, std::vector<Finding>& findings) {
+  const char* const path = paths::profile;
   struct stat status {};
   if (stat(path, &status) != 0) return;
-  if (status.st_uid != 0) findings.push_back({Problem::owner, std::to_string(status.st_uid)});
-  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({Problem::writable, path});
-  if (why_it_must_stay(path) || mounts.is_mount_point(files::way_along(path).entries.back())) {
-    findings.push_back({Problem::profile_fixed, path});
+  if (status.st_uid != 0) findings.push_back({problems::owner, std::to_string(status.st_uid)});
+  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({problems::writable, path});
+  if (why_it_must_stay(path) || mounts.is_mount_point(end_of(path))) {
+    findings.push_back({problems::profile_fixed, path});
   }
 }
 
 /** Looks for a save of this user that was written, but never moved into place. */
-void look_for_save(const char* path, std::string_view profile, std::vector<Finding>& findings) {
+void look_for_save(std::string_view profile, std::vector<Finding>& findings) {
   struct stat saved {};
   struct stat stored {};
-  if (lstat(paths::temporary_profile, &saved) != 0 || !S_ISREG(saved.st_mode) ||
-      saved.st_uid != geteuid()) {
-    return;
-  }
-  const bool newer = stat(path, &stored) != 0 || changed_at(saved) > changed_at(stored);
+  const bool own = lstat(paths::temporary_profile, &saved) == 0 && S_ISREG(saved.st_mode) &&
+                   saved.st_uid == geteuid();
+  if (!own || (stat(paths::profile, &stored) == 0 && !is_newer(saved, stored))) return;
   const auto file = read_file(paths::temporary_profile);
-  if (!newer || file.error) return;
+  if (file.error) return;
   std::string text{file.text()};
   std::string stored_text{profile};
   main_get_cur_version(&text);
   main_get_cur_version(&stored_text);
-  if (text != stored_text) findings.push_back({Problem::unsaved, paths::temporary_profile});
+  if (text != stored_text) findings.push_back({problems::unsaved, paths::temporary_profile});
 }
 
 }  // namespace
@@ -67,14 +66,16 @@ std::vector<std::string> needed_files() {
 void check_profile_file(const std::string& path, std::string_view profile,
                         const files::Mounts& mounts, std::vector<Finding>& findings) {
   if (path == paths::profile) {
-    check_owner_and_mode(paths::profile, mounts, findings);
-    look_for_save(paths::profile, profile, findings);
+    check_owner_and_mode(mounts, findings);
+    look_for_save(profile, findings);
     const auto next = store::next_to(paths::profile);
-    if (is_there(next)) findings.push_back({Problem::leftover, next});
+    if (is_there(next)) findings.push_back({problems::leftover, next});
   }
-  if (!exists(paths::backup_script)) findings.push_back({Problem::no_script, paths::backup_script});
+  if (!exists(paths::backup_script)) {
+    findings.push_back({problems::no_script, paths::backup_script});
+  }
   for (const auto* const command : commands) {
-    if (!exists(command)) findings.push_back({Problem::command_missing, command});
+    if (!exists(command)) findings.push_back({problems::command_missing, command});
   }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells a person the results of a survey.
+// Tells the results of a survey: a person by a text, and a program by a document.
 #pragma once
 
 #include <cstddef>
@@ -20,5 +20,11 @@ struct ReportStyle {
 
 /** Returns the report, which ends with a summary of one line. */
 std::string report_on(const Survey& survey, const ReportStyle& style);
+
+/**
+ * Returns a JSON document (RFC 8259) on the survey of the profile at `path`. The manual page
+ * describes its members.
+ */
+std::string document_on(const Survey& survey, const std::string& path);
 
 }  // namespace varnholt::check

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "check/file-systems.h"
 #include "check/forecast.h"
 #include "check/window-view.h"
 #include "linkbuilder/note.h"
@@ -20,13 +19,13 @@ namespace varnholt::check {
 struct UnfinishedWork {
   linkbuilder::Work work;
   linkbuilder::Continuation next;
+  /** In its text %1 is the path, %2 the source, and %3 the backup. */
+  Phrase outlook;
 };
 
 struct Survey {
-  /** File definitions in the order of the profile: all, or those of which there is much to tell. */
+  /** All file definitions, in the order of the profile. */
   std::vector<Forecast> definitions;
-  /** How many links are as they should be, and stay so. */
-  std::size_t standing = 0;
   /** The lines with which an earlier run over this profile has done, so that the next skips them.
    */
   std::size_t lines_done = 0;
@@ -38,25 +37,19 @@ struct Survey {
   std::vector<Finding> around;
 };
 
-/** What the exit status tells. */
-enum class Verdict {
-  /** Nothing would change, and nothing is wrong. */
-  fine = 0,
-  /** Something would change. */
-  changes = 1,
-  /** Something would fail or be lost, or depends on something else. */
-  wrong = 2,
-};
-Verdict verdict_on(const Survey& survey);
+/**
+ * Returns 0 when nothing would change and nothing is wrong, 1 when something would change, and 2
+ * when something would fail or be lost, or depends on something else.
+ */
+int status_of(const Survey& survey);
 
 /** Returns the number of findings that are no notices, deletions and dependencies included. */
 std::size_t number_of_problems(const Survey& survey);
 
 /**
- * Looks at the profile that has been read from `path`. `count` is asked how much stands at the
- * paths that are moved, deleted or copied. `all` asks for all definitions.
+ * Looks at the profile that has been read from `path`. `counts` tells whether to count how much
+ * stands at the paths that are moved, deleted or copied.
  */
-Survey survey_of(const std::string& path, std::string_view profile, bool all,
-                 const FileSystems::Count& count);
+Survey survey_of(const std::string& path, std::string_view profile, bool counts);
 
 }  // namespace varnholt::check

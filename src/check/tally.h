@@ -4,12 +4,15 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <string>
 
 namespace varnholt::check {
 
 /** How much stands at a path, with everything that is mounted below it. */
 struct Tally {
+  std::uint64_t entries() const { return folders + files; }
+
   std::uint64_t folders = 0;
   /** Everything that is no folder: files, links, devices and so on. */
   std::uint64_t files = 0;
@@ -21,36 +24,34 @@ struct Tally {
   bool counted = true;
   /** Folders whose contents could not be read, so that the true figures are higher. */
   std::uint64_t unreadable = 0;
-
-  Tally& operator+=(const Tally& that);
 };
 
 /**
- * Shows the number of counted entries once counting takes longer than a second. It writes to
+ * Counts, and shows the number of entries once that takes longer than a second. It writes to
  * standard error, and only when that is a terminal; at its end nothing is left there.
  */
-class Progress {
+class Counter {
  public:
-  Progress();
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-  ~Progress();
+  Counter() = default;
+  Counter(const Counter&) = delete;
+  Counter& operator=(const Counter&) = delete;
+  ~Counter();
 
-  /** One more file has been counted. */
-  void step();
+  /**
+   * Counts the entries at `path` and below it; 0 when nothing is there. A link at the path is
+   * counted, not what it leads to. What has been counted once is not counted again.
+   */
+  Tally count(const std::string& path);
 
  private:
   using Clock = std::chrono::steady_clock;
-  bool m_terminal;
-  bool m_shown = false;
-  std::uint64_t m_files = 0;
-  Clock::time_point m_next;
-};
 
-/**
- * Counts the entries at `path` and below it; 0 when nothing is there. A link at the path is
- * counted, not what it leads to.
- */
-Tally tally_of(const std::string& path, Progress& progress);
+  void show_progress();
+
+  std::map<std::string, Tally> m_counted;
+  bool m_shown = false;
+  std::uint64_t m_entries = 0;
+  Clock::time_point m_next = Clock::now() + std::chrono::seconds{1};
+};
 
 }  // namespace varnholt::check

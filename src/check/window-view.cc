@@ -21,62 +21,62 @@ std::string script_word(const model::BakDefFields& script) {
   return line.substr(line.rfind(',') + 1);
 }
 
+std::size_t reordered(const std::deque<std::size_t>& lines) {
+  return std::ranges::is_sorted(lines) ? 0 : lines.size();
+}
+
 }  // namespace
 
 void WindowLoader::load(std::string_view text, const store::ProfileLine& line) {
   ++m_line;
-  if (line.kind == store::LineKind::other) return load_other(text);
+  if (line.kind == store::LineKind::other) {
+    const bool lost = !trimmed(text).empty() && !text.starts_with("version");
+    return lost ? find(problems::unknown_kind) : void();
+  }
   // A NUL byte ends the validation too.
+  const bool has_nul = text.find('\0') != std::string_view::npos;
   const bool valid = g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != 0;
-  if (!valid && text.find('\0') == std::string_view::npos) find(Problem::no_utf8);
-  if (line.kind == store::LineKind::default_route) return load_answer(line, text);
-  if (!line.definition && !line.route) return find_unreadable(text);
+  if (!valid && !has_nul) find(problems::no_utf8);
+  if (line.deletes_default_route) return load_answer(*line.deletes_default_route, text);
+  if (line.definition) return load_definition(line, text);
   if (line.route) return load_route(*line.route);
-  load_definition(line, text);
+  if (has_nul || line.kind == store::LineKind::default_route) return find(problems::nul_byte);
+  find(problems::fields, std::to_string(1 + std::ranges::count(text, ',')));
 }
 
 WindowView WindowLoader::end() {
   // Only the last answer about the default route counts.
-  for (std::size_t answer = 0; answer + 1 < m_answers.size(); ++answer) {
+  for (const auto line : m_answers) {
+    if (line == m_answers.back()) break;
     m_view.findings.push_back(
-        {m_answers[answer], {Problem::answer_repeated, std::to_string(m_answers.back())}});
+        {line, {problems::answer_repeated, std::to_string(m_answers.back())}});
   }
-  m_view.reordered_files = m_files.reordered();
-  m_view.reordered_scripts = m_scripts.reordered();
+  m_view.reordered_files = reordered(m_files);
+  m_view.reordered_scripts = reordered(m_scripts);
   return std::move(m_view);
 }
 
-void WindowLoader::find(Problem problem, const std::string& about) {
+void WindowLoader::find(const Problem& problem, const std::string& about) {
   m_view.findings.push_back({m_line, {problem, about}});
 }
 
-void WindowLoader::load_other(std::string_view text) {
-  if (!trimmed(text).empty() && !text.starts_with("version")) find(Problem::unknown_kind);
-}
-
-void WindowLoader::find_unreadable(std::string_view text) {
-  if (text.find('\0') != std::string_view::npos) return find(Problem::nul_byte);
-  find(Problem::fields, std::to_string(1 + std::ranges::count(text, ',')));
-}
-
-void WindowLoader::load_answer(const store::ProfileLine& line, std::string_view text) {
-  if (!line.deletes_default_route) return find(Problem::nul_byte);
+void WindowLoader::load_answer(bool deletes_default_route, std::string_view text) {
   m_answers.push_back(m_line);
-  if (trimmed(text) != model::rut_del_line(*line.deletes_default_route)) {
-    find(Problem::other_answer, *line.deletes_default_route ? "yes" : "no");
-  }
+  if (trimmed(text) == model::rut_del_line(deletes_default_route)) return;
+  find(problems::other_answer, deletes_default_route ? "yes" : "no");
 }
 
 void WindowLoader::load_definition(const store::ProfileLine& line, std::string_view text) {
   const auto& definition = *line.definition;
-  if (model::is_own_source(definition)) return find(Problem::own_source);
+  if (model::is_own_source(definition)) return find(problems::own_source);
   const bool file = line.kind == store::LineKind::file;
-  (file ? m_files : m_scripts).add(m_line, model::comes_first(definition));
+  auto& page = file ? m_files : m_scripts;
+  page.insert(model::comes_first(definition) ? page.begin() : page.end(), m_line);
   const auto word = file ? model::operation_field(definition) : script_word(definition);
   // In most lines it is the last word.
   if (text.ends_with(word)) return;
   if (file) find_other_values(definition, text);
-  if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(Problem::other_operation, word);
+  if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(problems::other_operation, word);
 }
 
 void WindowLoader::find_other_values(const model::BakDefFields& definition, std::string_view text) {
@@ -84,21 +84,21 @@ void WindowLoader::find_other_values(const model::BakDefFields& definition, std:
   const auto fields = fields_of(text, "lnk");
   const auto kept = split(written, ',');
   for (std::size_t at = 5; at < fields.size() && at < kept.size(); ++at) {
-    if (fields[at] != kept[at]) find(Problem::other_value, std::string{kept[at]});
+    if (fields[at] != kept[at]) find(problems::other_value, std::string{kept[at]});
   }
 }
 
 void WindowLoader::load_route(const model::RutDefFields& route) {
   if (const auto* const rival = m_routes->first_rival_of(route, nullptr)) {
     const bool same_name = rival->name == route.name;
-    return find(same_name ? Problem::route_name_taken : Problem::route_taken,
+    return find(same_name ? problems::route_name_taken : problems::route_taken,
                 std::to_string(m_route_lines[rival]));
   }
   const auto item = take_object(model::new_rut_def_item(route));
   m_routes->insert(item.get(), false);
   m_route_lines.emplace(item.get(), m_line);
   if (route.name.empty() || route.addr.empty() || route.mask.empty() || route.gw.empty()) {
-    find(Problem::value_missing);
+    find(problems::value_missing);
   }
 }
 

@@ -2,7 +2,6 @@
 // What the window makes of a profile: which lines its next save loses or changes.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <deque>
 #include <map>
@@ -40,31 +39,18 @@ class WindowLoader {
   WindowView end();
 
  private:
-  /** The lines of the definitions of one page, in the order of its table. */
-  class Page {
-   public:
-    void add(std::size_t line, bool first) {
-      m_lines.insert(first ? m_lines.begin() : m_lines.end(), line);
-    }
-    std::size_t reordered() const { return std::ranges::is_sorted(m_lines) ? 0 : m_lines.size(); }
-
-   private:
-    std::deque<std::size_t> m_lines;
-  };
-
-  void find(Problem problem, const std::string& about = "");
-  void load_other(std::string_view text);
-  void load_answer(const store::ProfileLine& line, std::string_view text);
+  void find(const Problem& problem, const std::string& about = "");
+  void load_answer(bool deletes_default_route, std::string_view text);
   void load_definition(const store::ProfileLine& line, std::string_view text);
   void load_route(const model::RutDefFields& route);
-  void find_unreadable(std::string_view text);
   /** Finds a flag or a time that the window reads as another one. */
   void find_other_values(const model::BakDefFields& definition, std::string_view text);
 
   WindowView m_view;
   std::size_t m_line = 0;
-  Page m_files;
-  Page m_scripts;
+  /** The lines of the definitions of each page, in the order of its table. */
+  std::deque<std::size_t> m_files;
+  std::deque<std::size_t> m_scripts;
   /** The lines that answer whether the default route is to be deleted. */
   std::vector<std::size_t> m_answers;
   ObjectPtr<VhRutDefItemList> m_routes = take_object(vh_rut_def_item_list_new());

@@ -2,6 +2,8 @@
 // Puts together what a person reads.
 #include "check/wording.h"
 
+#include <algorithm>
+#include <array>
 #include <climits>
 #include <clocale>
 
@@ -13,33 +15,17 @@
 namespace varnholt::check {
 namespace {
 
-std::string escaped(std::string_view bytes) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string text;
-  for (const char each : bytes) {
-    const auto byte = static_cast<unsigned char>(each);
-    ((text += "\\x") += digits[byte / digits.size()]) += digits[byte % digits.size()];
-  }
-  return text;
-}
-
 std::string_view first_character(std::string_view text) {
   const auto most = static_cast<gssize>(text.size());
   if (static_cast<gint32>(g_utf8_get_char_validated(text.data(), most)) < 0) return {};
   return text.substr(0, static_cast<std::size_t>(g_utf8_next_char(text.data()) - text.data()));
 }
 
-/** Returns whether a terminal shows a character and does nothing else with it. */
-bool is_plain(gunichar character) {
-  switch (g_unichar_type(character)) {
-    case G_UNICODE_CONTROL:
-    case G_UNICODE_FORMAT:
-    case G_UNICODE_LINE_SEPARATOR:
-    case G_UNICODE_PARAGRAPH_SEPARATOR:
-      return false;
-    default:
-      return true;
-  }
+/** Returns whether a terminal does something else with a character than to show it. */
+bool is_command(gunichar character) {
+  const auto type = g_unichar_type(character);
+  return type == G_UNICODE_CONTROL || type == G_UNICODE_FORMAT ||
+         type == G_UNICODE_LINE_SEPARATOR || type == G_UNICODE_PARAGRAPH_SEPARATOR;
 }
 
 /** A piece of a text that stays in one line, and the columns that it takes. */
@@ -56,19 +42,14 @@ std::size_t columns_of(gunichar character) {
 
 /** Returns whether a line may end between two characters, as in a script without spaces. */
 bool may_part(gunichar before, gunichar after) {
-  if (!g_unichar_iswide(before) && !g_unichar_iswide(after)) return false;
-  const auto end = g_unichar_break_type(before);
-  if (end == G_UNICODE_BREAK_OPEN_PUNCTUATION || end == G_UNICODE_BREAK_QUOTATION) return false;
-  switch (g_unichar_break_type(after)) {
-    case G_UNICODE_BREAK_CLOSE_PUNCTUATION:
-    case G_UNICODE_BREAK_EXCLAMATION:
-    case G_UNICODE_BREAK_INFIX_SEPARATOR:
-    case G_UNICODE_BREAK_NON_STARTER:
-    case G_UNICODE_BREAK_QUOTATION:
-      return false;
-    default:
-      return g_unichar_type(after) != G_UNICODE_CLOSE_PUNCTUATION;
-  }
+  constexpr std::array no_ends{G_UNICODE_BREAK_OPEN_PUNCTUATION, G_UNICODE_BREAK_QUOTATION};
+  constexpr std::array no_beginnings{G_UNICODE_BREAK_CLOSE_PUNCTUATION, G_UNICODE_BREAK_EXCLAMATION,
+                                     G_UNICODE_BREAK_INFIX_SEPARATOR, G_UNICODE_BREAK_NON_STARTER,
+                                     G_UNICODE_BREAK_QUOTATION};
+  return (g_unichar_iswide(before) || g_unichar_iswide(after)) &&
+         std::ranges::count(no_ends, g_unichar_break_type(before)) == 0 &&
+         std::ranges::count(no_beginnings, g_unichar_break_type(after)) == 0 &&
+         g_unichar_type(after) != G_UNICODE_CLOSE_PUNCTUATION;
 }
 
 /** Cuts a text at its spaces, and between the characters of a script that writes none. */
@@ -109,10 +90,12 @@ std::string printable(std::string_view text) {
   std::string shown{text.empty() ? "\"\"" : ""};
   while (!text.empty()) {
     const auto letter = first_character(text);
-    const bool valid = !letter.empty() && letter[0] != '\0';
-    const auto piece = valid ? letter : text.substr(0, 1);
-    const bool plain = valid && is_plain(g_utf8_get_char(piece.data()));
-    shown += plain ? std::string{piece} : escaped(piece);
+    const bool plain = !letter.empty() && !is_command(g_utf8_get_char(letter.data()));
+    const auto piece = letter.empty() ? text.substr(0, 1) : letter;
+    if (plain) shown += piece;
+    for (const char byte : plain ? "" : piece) {
+      shown += take_text(g_strdup_printf("\\x%02x", static_cast<guchar>(byte))).get();
+    }
     text.remove_prefix(piece.size());
   }
   return shown;
@@ -148,6 +131,13 @@ std::string amount(const Tally& tally) {
                    {number(tally.unreadable)});
   }
   return text;
+}
+
+std::string text_of(const Finding& finding) {
+  // The reason comes from the reader of the note, and may have a translation.
+  const bool is_reason = finding.problem == problems::note_unread;
+  const std::string about = is_reason ? _(finding.about.c_str()) : finding.about;
+  return filled(_(finding.problem.text), {printable(about)});
 }
 
 std::string wrapped(std::string_view text, std::size_t indent, std::size_t width) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "check/finding.h"
 #include "check/tally.h"
 
 namespace varnholt::check {
@@ -25,6 +26,9 @@ std::string number(std::uint64_t value);
 
 /** Returns how much there is, such as "2 folders and 14 files (1.2 MB)". */
 std::string amount(const Tally& tally);
+
+/** Returns a sentence on a finding. */
+std::string text_of(const Finding& finding);
 
 /**
  * Returns a text in lines of at most `width` columns, as far as its words allow that. Each line but

@@ -15,8 +15,6 @@
 #include "base/glib-ptr.h"
 #include "base/path.h"
 
-namespace fs = std::filesystem;
-
 namespace varnholt::files {
 namespace {
 
@@ -46,7 +44,7 @@ Mounts::Mounts() {
   }
 }
 
-Spot Mounts::spot_of(const fs::path& path) const {
+Spot Mounts::spot_of(const std::string& path) const {
   const std::string text = as_prefix(path.c_str());
   struct statx status {};
   const auto is_there = [&](const std::string& part) {
@@ -64,7 +62,7 @@ Spot Mounts::spot_of(const fs::path& path) const {
   return {0, text};
 }
 
-std::vector<Spot> Mounts::spots_from(const fs::path& path) const {
+std::vector<Spot> Mounts::spots_from(const std::string& path) const {
   std::vector<Spot> spots{spot_of(path)};
   for (const auto& mount : m_mounts) {
     if (mount.target.starts_with(as_prefix(path.c_str()) + '/')) spots.push_back(mount.root);
@@ -78,18 +76,18 @@ Spot Mounts::point_of(const Mount& mount) const {
   return {parent->root.device, parent->root.path + mount.target.substr(parent->target.size())};
 }
 
-Spot Mounts::seat_of(const fs::path& path) const {
-  auto seat = spot_of(path.parent_path());
-  if (path.has_relative_path()) seat.path += '/' + path.filename().native();
+Spot Mounts::seat_of(const std::string& path) const {
+  auto seat = spot_of(without_final_slash(folder_above(path)));
+  if (path != "/") seat.path += '/' + last_name(path);
   return seat;
 }
 
-bool Mounts::is_mount_point(const fs::path& path) const {
+bool Mounts::is_mount_point(const std::string& path) const {
   const auto seat = seat_of(path);
   return std::ranges::any_of(m_mounts, [&](const Mount& mount) { return point_of(mount) == seat; });
 }
 
-std::vector<std::string> Mounts::mount_points_from(const fs::path& path) const {
+std::vector<std::string> Mounts::mount_points_from(const std::string& path) const {
   const auto seat = seat_of(path);
   std::vector<std::string> points;
   for (const auto& mount : m_mounts) {

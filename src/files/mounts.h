@@ -5,7 +5,6 @@
 #include <sys/types.h>
 
 #include <compare>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -32,19 +31,19 @@ class Mounts {
    * Returns the place of a path that has no links above its last name. When nothing is there, it is
    * the place at which it would be.
    */
-  Spot spot_of(const std::filesystem::path& path) const;
+  Spot spot_of(const std::string& path) const;
 
   /** Returns the place of such a path and the roots of all mounts below it. */
-  std::vector<Spot> spots_from(const std::filesystem::path& path) const;
+  std::vector<Spot> spots_from(const std::string& path) const;
 
   /** Returns whether something is mounted at such a path. */
-  bool is_mount_point(const std::filesystem::path& path) const;
+  bool is_mount_point(const std::string& path) const;
 
   /**
    * Returns what is mounted at such a path or below it, as the paths of the mounts. The kernel lets
    * nobody rename or remove a mount point, by whatever other mount its folder is reached.
    */
-  std::vector<std::string> mount_points_from(const std::filesystem::path& path) const;
+  std::vector<std::string> mount_points_from(const std::string& path) const;
 
  private:
   struct Mount {
@@ -54,7 +53,7 @@ class Mounts {
     Spot root;
   };
   /** Returns the place of the entry for a path in its folder, which a mount may cover. */
-  Spot seat_of(const std::filesystem::path& path) const;
+  Spot seat_of(const std::string& path) const;
 
   /** Returns the place at which something is mounted, in the file system that is covered there. */
   Spot point_of(const Mount& mount) const;

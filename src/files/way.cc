@@ -12,12 +12,12 @@
 #include <cerrno>
 #include <climits>
 #include <iterator>
-#include <system_error>
+#include <string_view>
 #include <utility>
 
+#include "base/file.h"
 #include "base/path.h"
-
-namespace fs = std::filesystem;
+#include "base/text.h"
 
 namespace varnholt::files {
 namespace {
@@ -29,11 +29,11 @@ constexpr std::size_t most_entries = PATH_MAX;
 constexpr mode_t new_folder_mode = 0775;
 
 /** Opens an entry to look at it. A folder is opened as one, so that it is mounted if need be. */
-Descriptor open_entry(const Descriptor& folder, const char* name) {
+Descriptor open_entry(int folder, const char* name) {
   constexpr int as_it_is = O_PATH | O_NOFOLLOW | O_CLOEXEC;
-  Descriptor entry{openat(folder.number(), name, as_it_is | O_DIRECTORY)};
+  Descriptor entry{openat(folder, name, as_it_is | O_DIRECTORY)};
   if (entry || errno == ENOENT) return entry;
-  return Descriptor{openat(folder.number(), name, as_it_is)};
+  return Descriptor{openat(folder, name, as_it_is)};
 }
 
 /** Opens a folder when no link is on the way to it: one call is enough for most of them. */
@@ -51,11 +51,23 @@ std::string content_of(const Descriptor& link) {
   return {content.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
 }
 
+/** An entry on the way, opened, and what fstat(2) says of it. */
+struct Entry {
+  Entry() = default;
+  explicit Entry(Descriptor opened)
+      : descriptor(std::move(opened)),
+        is_there(descriptor && fstat(descriptor.number(), &status) == 0) {}
+
+  Descriptor descriptor{};
+  struct stat status {};
+  bool is_there = false;
+};
+
 /** One walk along a path. */
 class Walk {
  public:
-  Walk(const fs::path& path, Missing missing, const Link& behind = {}) : m_missing(missing) {
-    if (path.empty() || path.native().size() >= PATH_MAX) {
+  Walk(const std::string& path, Missing missing, const Link& behind = {}) : m_missing(missing) {
+    if (path.empty() || path.size() >= PATH_MAX) {
       m_way.entries.push_back(path);
       m_way.whole = false;
       return;
@@ -66,7 +78,7 @@ class Walk {
     while (!m_steps.empty() && is_sensible()) take_step();
     m_way.entries.push_back(m_path);
     if (!m_steps.empty()) m_way.whole = false;
-    if (m_way.whole) m_way.end = std::move(m_at);
+    if (m_way.whole) m_way.end = std::move(m_at.descriptor);
   }
 
   Way take_way() { return std::move(m_way); }
@@ -74,26 +86,27 @@ class Walk {
  private:
   /** The next name, or the end of what a link leads to. */
   struct Step {
-    fs::path name;
+    std::string name;
     std::optional<Link> end_of{};
 
     bool is_end() const { return end_of.has_value(); }
   };
 
-  void begin_at(const fs::path& path) {
-    std::error_code unknown;
-    m_path = path.is_absolute() ? "/" : fs::current_path(unknown);
+  void begin_at(const std::string& path) {
+    const bool is_absolute = path.starts_with('/');
+    m_path = is_absolute ? "/" : current_folder();
     m_way.entries.push_back(m_path);
-    enter(Descriptor{open(path.is_absolute() ? "/" : ".", O_PATH | O_DIRECTORY | O_CLOEXEC)});
+    enter(Entry{Descriptor{open(is_absolute ? "/" : ".", O_PATH | O_DIRECTORY | O_CLOEXEC)}});
   }
 
   bool is_sensible() const { return m_links <= most_links && m_way.entries.size() < most_entries; }
 
   /** Puts the names of a path before the other steps; the next step is the last element. */
-  void add_names(const fs::path& path) {
-    const std::vector<fs::path> names{path.begin(), path.end()};
+  void add_names(const std::string& path) {
+    const auto names = split(path, '/');
     std::transform(names.rbegin(), names.rend(), std::back_inserter(m_steps),
-                   [](const fs::path& name) { return Step{name}; });
+                   [](std::string_view name) { return Step{std::string{name}}; });
+    if (path.starts_with('/')) m_steps.push_back({"/"});
   }
 
   void take_step() {
@@ -102,35 +115,36 @@ class Walk {
     if (step.end_of) return end_link(*step.end_of);
     if (step.name.empty() || step.name == ".") return;
     if (step.name == "..") return go_up();
-    if (step.name.is_absolute()) return begin_at(step.name);
+    if (step.name == "/") return begin_at(step.name);
     pass(step.name);
   }
 
   void go_up() {
-    m_path = m_path.parent_path();
-    enter(Descriptor{openat(m_at.number(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC)});
+    m_path.resize(std::max<std::size_t>(m_path.rfind('/'), 1));
+    enter(Entry{Descriptor{openat(folder(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC)}});
   }
 
-  void pass(const fs::path& name) {
-    auto entry = look_up(name.c_str());
-    auto path = m_path / name;
+  void pass(const std::string& name) {
+    Entry entry{look_up(name.c_str())};
+    auto path = m_path == "/" ? m_path + name : m_path + '/' + name;
     m_way.entries.push_back(path);
-    struct stat status {};
-    m_way.whole = m_way.whole && entry && fstat(entry.number(), &status) == 0;
+    m_way.whole = m_way.whole && entry.is_there;
     // A link with a slash after it, which gives an empty name, means what the link leads to.
-    if (S_ISLNK(status.st_mode) && !m_steps.empty()) {
-      return follow({path, status.st_uid}, content_of(entry));
+    if (S_ISLNK(entry.status.st_mode) && !m_steps.empty()) {
+      return follow({path, entry.status.st_uid}, content_of(entry.descriptor));
     }
     m_path = std::move(path);
     enter(std::move(entry));
   }
 
   Descriptor look_up(const char* name) {
-    auto entry = open_entry(m_at, name);
-    const bool is_made = !entry && errno == ENOENT && may_make() &&
-                         mkdirat(m_at.number(), name, new_folder_mode) == 0;
-    return is_made ? open_entry(m_at, name) : std::move(entry);
+    auto entry = open_entry(folder(), name);
+    const bool is_made =
+        !entry && errno == ENOENT && may_make() && mkdirat(folder(), name, new_folder_mode) == 0;
+    return is_made ? open_entry(folder(), name) : std::move(entry);
   }
+
+  int folder() const { return m_at.descriptor.number(); }
 
   /** Like mkdir(2), this makes nothing at the end of a link; nor where a foreign one has led. */
   bool may_make() const {
@@ -138,7 +152,7 @@ class Walk {
            std::ranges::none_of(m_steps, &Step::is_end);
   }
 
-  void follow(const Link& link, const fs::path& content) {
+  void follow(const Link& link, const std::string& content) {
     ++m_links;
     m_steps.push_back({{}, link});
     add_names(content);
@@ -146,39 +160,35 @@ class Walk {
 
   /** The way has come to where a link leads. */
   void end_link(const Link& link) {
-    if (link.owner != 0 && !m_way.foreign && m_owner != link.owner) m_way.foreign = link;
+    const bool belongs_to_maker = m_at.is_there && m_at.status.st_uid == link.owner;
+    if (link.owner != 0 && !m_way.foreign && !belongs_to_maker) m_way.foreign = link;
   }
 
   /** Goes on from an entry, which is none when it is not there. */
-  void enter(Descriptor entry) {
-    struct stat status {};
+  void enter(Entry entry) {
     m_at = std::move(entry);
-    const bool is_there = m_at && fstat(m_at.number(), &status) == 0;
-    m_owner = is_there ? std::optional{status.st_uid} : std::nullopt;
-    if (S_ISDIR(status.st_mode)) {
-      constexpr mode_t others = S_IWGRP | S_IWOTH;
-      m_way.shared = m_way.shared || status.st_uid != 0 || (status.st_mode & others) != 0;
-    }
+    if (!S_ISDIR(m_at.status.st_mode)) return;
+    constexpr mode_t others = S_IWGRP | S_IWOTH;
+    m_way.shared = m_way.shared || m_at.status.st_uid != 0 || (m_at.status.st_mode & others) != 0;
   }
 
   Missing m_missing;
   Way m_way;
   std::vector<Step> m_steps;
-  fs::path m_path;
-  Descriptor m_at;
-  /** The owner of the entry that the walk has come to; none when it is not there. */
-  std::optional<uid_t> m_owner;
+  std::string m_path;
+  /** The entry that the walk has come to. */
+  Entry m_at;
   int m_links = 0;
 };
 
 }  // namespace
 
-Way way_along(const fs::path& path, Missing missing) {
+Way way_along(const std::string& path, Missing missing) {
   return Walk{path, missing}.take_way();
 }
 
-Way way_behind(const Link& link, const fs::path& content) {
-  return Walk{content / "", Missing::leave, link}.take_way();
+Way way_behind(const Link& link, const std::string& content) {
+  return Walk{content + '/', Missing::leave, link}.take_way();
 }
 
 Place::Place(const std::string& path, Missing missing)

@@ -6,7 +6,6 @@
 
 #include <sys/types.h>
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,7 +16,7 @@ namespace varnholt::files {
 
 /** A symbolic link, and the user who has made it. */
 struct Link {
-  std::filesystem::path path;
+  std::string path;
   uid_t owner = 0;
 };
 
@@ -28,7 +27,7 @@ struct Way {
    * their last name. The last entry is where the path ends, which may be a link. From the first
    * entry on that is not there, the rest follows as it is spelled.
    */
-  std::vector<std::filesystem::path> entries;
+  std::vector<std::string> entries;
   /** Whether all entries are there, and are as many as a sensible path has. */
   bool whole = true;
   /** The entry at which the path ends, opened with O_PATH; none unless the way is whole. */
@@ -49,10 +48,10 @@ enum class Missing { leave, make };
  * Goes the way along a path. A link at its end is followed when a slash comes after it. Folders
  * that are missing are made with mode 0775, reduced by the umask, when the caller wants that.
  */
-Way way_along(const std::filesystem::path& path, Missing missing = Missing::leave);
+Way way_along(const std::string& path, Missing missing = Missing::leave);
 
 /** Goes the way that a link leads whose content is this path, to its very end. */
-Way way_behind(const Link& link, const std::filesystem::path& content);
+Way way_behind(const Link& link, const std::string& content);
 
 /** The folder above a path, for root's own system calls and as the bounds of its commands. */
 class Place {

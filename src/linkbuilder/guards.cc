@@ -30,7 +30,7 @@ bool is_link_with_slash(const std::string& path) {
 
 }  // namespace
 
-bool deletion_takes_away(const std::filesystem::path& doomed, const std::filesystem::path& path) {
+bool deletion_takes_away(const std::string& doomed, const std::string& path) {
   const auto doomed_way = files::way_along(doomed);
   const auto way = files::way_along(path);
   if (!doomed_way.whole || !way.whole) return true;

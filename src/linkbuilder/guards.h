@@ -3,7 +3,6 @@
 // overlap of two paths, by a mount, or by a slash at the end of a path.
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 namespace varnholt::linkbuilder {
@@ -14,7 +13,7 @@ namespace varnholt::linkbuilder {
  * means the link itself, because rm(1) and mv(1) do not touch what it leads to. Returns true as
  * well when one of the two does not exist.
  */
-bool deletion_takes_away(const std::filesystem::path& doomed, const std::filesystem::path& path);
+bool deletion_takes_away(const std::string& doomed, const std::string& path);
 
 /** How a place is cleared before something moves there. */
 enum class Clearing {

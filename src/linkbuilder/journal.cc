@@ -22,7 +22,9 @@ namespace {
 /** Returns a path as an absolute one without links above its last name; empty when it has none. */
 std::string real_path(const std::string& path) {
   const auto way = files::way_along(folder_above(path));
-  return way.whole ? way.entries.back() / last_name(path) : "";
+  if (!way.whole) return {};
+  const auto& folder = way.entries.back();
+  return (folder == "/" ? folder : folder + '/') + last_name(path);
 }
 
 /** Returns the number of entries that mv(1) must copy; 0 when it renames. */

@@ -117,7 +117,7 @@ Continuation continuation_of_undoing(const Work& work, const store::Definitions&
 }
 
 /** Returns the places of entries in their file systems. */
-std::vector<files::Spot> spots_of(const std::vector<std::filesystem::path>& entries,
+std::vector<files::Spot> spots_of(const std::vector<std::string>& entries,
                                   const files::Mounts& mounts) {
   std::vector<files::Spot> spots;
   spots.reserve(entries.size());
