@@ -71,8 +71,7 @@ void PrivateRoot::SetUp() {
   if (error != 0) GTEST_SKIP() << "no mount namespace of one's own here: " << g_strerror(error);
   root = varnholt::scratch_folder() + "/root";
   fs::create_directory(root);
-  // Everybody may write to the root of a tmpfs, so that the program confines its commands.
-  ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, nullptr), 0);
+  ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, "mode=755"), 0);
   constexpr auto* furnish =
       "set -e; cd \"$1\"; mkdir usr proc dev run; ln -s usr/bin usr/lib usr/lib64 ."
       "; touch dev/null dev/varnholt dev/varnholt-check"
