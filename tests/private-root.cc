@@ -121,7 +121,8 @@ void PrivateRoot::plant(const std::string& listing) const {
 }
 
 std::string PrivateRoot::tree() const {
-  return shell(R"(find . -regex './\(usr\|proc\|dev\|run\|bin\|lib\|lib64\|etc/.varnholt.ini\)' -prune \
+  return shell(
+      R"(find . -regex './\(usr\|proc\|dev\|run\|bin\|lib\|lib64\|etc/.varnholt.ini\)' -prune \
     -o -path ./etc/.varnholt.unfinished -printf '%P\n' -o -type l -printf '%P -> %l\n' -o -type f -printf '%P: ' -exec cat {} \; -printf '\n' \
     -o -type p -printf '%P|\n' -o -type d -empty -printf '%P/\n' | sort)");
 }
