@@ -70,6 +70,13 @@ void build_fresh_link(const model::BakDefFields& v, const files::Place& place) {
   report_link(v, result);
 }
 
+bool move_entry(const std::string& from, const std::string& to) {
+  Step step;
+  step.moves(from);
+  step.makes(to);
+  return step.run("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) == 0;
+}
+
 }  // namespace
 
 void build_symlink(const model::BakDefFields& v, Journal& journal) {
@@ -163,12 +170,8 @@ bool move_file_force(const std::string& from_fn, const std::string& to_fn, Journ
       return false;
     }
   }
-  const bool may_move = clearing != Clearing::refuse && journal.about_to_move(from, to);
-  Step step;
-  step.moves(from);
-  step.makes(to);
   const bool moved =
-      may_move && step.run("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) == 0;
+      clearing != Clearing::refuse && journal.about_to_move(from, to) && move_entry(from, to);
   if (!moved) print_failure("move file  from  %s  to %s failed \n", from.c_str(), to.c_str());
   return moved;
 }
