@@ -52,23 +52,30 @@ struct Entry {
 class Listing {
  public:
   explicit Listing(const Entry& folder) : m_depth(folder.depth + 1) {
-    const int opened = m_depth < deepest ? folder.open(O_DIRECTORY) : -1;
+    const int opened = folder.open(O_DIRECTORY);
     m_folder.reset(opened < 0 ? nullptr : fdopendir(opened));
-    const dirent* next = nullptr;
-    for (errno = m_folder ? 0 : ELOOP; m_folder && (next = readdir(m_folder.get())) != nullptr;) {
-      const std::string_view name = next->d_name;
-      if (name != "." && name != "..") m_names.emplace_back(name);
-    }
-    m_error = errno;
+    m_error = m_folder ? 0 : errno;
+    if (m_depth >= deepest) m_error = ELOOP;
+    if (m_error == 0) read_names();
   }
 
   /** Returns 0 when all names could be read, or an errno. */
   int error() const { return m_error; }
   const std::vector<std::string>& names() const { return m_names; }
   Entry entry(const std::string& name) const { return {number(), name.c_str(), m_depth}; }
-  int number() const { return dirfd(m_folder.get()); }
 
  private:
+  int number() const { return dirfd(m_folder.get()); }
+
+  void read_names() {
+    errno = 0;
+    while (const auto* const next = readdir(m_folder.get())) {
+      const std::string_view name = next->d_name;
+      if (name != "." && name != "..") m_names.emplace_back(name);
+    }
+    m_error = errno;
+  }
+
   int m_depth;
   std::unique_ptr<DIR, FreeWith<closedir>> m_folder;
   std::vector<std::string> m_names;
