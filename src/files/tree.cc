@@ -51,10 +51,8 @@ struct Entry {
 /** A folder, and the names of its entries. */
 class Listing {
  public:
-  explicit Listing(const Entry& folder) : m_depth(folder.depth + 1) {
-    const int opened = folder.open(O_DIRECTORY);
-    m_folder.reset(opened < 0 ? nullptr : fdopendir(opened));
-    m_error = m_folder ? 0 : errno;
+  explicit Listing(const Entry& folder)
+      : m_depth(folder.depth + 1), m_folder(opened(folder)), m_error(m_folder ? 0 : errno) {
     if (m_depth >= deepest) m_error = ELOOP;
     if (m_error == 0) read_names();
   }
@@ -65,6 +63,11 @@ class Listing {
   Entry entry(const std::string& name) const { return {number(), name.c_str(), m_depth}; }
 
  private:
+  static DIR* opened(const Entry& folder) {
+    const int number = folder.open(O_DIRECTORY);
+    return number < 0 ? nullptr : fdopendir(number);
+  }
+
   int number() const { return dirfd(m_folder.get()); }
 
   void read_names() {
@@ -78,8 +81,8 @@ class Listing {
 
   int m_depth;
   std::unique_ptr<DIR, FreeWith<closedir>> m_folder;
+  int m_error;
   std::vector<std::string> m_names;
-  int m_error = 0;
 };
 
 /** Reads as much as there is at a position, up to the size of the block; false on a failure. */
