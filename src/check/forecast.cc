@@ -233,10 +233,10 @@ std::string too_deep_path(const model::BakDefFields& definition) {
 }
 
 std::optional<files::Link> foreign_link_for(const linkbuilder::Work& work) {
-  if (work.stage == linkbuilder::Stage::undo) {
-    return linkbuilder::foreign_link(work.to, work.from, work.from);
-  }
   const files::Place place{work.to};
+  if (work.stage == linkbuilder::Stage::undo) {
+    return place.foreign() ? place.foreign() : files::way_behind({}, work.from).foreign;
+  }
   return linkbuilder::foreign_link({.from = work.from, .to = work.to}, linkbuilder::LinkTask::adopt,
                                    place);
 }

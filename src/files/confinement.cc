@@ -53,9 +53,11 @@ std::uint64_t rights_to(Permission::To what) {
     case Permission::To::read:
       return reading;
     case Permission::To::take:
-      return reading | taking;
+      return taking;
     case Permission::To::put:
       return putting;
+    case Permission::To::move:
+      return taking | putting;
     case Permission::To::change:
       break;
   }

@@ -13,10 +13,12 @@ struct Permission {
   enum class To {
     /** Read it. */
     read,
-    /** Remove what is in it, or move that away. */
+    /** Remove what is in it, or move that away, without reading. */
     take,
     /** Make something in it, or move something there. */
     put,
+    /** Give it another name and folder. */
+    move,
     /** All of these. */
     change,
   };

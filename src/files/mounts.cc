@@ -102,7 +102,8 @@ bool lie_on_different_mounts(const std::string& path, const std::string& other) 
   struct statx another {};
   return statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &one) == 0 &&
          statx(AT_FDCWD, other.c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &another) == 0 &&
-         one.stx_mnt_id != another.stx_mnt_id;
+         (one.stx_mnt_id != another.stx_mnt_id || one.stx_dev_major != another.stx_dev_major ||
+          one.stx_dev_minor != another.stx_dev_minor);
 }
 
 bool copies_folders(const std::string& folder) {

@@ -63,7 +63,8 @@ class Mounts {
 
 /**
  * Returns whether two paths lead to different mounts, between which rename(2) does not work even
- * when both are of one file system. Returns false when one of them leads nowhere.
+ * when both are of one file system, or to different subvolumes. Returns false when one of them
+ * leads nowhere.
  */
 bool lie_on_different_mounts(const std::string& path, const std::string& other);
 

@@ -166,6 +166,28 @@ bool is_part(const Entry& part, const Entry& whole) {
          });
 }
 
+/**
+ * Gives each link in a copy to the owner of its original, or of the folder where that is missing.
+ * Returns whether that could be done.
+ */
+bool give_links(const Entry& copy, const Entry& original, uid_t owner_of_folder) {
+  if (copy.kind() == S_IFLNK) {
+    const uid_t owner = original.kind() == S_IFLNK ? original.status.st_uid : owner_of_folder;
+    constexpr auto same_group = static_cast<gid_t>(-1);
+    return fchownat(copy.folder, copy.name, owner, same_group, AT_SYMLINK_NOFOLLOW) == 0;
+  }
+  if (copy.kind() != S_IFDIR) return true;
+  const Listing inside{copy};
+  const Descriptor counterparts{original.open(O_DIRECTORY)};
+  const uid_t owner = original.is_there ? original.status.st_uid : owner_of_folder;
+  bool all_given = inside.error() == 0;
+  for (const auto& name : inside.names()) {
+    const Entry counterpart{counterparts.number(), name.c_str(), 0};
+    all_given = give_links(inside.entry(name), counterpart, owner) && all_given;
+  }
+  return all_given;
+}
+
 int remove_from(const Entry& entry) {
   if (!entry.is_there) return 0;
   int how = 0;
@@ -195,6 +217,13 @@ bool is_part_of_copy(const std::string& part, const std::string& whole) {
   const Place place{without_final_slashes(part)};
   const Place place_of_whole{without_final_slashes(whole)};
   return is_part(Entry{place}, Entry{place_of_whole});
+}
+
+bool give_links_to_owners(const std::string& copy, const std::string& original) {
+  const Place place{without_final_slashes(copy)};
+  const Place place_of_original{original.ends_with('/') ? original + '.' : original};
+  const Entry top{place_of_original};
+  return give_links(Entry{place}, top, top.status.st_uid);
 }
 
 int remove_tree(const std::string& path) {

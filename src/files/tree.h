@@ -22,6 +22,12 @@ std::uint64_t entries_at(const std::string& path);
  */
 bool is_part_of_copy(const std::string& part, const std::string& whole);
 
+/**
+ * Gives each link in a copy to the owner of its original: a link of root's is followed wherever it
+ * leads, and cp(1) makes all of them root's. Returns whether that could be done.
+ */
+bool give_links_to_owners(const std::string& copy, const std::string& original);
+
 /** Removes everything from a path down. Returns 0, or the errno of the first failure. */
 int remove_tree(const std::string& path);
 

@@ -120,7 +120,9 @@ class Walk {
   }
 
   void go_up() {
-    m_path.resize(std::max<std::size_t>(m_path.rfind('/'), 1));
+    // A folder that has been removed has no path any more.
+    const auto slash = m_path.rfind('/');
+    m_path.resize(slash == std::string::npos ? 0 : std::max<std::size_t>(slash, 1));
     enter(Entry{Descriptor{openat(folder(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC)}});
   }
 
@@ -167,9 +169,7 @@ class Walk {
   /** Goes on from an entry, which is none when it is not there. */
   void enter(Entry entry) {
     m_at = std::move(entry);
-    if (!S_ISDIR(m_at.status.st_mode)) return;
-    constexpr mode_t others = S_IWGRP | S_IWOTH;
-    m_way.shared = m_way.shared || m_at.status.st_uid != 0 || (m_at.status.st_mode & others) != 0;
+    m_way.shared = m_way.shared || is_shared_folder(m_at.status);
   }
 
   Missing m_missing;
@@ -182,6 +182,11 @@ class Walk {
 };
 
 }  // namespace
+
+bool is_shared_folder(const struct stat& status) {
+  constexpr mode_t others = S_IWGRP | S_IWOTH;
+  return S_ISDIR(status.st_mode) && (status.st_uid != 0 || (status.st_mode & others) != 0);
+}
 
 Way way_along(const std::string& path, Missing missing) {
   return Walk{path, missing}.take_way();
@@ -203,6 +208,12 @@ Place::Place(const std::string& path, Missing missing)
 
 bool Place::is_refused() const {
   return m_foreign && geteuid() == 0;
+}
+
+std::pair<std::string, uid_t> Place::link() const {
+  const Entry entry{open_entry(folder(), name())};
+  if (!S_ISLNK(entry.status.st_mode)) return {};
+  return {content_of(entry.descriptor), entry.status.st_uid};
 }
 
 bool Place::is_shared() const {

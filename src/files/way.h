@@ -4,10 +4,12 @@
 // between two looks.
 #pragma once
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/descriptor.h"
@@ -41,6 +43,9 @@ struct Way {
   bool shared = false;
 };
 
+/** Returns whether others than root can exchange the entries of a folder; false for no folder. */
+bool is_shared_folder(const struct stat& status);
+
 /** What is done about folders that are missing on a way. */
 enum class Missing { leave, make };
 
@@ -69,6 +74,8 @@ class Place {
   bool is_refused() const;
   /** Returns whether others than root can exchange the path, or a folder on the way to it. */
   bool is_shared() const;
+  /** Returns the content and the owner of the link at the path, from one look; empty for none. */
+  std::pair<std::string, uid_t> link() const;
 
  private:
   std::string m_path;

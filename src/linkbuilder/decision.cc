@@ -75,9 +75,10 @@ std::optional<files::Link> foreign_link(const std::string& link, const std::stri
                                         const std::string& source) {
   const files::Place place{link};
   if (place.foreign()) return place.foreign();
-  struct stat status {};
-  const bool is_foreign = content != source && lstat(link.c_str(), &status) == 0;
-  return files::way_behind({link, is_foreign ? status.st_uid : 0}, content).foreign;
+  const auto [seen, owner] = place.link();
+  // Somebody is exchanging it.
+  if (seen != content) return files::Link{link, owner};
+  return files::way_behind({link, content == source ? 0 : owner}, content).foreign;
 }
 
 }  // namespace varnholt::linkbuilder

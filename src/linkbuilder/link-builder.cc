@@ -71,7 +71,9 @@ bool raise_limit(__rlimit_resource kind, rlim_t needed, const char* what) {
 bool raise_limits() {
   // Each level of a folder takes two descriptors when it is compared.
   constexpr rlim_t open_files = 2UL * PATH_MAX;
-  return raise_limit(RLIMIT_FSIZE, RLIM_INFINITY, "write large files") &&
+  constexpr rlim_t stack = 8UL << 20;
+  return raise_limit(RLIMIT_STACK, stack, "use much memory") &&
+         raise_limit(RLIMIT_FSIZE, RLIM_INFINITY, "write large files") &&
          raise_limit(RLIMIT_NOFILE, open_files, "open many files");
 }
 

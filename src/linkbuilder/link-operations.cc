@@ -12,6 +12,7 @@
 #include "base/glib-ptr.h"
 #include "base/path.h"
 #include "base/shell.h"
+#include "files/tree.h"
 #include "files/way.h"
 #include "linkbuilder/backup-name.h"
 #include "linkbuilder/decision.h"
@@ -72,8 +73,7 @@ void build_fresh_link(const model::BakDefFields& v, const files::Place& place) {
 
 bool move_entry(const std::string& from, const std::string& to) {
   Step step;
-  step.moves(from);
-  step.makes(to);
+  step.moves(from, to);
   return step.run("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) == 0;
 }
 
@@ -145,13 +145,14 @@ std::string backup_file(const std::string& filename) {
     auto name = backup_name(filename, number);
     if (is_there(name)) continue;
     Step step;
-    step.moves(filename);
-    step.makes(name);
+    step.moves(filename, name);
     const int status =
         step.run("/bin/mv -f " + path_argument(filename) + ' ' + path_argument(name));
     if (status == 0) return name;
     print_failure("rename from %s to  %s  failed ,return code  %d \n", filename.c_str(),
                   name.c_str(), status);
+    // No other name helps a command that is not run.
+    if (status < 0) break;
   }
   print_failure("can not  assign  a temp name for  %s \n", filename.c_str());
   return {};
@@ -197,15 +198,18 @@ void restore_del_symlink(const std::string& link, const std::string& source, Jou
   if (is_led_astray(foreign_link(link, decision.content, source), link)) return;
   if (!journal.about_to_undo(link, decision.content)) return;
   Step step;
-  step.removes(link);
-  step.makes(link);
+  step.replaces(link);
   step.reads(decision.content);
   const auto copy = path_argument(link);
   const std::string command =
       "/bin/rm -rf " + copy + " && /bin/cp -r " + path_argument(content) + "  " + copy + ' ';
   const int status = step.run(command);
   print_failure("execute  [%s]  return code %d \n", command.c_str(), status);
-  if (status == 0) journal.done();
+  if (status != 0) return;
+  if (!files::give_links_to_owners(link, decision.content)) {
+    print_failure("links in %s belong to root now, whoever has made them\n", link.c_str());
+  }
+  journal.done();
 }
 
 }  // namespace varnholt::linkbuilder

@@ -2,16 +2,18 @@
 // One command of an operation, bound to the places that it is meant for.
 #include "linkbuilder/step.h"
 
-#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <utility>
 
 #include "base/diagnostics.h"
 #include "base/shell.h"
+#include "files/mounts.h"
 #include "linkbuilder/stop-signals.h"
 
 namespace varnholt::linkbuilder {
 namespace {
-
-using To = files::Permission::To;
 
 /** Tells once that commands are not confined here. */
 void report_no_confinement() {
@@ -26,22 +28,25 @@ void report_no_confinement() {
 
 }  // namespace
 
-void Step::moves(const std::string& path) {
-  const auto& place = open_place(path);
-  m_permissions.push_back({place.folder(), To::take});
-  allow_for_entry(place, To::change);
+void Step::moves(const std::string& from, const std::string& to) {
+  m_permissions.push_back({open_folder(from), To::take});
+  // What is renamed is not read, so that nobody can have root copy anything in its place.
+  allow_for_entry(from, files::mv_copies(from, to) ? To::change : To::move);
+  m_permissions.push_back({open_folder(to), To::put});
 }
 
 void Step::removes(const std::string& path) {
-  m_permissions.push_back({open_place(path).folder(), To::take});
+  m_permissions.push_back({open_folder(path), To::take});
+  allow_for_entry(path, To::change);
 }
 
-void Step::makes(const std::string& path) {
-  m_permissions.push_back({open_place(path).folder(), To::put});
+void Step::replaces(const std::string& path) {
+  m_permissions.push_back({open_folder(path), To::move});
 }
 
 void Step::reads(const std::string& path) {
-  allow_for_entry(open_place(path), To::read);
+  open_folder(path);
+  allow_for_entry(path, To::read);
 }
 
 int Step::run(const std::string& command_line) const {
@@ -54,20 +59,26 @@ int Step::run(const std::string& command_line) const {
   });
 }
 
-const files::Place& Step::open_place(const std::string& path) {
+int Step::open_folder(const std::string& path) {
   const auto& place = m_places.emplace_back(path);
   m_is_shared = m_is_shared || place.is_shared();
-  if (place.is_refused()) {
-    m_is_refused = true;
-    report_foreign_link(path, *place.foreign());
-  }
-  return place;
+  if (place.is_refused()) refuse(path, *place.foreign());
+  return place.folder();
 }
 
-void Step::allow_for_entry(const files::Place& place, To to) {
-  const auto& entry =
-      m_entries.emplace_back(openat(place.folder(), place.name(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
-  m_permissions.push_back({entry.number(), to});
+void Step::allow_for_entry(const std::string& path, To to) {
+  // With a slash at its end a path means what a link there leads to.
+  auto way = files::way_along(path);
+  if (way.foreign && geteuid() == 0) refuse(path, *way.foreign);
+  struct stat status {};
+  const bool is_there = fstat(way.end.number(), &status) == 0;
+  m_is_shared = m_is_shared || (is_there && files::is_shared_folder(status));
+  m_permissions.push_back({m_entries.emplace_back(std::move(way.end)).number(), to});
+}
+
+void Step::refuse(const std::string& path, const files::Link& link) {
+  m_is_refused = true;
+  report_foreign_link(path, link);
 }
 
 void report_foreign_link(const std::string& path, const files::Link& link) {

@@ -18,12 +18,12 @@ namespace varnholt::linkbuilder {
  */
 class Step {
  public:
-  /** The command moves the entry at a path away. */
-  void moves(const std::string& path);
+  /** The command moves an entry to another path. */
+  void moves(const std::string& from, const std::string& to);
   /** The command removes the entry at a path. */
   void removes(const std::string& path);
-  /** The command makes an entry at a path. */
-  void makes(const std::string& path);
+  /** The command removes the entry at a path and makes another one there. */
+  void replaces(const std::string& path);
   /** The command reads the entry at a path, and what is below it. */
   void reads(const std::string& path);
 
@@ -37,8 +37,10 @@ class Step {
   int run(const std::string& command_line) const;
 
  private:
-  const files::Place& open_place(const std::string& path);
-  void allow_for_entry(const files::Place& place, files::Permission::To to);
+  using To = files::Permission::To;
+  int open_folder(const std::string& path);
+  void allow_for_entry(const std::string& path, To to);
+  void refuse(const std::string& path, const files::Link& link);
 
   std::vector<files::Place> m_places;
   std::vector<Descriptor> m_entries;
