@@ -113,6 +113,8 @@ void Journal::done() {
   m_in_hand = false;
   m_to_sync = std::move(m_note.works.back());
   m_note.works.pop_back();
+  // What mv(1) has copied is nowhere else now.
+  if (m_to_sync->entries > 0) return sync_work(*std::exchange(m_to_sync, std::nullopt));
   // A copy that is a link itself must not be undone in its turn.
   if (m_to_sync->stage == Stage::undo) write();
 }
