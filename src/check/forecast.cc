@@ -206,8 +206,9 @@ void take_back(Forecast& forecast, const Finding& why) {
   forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
   forecast.findings.clear();
   for (const auto& path : {to, from, linkbuilder::free_backup_name(to)}) {
-    forecast.footprint.changed.push_back(entries_on(path).back());
-    forecast.footprint.whole.push_back(entries_on(path).back());
+    const auto end = entries_on(path).back();
+    forecast.footprint.changed.push_back(end);
+    forecast.footprint.whole.push_back(end);
   }
   forecast.add(why);
 }

@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <memory>
@@ -121,12 +120,6 @@ bool begins_alike(const Entry& shorter, const Entry& longer) {
   return true;
 }
 
-std::string content_of(const Entry& link) {
-  std::array<char, PATH_MAX> content;  // NOLINT(*-member-init): readlinkat fills it
-  const auto length = readlinkat(link.folder, link.name, content.data(), content.size());
-  return {content.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
-}
-
 /** Returns whether an entry can be a copy of another one, a file perhaps only its beginning. */
 bool can_be_copy(const Entry& copy, const Entry& original) {
   if (!copy.is_there || !original.is_there || copy.kind() != original.kind()) return false;
@@ -134,7 +127,8 @@ bool can_be_copy(const Entry& copy, const Entry& original) {
     case S_IFREG:
       return copy.status.st_size <= original.status.st_size && begins_alike(copy, original);
     case S_IFLNK:
-      return content_of(copy) == content_of(original);
+      return content_of_link(copy.folder, copy.name) ==
+             content_of_link(original.folder, original.name);
     case S_IFCHR:
     case S_IFBLK:
       return copy.status.st_rdev == original.status.st_rdev;

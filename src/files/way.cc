@@ -45,10 +45,9 @@ Descriptor open_without_links(const std::string& folder) {
       static_cast<int>(syscall(SYS_openat2, AT_FDCWD, folder.c_str(), &how, sizeof how))};
 }
 
-std::string content_of(const Descriptor& link) {
-  std::array<char, PATH_MAX> content;  // NOLINT(*-member-init): readlinkat fills it
-  const auto length = readlinkat(link.number(), "", content.data(), content.size());
-  return {content.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+bool is_shared_folder(const struct stat& status) {
+  constexpr mode_t others = S_IWGRP | S_IWOTH;
+  return S_ISDIR(status.st_mode) && (status.st_uid != 0 || (status.st_mode & others) != 0);
 }
 
 /** An entry on the way, opened, and what fstat(2) says of it. */
@@ -133,7 +132,7 @@ class Walk {
     m_way.whole = m_way.whole && entry.is_there;
     // A link with a slash after it, which gives an empty name, means what the link leads to.
     if (S_ISLNK(entry.status.st_mode) && !m_steps.empty()) {
-      return follow({path, entry.status.st_uid}, content_of(entry.descriptor));
+      return follow({path, entry.status.st_uid}, content_of_link(entry.descriptor.number(), ""));
     }
     m_path = std::move(path);
     enter(std::move(entry));
@@ -183,9 +182,10 @@ class Walk {
 
 }  // namespace
 
-bool is_shared_folder(const struct stat& status) {
-  constexpr mode_t others = S_IWGRP | S_IWOTH;
-  return S_ISDIR(status.st_mode) && (status.st_uid != 0 || (status.st_mode & others) != 0);
+std::string content_of_link(int folder, const char* name) {
+  std::array<char, PATH_MAX> content;  // NOLINT(*-member-init): readlinkat fills it
+  const auto length = readlinkat(folder, name, content.data(), content.size());
+  return {content.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
 }
 
 Way way_along(const std::string& path, Missing missing) {
@@ -213,7 +213,7 @@ bool Place::is_refused() const {
 std::pair<std::string, uid_t> Place::link() const {
   const Entry entry{open_entry(folder(), name())};
   if (!S_ISLNK(entry.status.st_mode)) return {};
-  return {content_of(entry.descriptor), entry.status.st_uid};
+  return {content_of_link(entry.descriptor.number(), ""), entry.status.st_uid};
 }
 
 bool Place::is_shared() const {

@@ -4,7 +4,6 @@
 // between two looks.
 #pragma once
 
-#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <optional>
@@ -43,8 +42,11 @@ struct Way {
   bool shared = false;
 };
 
-/** Returns whether others than root can exchange the entries of a folder; false for no folder. */
-bool is_shared_folder(const struct stat& status);
+/**
+ * Returns the content of a link in an open folder, or of an opened link for the name ""; empty when
+ * it cannot be read.
+ */
+std::string content_of_link(int folder, const char* name);
 
 /** What is done about folders that are missing on a way. */
 enum class Missing { leave, make };

@@ -2,7 +2,6 @@
 // One command of an operation, bound to the places that it is meant for.
 #include "linkbuilder/step.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <utility>
@@ -45,7 +44,6 @@ void Step::replaces(const std::string& path) {
 }
 
 void Step::reads(const std::string& path) {
-  open_folder(path);
   allow_for_entry(path, To::read);
 }
 
@@ -70,15 +68,13 @@ void Step::allow_for_entry(const std::string& path, To to) {
   // With a slash at its end a path means what a link there leads to.
   auto way = files::way_along(path);
   if (way.foreign && geteuid() == 0) refuse(path, *way.foreign);
-  struct stat status {};
-  const bool is_there = fstat(way.end.number(), &status) == 0;
-  m_is_shared = m_is_shared || (is_there && files::is_shared_folder(status));
+  m_is_shared = m_is_shared || way.shared;
   m_permissions.push_back({m_entries.emplace_back(std::move(way.end)).number(), to});
 }
 
 void Step::refuse(const std::string& path, const files::Link& link) {
+  if (!m_is_refused) report_foreign_link(path, link);
   m_is_refused = true;
-  report_foreign_link(path, link);
 }
 
 void report_foreign_link(const std::string& path, const files::Link& link) {
