@@ -224,10 +224,10 @@ UNDER_WAY = [
     Attack("the copy of a folder, before that gets its mode", undoes(f"{OURS}/x"),
            MANY + f"mkdir {BACK}/x; mv docs {BACK}/x/v; chmod 577 {BACK}/x/v; ln -s /home ~/trap",
            f"ln -s {BACK}/x {OURS}/x",
-           f"until closed {BACK}/x/v/150 exchange {OURS}/x {OURS}/trap", promised=False),
+           f"until closed {BACK}/x/v/150 exchange {OURS}/x {OURS}/trap"),
     Attack("the copy of a folder, before that gets its owner", makes(f"{BACK}/x", f"{OURS}/x"),
            MANY + f"mkdir x; mv docs x/profile.d; ln -s /etc {BACK}/trap", disks=("data_bak/u=1m",),
-           racer=f"until closed {OURS}/x/profile.d/150 exchange {BACK}/x {BACK}/trap", promised=False),
+           racer=f"until closed {OURS}/x/profile.d/150 exchange {BACK}/x {BACK}/trap"),
     Attack("the same after an exchange that makes mv copy", makes(f"{BACK}/x", f"{OURS}/x"),
            MANY + f"mkdir x y; mv docs y/profile.d; ln -s /etc {BACK}/trap",
            racer=f"until moved_to {OURS}/x.bak_0 within 4000 exchange {OURS}/x.bak_0 {OURS}/y "

@@ -17,6 +17,7 @@
 
 #include "base/descriptor.h"
 #include "base/shell.h"
+#include "files/read-only-view.h"
 
 namespace varnholt::files {
 namespace {
@@ -97,29 +98,52 @@ class Ruleset {
   Descriptor m_rules;
 };
 
+/** Returns the folders in which a command makes or removes something. */
+std::vector<int> changed_folders(const std::vector<Permission>& permissions) {
+  std::vector<int> folders;
+  for (const auto& each : permissions) {
+    const bool is_folder = each.to != Permission::To::read && each.to != Permission::To::change;
+    if (is_folder && each.entry >= 0) folders.push_back(each.entry);
+  }
+  return folders;
+}
+
 struct Command {
   const std::string& line;
-  const Ruleset& rules;
+  const std::vector<Permission>& permissions;
+  Work work;
   int status = -1;
+
+  bool bind_thread() const {
+    if (work == Work::copy && can_confine(work) &&
+        !see_read_only_but(changed_folders(permissions))) {
+      return false;
+    }
+    if (!can_confine(Work::rename)) return true;
+    Ruleset rules;
+    for (const auto& each : permissions) rules.allow(each.entry, rights_to(each.to));
+    return rules.bind_thread();
+  }
 };
 
 gpointer run_bound(gpointer data) {
   auto& command = *static_cast<Command*>(data);
-  if (command.rules.bind_thread()) command.status = run_command(command.line);
+  if (command.bind_thread()) command.status = run_command(command.line);
   return nullptr;
 }
 
 }  // namespace
 
-bool can_confine() {
-  static const bool can = landlock_version() >= version_with_moves;
-  return can;
+bool can_confine(Work work) {
+  static const bool can_rename = landlock_version() >= version_with_moves;
+  if (work == Work::rename || !can_rename) return can_rename;
+  static const bool can_copy = can_have_read_only_view();
+  return can_copy;
 }
 
-int run_confined(const std::string& command_line, const std::vector<Permission>& permissions) {
-  Ruleset rules;
-  for (const auto& each : permissions) rules.allow(each.entry, rights_to(each.to));
-  Command command{command_line, rules};
+int run_confined(const std::string& command_line, const std::vector<Permission>& permissions,
+                 Work work) {
+  Command command{command_line, permissions, work};
   // The rules bind a thread until its end.
   if (auto* const thread = g_thread_try_new("command", run_bound, &command, nullptr)) {
     g_thread_join(thread);

@@ -26,14 +26,24 @@ struct Permission {
   To to = To::read;
 };
 
-/** Returns whether the kernel can confine a command that moves something to another folder. */
-bool can_confine();
+/** How a command works. */
+enum class Work {
+  /** It renames and deletes. */
+  rename,
+  /** It copies, and sets owners and modes by name: nothing outside of its folders may change. */
+  copy,
+};
+
+/** Returns whether such a command can be confined here, when it works in two folders. */
+bool can_confine(Work work);
 
 /**
  * Runs a command line as run_command() does. It may run and read the programs of the system, and
  * do what the permissions say; permissions without an entry count for nothing. This process stays
- * free. Returns -1 when the command cannot be confined; it is not run then.
+ * free. Returns -1 when the command could be confined, but something came in between; it is not run
+ * then.
  */
-int run_confined(const std::string& command_line, const std::vector<Permission>& permissions);
+int run_confined(const std::string& command_line, const std::vector<Permission>& permissions,
+                 Work work);
 
 }  // namespace varnholt::files

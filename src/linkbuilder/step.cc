@@ -19,7 +19,7 @@ void report_no_confinement() {
   static bool reported = false;
   if (!reported) {
     print_failure(
-        "this kernel cannot confine commands: nobody must exchange a folder on the way to a path "
+        "commands cannot be confined here: nobody must exchange a folder on the way to a path "
         "or a source while this run is at work\n");
   }
   reported = true;
@@ -30,7 +30,8 @@ void report_no_confinement() {
 void Step::moves(const std::string& from, const std::string& to) {
   m_permissions.push_back({open_folder(from), To::take});
   // What is renamed is not read, so that nobody can have root copy anything in its place.
-  allow_for_entry(from, files::mv_copies(from, to) ? To::change : To::move);
+  if (files::mv_copies(from, to)) m_work = files::Work::copy;
+  allow_for_entry(from, m_work == files::Work::copy ? To::change : To::move);
   m_permissions.push_back({open_folder(to), To::put});
 }
 
@@ -40,6 +41,7 @@ void Step::removes(const std::string& path) {
 }
 
 void Step::replaces(const std::string& path) {
+  m_work = files::Work::copy;
   m_permissions.push_back({open_folder(path), To::move});
 }
 
@@ -49,10 +51,9 @@ void Step::reads(const std::string& path) {
 
 int Step::run(const std::string& command_line) const {
   if (m_is_refused) return -1;
-  const bool is_confined = m_is_shared && files::can_confine();
-  if (m_is_shared && !is_confined) report_no_confinement();
+  if (m_is_shared && !files::can_confine(m_work)) report_no_confinement();
   return run_interruptibly([&] {
-    return is_confined ? files::run_confined(command_line, m_permissions)
+    return m_is_shared ? files::run_confined(command_line, m_permissions, m_work)
                        : run_command(command_line);
   });
 }

@@ -13,8 +13,8 @@ namespace varnholt::linkbuilder {
 
 /**
  * Says what a command is going to do, and then runs it. Where others than root can exchange a name
- * on the way to one of its paths, the command can do nothing else. Where a kernel cannot confine
- * it, that is told once, and it runs all the same.
+ * on the way to one of its paths, the command can do nothing else. Where it cannot be confined,
+ * that is told once, and it runs all the same.
  */
 class Step {
  public:
@@ -45,6 +45,7 @@ class Step {
   std::vector<files::Place> m_places;
   std::vector<Descriptor> m_entries;
   std::vector<files::Permission> m_permissions;
+  files::Work m_work = files::Work::rename;
   bool m_is_shared = false;
   bool m_is_refused = false;
 };
