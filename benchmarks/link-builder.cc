@@ -153,6 +153,7 @@ int main(int argc, char** argv) {
   // Adopting takes long, because three commands run for each file.
   std::vector<Size> adopted{{1'000, 5}, {10'000, 1}};
   if (arguments.full) adopted.push_back({100'000, 1});
+  compare("Everything linked already", Start::links, {ours, tmpfiles}, {{10, 61}});
   compare("Links to make", Start::nothing, {ours, bare_loop, tmpfiles, stow}, sizes);
   compare("Everything linked already", Start::links, {ours, bare_loop, tmpfiles, stow}, sizes);
   compare("Check: everything linked already", Start::links,

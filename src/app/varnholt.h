@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The class Main, which ties the parts of the program together: the window, the commands of its
 // buttons, and the profile that it loads and saves. Functions of the class that need no object of
-// it are declared elsewhere: its link operations in linkbuilder/, its prompts in ui/prompts.h, and
-// those on texts in store/profile.h.
+// it are declared elsewhere: its start in start/start.h, its link operations in linkbuilder/, its
+// prompts in ui/prompts.h, and those on texts in store/profile.h.
 #pragma once
 
 #include <array>
@@ -10,8 +10,6 @@
 #include <string>
 
 #include "base/glib-ptr.h"
-#include "linkbuilder/link-builder.h"
-#include "linkbuilder/link-operations.h"
 #include "store/profile.h"
 #include "ui/bak-def-widget.h"
 #include "ui/control-widget.h"
@@ -99,10 +97,3 @@ void main_save_imp(Main* self, std::string* text);
 
 /** Runs window mode until the main window is gone. The toolkit must be initialised. */
 void main_run_window();
-
-/**
- * Runs the program: as the link builder when one of the arguments, apart from the toolkit's own
- * options, is "--save_symlink", and otherwise with a window. `argv` begins with the program's own
- * name, and `argc` is the number of its entries. Always returns 0.
- */
-int main_main(char** argv, int argc);
