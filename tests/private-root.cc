@@ -74,10 +74,10 @@ void PrivateRoot::SetUp() {
   ASSERT_EQ(mount("none", root.c_str(), "tmpfs", 0, "mode=755"), 0);
   constexpr auto* furnish =
       "set -e; cd \"$1\"; mkdir usr proc dev run; ln -s usr/bin usr/lib usr/lib64 ."
-      "; touch dev/null dev/varnholt dev/varnholt-window dev/varnholt-check"
+      "; touch dev/null dev/varnholt dev/varnholt-window.so dev/varnholt-check"
       "; mount --rbind /proc proc; mount --bind -o ro /usr usr; mount --bind /dev/null dev/null"
       "; mount --bind -o ro \"$2\" dev/varnholt; mount --bind -o ro \"$3\" dev/varnholt-check"
-      "; mount --bind -o ro \"$2-window\" dev/varnholt-window; echo furnished";
+      "; mount --bind -o ro \"$2-window.so\" dev/varnholt-window.so; echo furnished";
   ASSERT_EQ(output_of({"sh", "-c", furnish, "sh", root.c_str(), VARNHOLT_PROGRAM,
                        VARNHOLT_CHECK_PROGRAM}),
             "furnished\n");

@@ -2,15 +2,13 @@
 // The start of the program: the choice of its mode.
 #include "start/start.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <clocale>
-#include <cstring>
 #include <filesystem>
-#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -19,6 +17,7 @@
 #include "base/diagnostics.h"
 #include "linkbuilder/link-builder.h"
 #include "start/arguments.h"
+#include "start/window-module.h"
 
 namespace {
 
@@ -38,17 +37,24 @@ bool means_link_builder(char** argv, int argc) {
   return std::ranges::count(arguments, std::string_view{"--save_symlink"}) > 0;
 }
 
-/** Replaces this process with the window's program. Returns only when that fails. */
-void become_window(char** argv) {
+/** Returns the path of the module with the window, by way of this program's own path. */
+std::filesystem::path window_module() {
   std::error_code failed;
-  const auto self = std::filesystem::read_symlink("/proc/self/exe", failed);
-  const std::string name = self.filename().string() + "-window";
-  for (const auto& folder : {self.parent_path(), self.parent_path() / VARNHOLT_PRIVATE_PROGRAMS}) {
-    execv((folder / name).c_str(), argv);
-    if (errno != ENOENT) break;
+  auto beside = std::filesystem::read_symlink("/proc/self/exe", failed);
+  beside += "-window.so";
+  if (std::filesystem::exists(beside, failed)) return beside;
+  return beside.parent_path() / VARNHOLT_MODULES / beside.filename();
+}
+
+void run_window_mode(int argc, char** argv) {
+  // The toolkit's own modules find it as in a program that is linked with it. Nothing is unloaded.
+  void* const module = dlopen(window_module().c_str(), RTLD_NOW | RTLD_GLOBAL);
+  void* const entry = module == nullptr ? nullptr : dlsym(module, "varnholt_run_window_mode");
+  if (entry == nullptr) {
+    varnholt::print_failure("varnholt: the window cannot be loaded: %s\n", dlerror());
+    return;
   }
-  varnholt::print_failure("varnholt: the window's program, %s, cannot be started: %s\n",
-                          name.c_str(), std::strerror(errno));
+  reinterpret_cast<decltype(&varnholt_run_window_mode)>(entry)(argc, argv);
 }
 
 }  // namespace
@@ -59,7 +65,7 @@ int main_main(char** argv, int argc) {
   if (means_link_builder(argv, argc)) {
     main_save_symbolic_dir();
   } else {
-    become_window(argv);
+    run_window_mode(argc, argv);
   }
   return 0;
 }
