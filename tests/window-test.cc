@@ -95,6 +95,23 @@ class Window : public DisplayTest {
     await_window();
   }
 
+  /** Returns whether all columns of a table can be seen, and its first and its last row. */
+  static std::string sight_of(GtkTreeView* view) {
+    settle();
+    auto* const across = gtk_tree_view_get_hadjustment(view);
+    const bool fits = gtk_adjustment_get_upper(across) <= gtk_adjustment_get_page_size(across);
+    GtkTreePath* first = nullptr;
+    GtkTreePath* last = nullptr;
+    if (gtk_tree_view_get_visible_range(view, &first, &last) == 0) return "nothing";
+    const int rows = gtk_tree_model_iter_n_children(gtk_tree_view_get_model(view), nullptr);
+    const bool has_first = *gtk_tree_path_get_indices(first) == 0;
+    const bool has_last = *gtk_tree_path_get_indices(last) == rows - 1;
+    gtk_tree_path_free(first);
+    gtk_tree_path_free(last);
+    return std::string{fits ? "all columns" : "some columns"} + (has_first ? ", first row" : "") +
+           (has_last ? ", last row" : "");
+  }
+
   /** Adds the command `name`, whose first word says what to do with the table. */
   void learn_table(Words name, auto* widget, auto read, auto written, auto add, auto edit) {
     connect(widget, "sig-selection-changed", widget, [=, this](GtkWidget*, int at, guint count) {
@@ -129,7 +146,8 @@ class Window : public DisplayTest {
          [=](int row, Words at) { click(widget->tree_view.get(), row, std::stoi(at), 2); }},
         {"delete", [=](int, Words) { widget->del_selected_items(); }},
         {"clear", [=](int, Words) { widget->clear_selection(); }},
-        {"show", [=](int, Words) { show_all(); }}};
+        {"show", [=](int, Words) { show_all(); }},
+        {"sight", [=, this](int, Words) { script.say(sight_of(widget->tree_view.get())); }}};
     script.commands[name] = [verbs](Words arguments) {
       std::istringstream words{arguments};
       std::string verb;
@@ -137,6 +155,15 @@ class Window : public DisplayTest {
       words >> verb >> row;
       verbs.at(verb)(row, arguments.substr(arguments.rfind(' ') + 1));
     };
+  }
+
+  /** Returns whether a widget is a caption that is shown only in part. */
+  static bool is_cut(GtkWidget* widget) {
+    if (!GTK_IS_LABEL(widget) || gtk_widget_get_mapped(widget) == 0) return false;
+    gtk_container_check_resize(GTK_CONTAINER(gtk_widget_get_toplevel(widget)));
+    int width = 0;
+    pango_layout_get_pixel_size(gtk_label_get_layout(GTK_LABEL(widget)), &width, nullptr);
+    return width > widget->allocation.width;
   }
 
   /** Adds the commands that use the window, and those that show it. */
@@ -154,6 +181,7 @@ class Window : public DisplayTest {
         const auto last = answer.rfind(' ') + 1;
         press(answer.substr(0, last));
         EXPECT_LT(GTK_WIDGET(dialog)->allocation.width, gdk_screen_width());
+        EXPECT_TRUE(GTK_IS_FILE_CHOOSER(dialog) || find(GTK_WIDGET(dialog), is_cut) == nullptr);
         script.say(text_of(dialog));
         press(answer.substr(last));
       });
@@ -198,6 +226,10 @@ class Window : public DisplayTest {
       std::string shown;
       for (const auto& each : main->pages) shown += gtk_widget_get_visible(each.get()) ? 'x' : '-';
       script.say(std::to_string(main->cur_page) + " buttons:" + pressed + " pages:" + shown);
+    };
+    on["font"] = [](Words name) {
+      g_object_set(gtk_settings_get_default(), "gtk-font-name", name.c_str(), nullptr);
+      settle();
     };
     on["flag"] = [this](Words flag) {
       auto* const routes = main->rut_table.get();

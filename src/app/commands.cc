@@ -93,8 +93,11 @@ bool is_confirmed(const Page& page, const char* title, int is_edit) {
 template <typename Page>
 void add(const Page& page) {
   if (!is_confirmed(page, Page::add_title, 0)) return;
+  const auto entered = page.entered();
   // Values that the table refuses stay in the dialog, where the user can correct them.
-  if (page.add(page.entered().get())) page.clear();
+  if (!page.add(entered.get())) return;
+  page.table->scroll_to(*entered);
+  page.clear();
 }
 
 template <typename Page>

@@ -222,6 +222,7 @@ struct CheckedRows {
     new_item->iter = row;
     new_item->is_selected = true;
     fill_by_other(old_item, new_item);
+    fit_columns();
     emit_selection_changed(find(row).index);
   }
 
@@ -258,9 +259,21 @@ struct CheckedRows {
       gtk_list_store_remove(store.get(), &row);
       return true;
     });
+    fit_columns();
+  }
+
+  /** Scrolls to the row of an item. */
+  void scroll_to(const Item& item) {
+    GtkTreeIter row = *item.iter;
+    const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
+        gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
+    gtk_tree_view_scroll_to_cell(tree_view.get(), path.get(), nullptr, FALSE, 0, 0);
   }
 
  private:
+  /** Lets columns become narrower that users can resize: by themselves they only grow. */
+  void fit_columns() { gtk_tree_view_columns_autosize(tree_view.get()); }
+
   template <std::size_t N>
   static GValue* data_of(std::array<Value, N>& values) {
     static_assert(sizeof(Value) == sizeof(GValue));

@@ -19,6 +19,8 @@ namespace {
 
 using varnholt::sink_object;
 using varnholt::model::BakDefFields;
+using varnholt::ui::Field;
+using varnholt::ui::Objection;
 
 /** The folder below which the backup keeps its copies. */
 constexpr std::string_view backup_folder = "/data_bak";
@@ -46,21 +48,24 @@ std::string location_in(GtkEntry* entry) {
   return path;
 }
 
-/** Returns a message about values that cannot be a definition, or null when they can. */
-const char* objection_to(const BakDefFields& values) {
-  if (values.from.empty()) return "原文件(夹)不能为空";
-  if (values.to.empty()) return "目标文件(夹)不能为空";
-  if (varnholt::model::is_own_source(values)) return "目标文件(夹)和原文件(夹)不能相同";
-  if (const auto* objection = varnholt::ui::objection_to_field(values.from)) return objection;
-  return varnholt::ui::objection_to_field(values.to);
+std::array<Field, 2> fields_of(VhDefDlg* self) {
+  auto* const from = self->from_entry.get();
+  auto* const to = self->to_entry.get();
+  return {Field{from, "原文件(夹)", location_in(from)}, Field{to, "目标文件(夹)", location_in(to)}};
 }
 
-/** Returns whether the dialog may end with these values. Otherwise it has told the user why not. */
-bool is_acceptable(const BakDefFields& values) {
-  if (const char* const objection = objection_to(values)) {
-    main_alter(objection, GTK_BUTTONS_CLOSE);
-    return false;
+/** Returns what is wrong with the values, if anything is. */
+std::optional<Objection> objection_to(VhDefDlg* self) {
+  const auto fields = fields_of(self);
+  if (auto objection = varnholt::ui::objection_to_empty(fields)) return objection;
+  if (varnholt::model::is_own_source(varnholt::ui::values_of(self))) {
+    return Objection{self->to_entry.get(), "目标文件(夹)和原文件(夹)不能相同"};
   }
+  return varnholt::ui::objection_to_unfit(fields);
+}
+
+/** Asks whether a link is meant; anything else needs no question. */
+bool is_meant(const BakDefFields& values) {
   if (!values.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return true;
   const auto question = "是否添加软连接" + varnholt::shown_shortened(values.from) + " (链接到" +
                         varnholt::shown_shortened(values.to) + ")";
@@ -74,15 +79,23 @@ varnholt::TextPtr ask_for_path(const VhDefDlg* self, GtkEntry* entry) {
   return varnholt::ui::choose_path(location_in(entry), self->is_shell == 0 && !files);
 }
 
+/** Writes a chosen path into its entry; one for the source also suggests the target. */
+void take_path(VhDefDlg* self, GtkEntry* entry, const char* path) {
+  varnholt::ui::set_entry_text(entry, path);
+  if (entry != self->from_entry.get() || is_ticked(self->jnt_cb)) return;
+  vh_def_dlg_set_to_location(self, (std::string{backup_folder} + path).c_str());
+}
+
 /** Creates a row of the grid: a caption, an entry for a path, and the button of the chooser. */
-void make_path_row(GtkTable* table, guint row, auto& caption, auto& entry, auto& btn) {
+void make_path_row(VhDefDlg* self, guint row, auto& caption, auto& entry, auto& btn) {
+  auto* const table = self->table.get();
   caption = sink_object<GtkLabel>(gtk_label_new(nullptr));
-  gtk_label_set_max_width_chars(caption.get(), 10);
   entry = sink_object<GtkEntry>(gtk_entry_new());
   btn = sink_object<GtkButton>(gtk_button_new_with_label("..."));
   varnholt::ui::attach_row(table, row, caption.get(), entry.get());
   varnholt::ui::attach_small(table, GTK_WIDGET(btn.get()), 2, row);
-  varnholt::ui::take_dropped_paths(entry.get());
+  varnholt::ui::take_dropped_paths(
+      entry.get(), [self, hit = entry.get()](const char* path) { take_path(self, hit, path); });
   varnholt::ui::name_by(btn.get(), caption.get());
 }
 
@@ -91,9 +104,8 @@ void make_widgets(VhDefDlg* self) {
     return sink_object<GtkCheckButton>(gtk_check_button_new_with_label(label));
   };
   self->table = sink_object<GtkTable>(varnholt::ui::new_grid(3, 3));
-  auto* const table = self->table.get();
-  make_path_row(table, 0, self->from_label, self->from_entry, self->from_btn);
-  make_path_row(table, 1, self->to_label, self->to_entry, self->to_btn);
+  make_path_row(self, 0, self->from_label, self->from_entry, self->from_btn);
+  make_path_row(self, 1, self->to_label, self->to_entry, self->to_btn);
   self->action_label = sink_object<GtkLabel>(gtk_label_new("动作"));
   self->append_rb = sink_object<GtkRadioButton>(gtk_radio_button_new_with_label(nullptr, "追加"));
   self->overwrite_rb = sink_object<GtkRadioButton>(
@@ -149,13 +161,17 @@ VhDefDlg* vh_def_dlg_construct(GType object_type, int is_shell, const char* titl
 
 int vh_def_dlg_run(VhDefDlg* self, int is_edit) {
   g_return_val_if_fail(self != NULL, 0);
+  auto* start = varnholt::ui::first_to_fill(fields_of(self));
   while (true) {
     gtk_widget_set_sensitive(GTK_WIDGET(self->jnt_cb.get()), is_edit == 0);
     if (!is_ticked(self->jnt_cb)) offer_files(self, self->is_shell == 0);
-    const int response = varnholt::ui::run_form(
-        self, std::array{self->from_entry.get(), self->to_entry.get()}, location_in);
-    const auto values = varnholt::ui::values_of(self);
-    if (response != GTK_RESPONSE_ACCEPT || is_acceptable(values)) return response;
+    const int response = varnholt::ui::run_form(self, start);
+    if (response != GTK_RESPONSE_ACCEPT) return response;
+    if (const auto objection = objection_to(self)) {
+      start = varnholt::ui::tell(*objection);
+    } else if (is_meant(varnholt::ui::values_of(self))) {
+      return response;
+    }
   }
 }
 
@@ -252,22 +268,14 @@ void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
   g_return_if_fail(btn != NULL);
   const bool source = btn == self->from_btn.get();
   if (!source && btn != self->to_btn.get()) return;
-  auto path = ask_for_path(self, source ? self->from_entry.get() : self->to_entry.get());
-  const char* const objection = path ? varnholt::ui::objection_to_field(path.get()) : nullptr;
-  if (objection != nullptr) {
-    main_alter(objection, GTK_BUTTONS_CLOSE);
-    path.reset();
-  }
+  auto chosen = fields_of(self)[source ? 0 : 1];
+  const auto path = ask_for_path(self, chosen.entry);
+  chosen.value = path ? path.get() : "";
+  const auto objection = varnholt::ui::objection_to_unfit({&chosen, 1});
+  if (objection) varnholt::ui::tell(*objection);
   // The chooser was over the main window and left the keyboard there.
   if (gtk_widget_get_visible(GTK_WIDGET(self)) != 0) gtk_window_present(GTK_WINDOW(self));
-  if (!path) return;
-  if (!source) {
-    vh_def_dlg_set_to_location(self, path.get());
-    return;
-  }
-  vh_def_dlg_set_from_location(self, path.get());
-  if (is_ticked(self->jnt_cb)) return;
-  vh_def_dlg_set_to_location(self, (std::string{backup_folder} + path.get()).c_str());
+  if (path && !objection) take_path(self, chosen.entry, path.get());
 }
 
 void vh_def_dlg_attach_signals(VhDefDlg* self) {

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "base/glib-ptr.h"
 #include "base/signal.h"
 #include "base/text.h"
+#include "ui/prompts.h"
 
 namespace varnholt::ui {
 namespace {
@@ -28,6 +30,10 @@ TextPtr dropped_path(GtkSelectionData* dropped) {
   const UriList uris{gtk_selection_data_get_uris(dropped)};
   if (!uris || *uris == nullptr) return {};
   return take_text(g_filename_from_uri(*uris, nullptr, nullptr));
+}
+
+bool is_missing(const Field& field) {
+  return field.value.empty() && !field.may_be_empty;
 }
 
 }  // namespace
@@ -84,35 +90,50 @@ std::string entry_text(GtkEntry* entry) {
   return std::string{trimmed(untouched ? original->text : seen)};
 }
 
-void take_dropped_paths(GtkEntry* entry) {
+void take_dropped_paths(GtkEntry* entry, std::function<void(const char* path)> take) {
   // A file manager also offers its files as a text; the entry takes the first kind that both name.
   const TargetList kinds{gtk_target_list_new(nullptr, 0)};
   gtk_target_list_add_uri_targets(kinds.get(), 0);
   gtk_target_list_add_text_targets(kinds.get(), 0);
   gtk_drag_dest_set_target_list(GTK_WIDGET(entry), kinds.get());
   connect(entry, "drag-data-received", entry,
-          [](GtkEntry* hit, GdkDragContext* drag, int /*x*/, int /*y*/, GtkSelectionData* dropped,
-             guint /*info*/, guint time) {
+          [take = std::move(take)](GtkEntry* hit, GdkDragContext* drag, int /*x*/, int /*y*/,
+                                   GtkSelectionData* dropped, guint /*info*/, guint time) {
             const auto path = dropped_path(dropped);
             if (!path) return;
-            set_entry_text(hit, path.get());
+            take(path.get());
             gtk_drag_finish(drag, TRUE, FALSE, time);
             g_signal_stop_emission_by_name(hit, "drag-data-received");
           });
 }
 
-int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
-             std::string (*value_of)(GtkEntry*)) {
-  const auto empty = std::ranges::find_if(entries, &std::string::empty, value_of);
-  auto* const start = empty == entries.end() ? entries.front() : *empty;
+std::optional<Objection> objection_to_empty(std::span<const Field> fields) {
+  const auto empty = std::ranges::find_if(fields, is_missing);
+  if (empty == fields.end()) return std::nullopt;
+  return Objection{empty->entry, empty->name + "不能为空"};
+}
+
+std::optional<Objection> objection_to_unfit(std::span<const Field> fields) {
+  const auto unfit = std::ranges::find_if_not(fields, fits_field, &Field::value);
+  if (unfit == fields.end()) return std::nullopt;
+  return Objection{unfit->entry, unfit->name + "不能包含逗号或换行,也不能以空格结尾"};
+}
+
+GtkEntry* tell(const Objection& objection) {
+  main_alter(objection.message.c_str(), GTK_BUTTONS_CLOSE);
+  return objection.entry;
+}
+
+GtkEntry* first_to_fill(std::span<const Field> fields) {
+  const auto empty = std::ranges::find_if(fields, is_missing);
+  return (empty == fields.end() ? fields.begin() : empty)->entry;
+}
+
+int run_form(GtkDialog* dialog, GtkEntry* start) {
   gtk_widget_grab_focus(GTK_WIDGET(start));
   // A message is shown over the main window and leaves the keyboard there.
   gtk_window_present(GTK_WINDOW(dialog));
   return gtk_dialog_run(dialog);
-}
-
-const char* objection_to_field(std::string_view text) {
-  return fits_field(text) ? nullptr : "内容不能包含逗号或换行,也不能以空格结尾";
 }
 
 }  // namespace varnholt::ui

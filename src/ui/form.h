@@ -6,6 +6,8 @@
 
 #include <gtk/gtk.h>
 
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,19 +40,41 @@ void set_entry_text(GtkEntry* entry, std::string_view text);
 std::string entry_text(GtkEntry* entry);
 
 /**
- * Makes an entry accept a dropped file or folder: its path replaces the text of the entry. When
- * several are dropped, the first one counts. A dropped text is inserted as usual.
+ * Makes an entry accept a dropped file or folder, whose path is passed to `take`. When several are
+ * dropped, the first one counts. A dropped text is inserted as usual.
  */
-void take_dropped_paths(GtkEntry* entry);
+void take_dropped_paths(GtkEntry* entry, std::function<void(const char* path)> take);
+
+/** An entry of a dialog, what messages call it, and its value. */
+struct Field {
+  GtkEntry* entry;
+  std::string name;
+  std::string value;
+  bool may_be_empty = false;
+};
+
+/** What is wrong with a value, and the entry in which it can be put right. */
+struct Objection {
+  GtkEntry* entry;
+  std::string message;
+};
+
+/** Returns an objection to the first field that is empty and must not be. */
+std::optional<Objection> objection_to_empty(std::span<const Field> fields);
+
+/** Returns an objection to the first field whose value the profile cannot keep. */
+std::optional<Objection> objection_to_unfit(std::span<const Field> fields);
+
+/** Shows an objection in a box, and returns the entry in which it can be put right. */
+GtkEntry* tell(const Objection& objection);
 
 /**
- * Runs a dialog and returns the response. The keyboard starts in the first entry whose value is
- * empty, or in the first entry of all.
+ * Returns the entry to fill in first: that of the first field that is empty and must not be, or the
+ * first one of all.
  */
-int run_form(GtkDialog* dialog, std::span<GtkEntry* const> entries,
-             std::string (*value_of)(GtkEntry*));
+GtkEntry* first_to_fill(std::span<const Field> fields);
 
-/** Returns a message when a field of the profile cannot keep a text, or null when it can. */
-const char* objection_to_field(std::string_view text);
+/** Runs a dialog, with the keyboard in an entry at first, and returns the response. */
+int run_form(GtkDialog* dialog, GtkEntry* start);
 
 }  // namespace varnholt::ui

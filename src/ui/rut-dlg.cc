@@ -17,6 +17,8 @@
 namespace {
 
 using varnholt::sink_object;
+using varnholt::ui::Field;
+using varnholt::ui::Objection;
 
 /** Returns the entries from top to bottom. */
 std::array<GtkEntry*, 5> entries_of(VhRutDlg* self) {
@@ -24,21 +26,9 @@ std::array<GtkEntry*, 5> entries_of(VhRutDlg* self) {
           self->gw_entry.get(), self->jup_entry.get()};
 }
 
-/** Returns a message about values that cannot be a route, or null when they can. */
-const char* objection_to(const varnholt::model::RutDefFields& values) {
-  if (values.name.empty()) return "名称不能为空";
-  if (values.addr.empty()) return "网段地址不能为空";
-  if (values.mask.empty()) return "子网掩码不能为空";
-  if (values.gw.empty()) return "网关地址不能为空";
-  for (const auto text : varnholt::model::route_texts) {
-    if (const auto* objection = varnholt::ui::objection_to_field(values.*text)) return objection;
-  }
-  return nullptr;
-}
-
-/** The rows of the grid that have an entry, from top to bottom. */
+/** The rows of the grid that have an entry, from top to bottom. A star says "not empty". */
 constexpr struct {
-  const char* caption;
+  std::string_view caption;
   varnholt::ObjectPtr<GtkLabel> varnholt::ui::RutDlgState::*label;
   varnholt::ObjectPtr<GtkEntry> varnholt::ui::RutDlgState::*entry;
 } entry_rows[] = {{"名称*", &VhRutDlg::name_label, &VhRutDlg::name_entry},
@@ -47,11 +37,30 @@ constexpr struct {
                   {"网关地址*", &VhRutDlg::gw_label, &VhRutDlg::gw_entry},
                   {"路由调数", &VhRutDlg::jup_label, &VhRutDlg::jup_entry}};
 
+std::vector<Field> fields_of(VhRutDlg* self) {
+  std::vector<Field> fields;
+  for (const auto& [caption, label, entry] : entry_rows) {
+    const auto name = caption.substr(0, caption.find('*'));
+    fields.push_back({(self->*entry).get(), std::string{name},
+                      varnholt::ui::entry_text((self->*entry).get()), name == caption});
+  }
+  return fields;
+}
+
+/** Returns what is wrong with the values, if anything is. */
+std::optional<Objection> objection_to(VhRutDlg* self, const std::string& nic) {
+  auto fields = fields_of(self);
+  if (auto objection = varnholt::ui::objection_to_empty(fields)) return objection;
+  // The interface is chosen from a list, which has no entry.
+  fields.push_back({self->jup_entry.get(), "网卡", nic});
+  return varnholt::ui::objection_to_unfit(fields);
+}
+
 void fill(VhRutDlg* self) {
   self->table = sink_object<GtkTable>(varnholt::ui::new_grid(6, 2));
   auto* const table = self->table.get();
   for (guint row = 0; const auto& [caption, label, entry] : entry_rows) {
-    self->*label = sink_object<GtkLabel>(gtk_label_new(caption));
+    self->*label = sink_object<GtkLabel>(gtk_label_new(caption.data()));
     self->*entry = sink_object<GtkEntry>(gtk_entry_new());
     varnholt::ui::attach_row(table, row++, (self->*label).get(), (self->*entry).get());
   }
@@ -95,13 +104,14 @@ VhRutDlg* vh_rut_dlg_construct(GType object_type, const char* title, GtkWindow* 
 
 int vh_rut_dlg_run(VhRutDlg* self) {
   g_return_val_if_fail(self != NULL, 0);
+  auto* start = varnholt::ui::first_to_fill(fields_of(self));
   while (true) {
-    const int response = varnholt::ui::run_form(self, entries_of(self), varnholt::ui::entry_text);
+    const int response = varnholt::ui::run_form(self, start);
     const auto values = varnholt::ui::values_of(self);
     if (response != GTK_RESPONSE_ACCEPT) return response;
-    const char* const objection = objection_to(values);
-    if (objection == nullptr) return response;
-    main_alter(objection, GTK_BUTTONS_CLOSE);
+    const auto objection = objection_to(self, values.nic);
+    if (!objection) return response;
+    start = varnholt::ui::tell(*objection);
   }
 }
 
