@@ -148,6 +148,33 @@ constexpr Problem no_utf8{"no-utf8",
                           N_("This line is no UTF-8: it stays only as long as nobody edits it."),
                           Weight::notice};
 
+// About the default route.
+constexpr Problem default_route{
+    "default-route", N_("The profile asks for the default route to be deleted."), Weight::notice};
+constexpr Problem default_route_open{
+    "default-route-open",
+    N_("No line answers whether the default route is to be deleted: the next save of the window "
+       "answers yes."),
+    Weight::notice};
+
+// When another profile takes the place of the present one.
+constexpr Problem is_new{"new", N_("The present profile has no such definition."), Weight::notice};
+constexpr Problem is_gone{"gone", N_("The present profile has a definition that is gone: %1"),
+                          Weight::notice};
+constexpr Problem link_abandoned{
+    "link-abandoned",
+    N_("The present profile has the link %1, which is gone without being marked deleted: the link "
+       "stays, and nothing looks after it any more.")};
+constexpr Problem version_lower{"version-lower",
+                                N_("The version is lower than that of the present profile, %1.")};
+constexpr Problem version_same{
+    "version-same",
+    N_("The version is that of the present profile, %1, which says something else."),
+    Weight::notice};
+constexpr Problem default_route_changes{
+    "default-route-changes",
+    N_("The present profile keeps the default route, and this one asks for it to be deleted.")};
+
 // In the file of the profile, and in the files beside it.
 constexpr Problem owner{"owner", N_("The profile belongs to the user %1 and not to root.")};
 constexpr Problem writable{"writable", N_("Others than root may write the profile.")};

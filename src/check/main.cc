@@ -68,7 +68,8 @@ bool read_arguments(int argc, char** argv, Wish& wish) {
         "machine, and what is wrong with it. Changes nothing."));
   g_option_context_set_description(
       context.get(),
-      _("The profile is /etc/.varnholt.ini unless another one is named.\n"
+      _("The profile is /etc/.varnholt.ini unless another one is named; - is that on\n"
+        "standard input.\n"
         "Exit status: 0 nothing would change and nothing is wrong, 1 something would\n"
         "change, 2 something would fail, be lost or depends on something else, 3 the\n"
         "profile cannot be read, 64 wrong use."));
@@ -106,6 +107,15 @@ bool wants_colour() {
   return isatty(STDOUT_FILENO) != 0 && !dumb && (no_colour == nullptr || *no_colour == '\0');
 }
 
+FileText read_standard_input() {
+  FileText file;
+  const std::unique_ptr<GIOChannel, FreeWith<g_io_channel_unref>> input{
+      g_io_channel_unix_new(STDIN_FILENO)};
+  g_io_channel_set_encoding(input.get(), nullptr, nullptr);
+  g_io_channel_read_to_end(input.get(), out(file.bytes), &file.length, out(file.error));
+  return file;
+}
+
 std::string output_for(const Wish& wish, const Survey& survey) {
   if (wish.json) return document_on(survey, wish.profile);
   return report_on(survey, {.all = wish.all != 0,
@@ -122,7 +132,8 @@ int run(int argc, char** argv) {
     std::puts("varnholt-check " VARNHOLT_VERSION);
     return EXIT_SUCCESS;
   }
-  const auto profile = read_file(wish.profile.c_str());
+  const auto profile =
+      wish.profile == "-" ? read_standard_input() : read_file(wish.profile.c_str());
   if (profile.error) {
     print_failure("varnholt-check: %s\n", printable(profile.error->message).c_str());
     return cannot_read;

@@ -25,7 +25,8 @@ struct Sentence {
 using Sentences = std::vector<Sentence>;
 
 Sentence sentence_on(const Finding& finding) {
-  return {text_of(finding), finding.problem.is_notice() ? Tone::plain : Tone::notice};
+  const auto text = text_of(finding) + " [" + std::string{finding.problem.word} + ']';
+  return {text, finding.problem.is_notice() ? Tone::plain : Tone::notice};
 }
 
 /** Returns the amount of what moves or is copied, when there is any. */
@@ -84,7 +85,9 @@ std::string dependencies_of(const Forecast& forecast) {
 Sentences sentences_on(const Forecast& forecast) {
   const auto& definition = forecast.definition;
   const auto& outcome = forecast.outcome;
-  const auto tone = outcome == outcomes::fails ? Tone::alarm : Tone::plain;
+  const auto tone = outcome == outcomes::fails ? Tone::alarm
+                    : is_neglected(forecast)   ? Tone::notice
+                                               : Tone::plain;
   Sentences sentences;
   // Without a source or a path there is only that to tell.
   const bool nameless = definition.from.empty() || definition.to.empty();
@@ -95,7 +98,7 @@ Sentences sentences_on(const Forecast& forecast) {
     sentences.push_back({what_comes(forecast), tone});
   }
   for (const auto& finding : forecast.findings) {
-    sentences.push_back({text_of(finding), Tone::notice});
+    sentences.push_back(sentence_on(finding));
   }
   if (outcome == outcomes::fails) sentences.push_back({told(forecast.remains.text, forecast)});
   if (forecast.deleted) sentences.push_back({deletion_of(forecast), Tone::alarm});
@@ -111,7 +114,8 @@ Sentences sentences_on(const UnfinishedWork& unfinished) {
   const auto& [work, next, outlook] = unfinished;
   const auto path = printable(work.to);
   const auto backup = printable(work.backup);
-  Sentences sentences{{filled(_("An earlier run did not finish %1."), {path}), Tone::notice}};
+  const auto tone = next.waits() ? Tone::notice : Tone::plain;
+  Sentences sentences{{filled(_("An earlier run did not finish %1."), {path}), tone}};
   if (!work.backup.empty() && is_there(work.backup)) {
     sentences.push_back({filled(_("What stood there is called %1 now."), {backup})});
   }
@@ -175,9 +179,9 @@ class Report {
     if (m_survey.lines_done > 0) {
       const auto* const text =
           _("An earlier run was cut off at line %1; the next one goes on from there.");
-      tell("!", {{filled(text, {std::to_string(m_survey.lines_done)}), Tone::notice}});
+      tell("*", {{filled(text, {std::to_string(m_survey.lines_done)})}});
     }
-    for (const auto& unfinished : m_survey.unfinished) tell("!", sentences_on(unfinished));
+    for (const auto& unfinished : m_survey.unfinished) tell("*", sentences_on(unfinished));
     for (const auto& [line, sentences] : m_lines) tell(std::to_string(line), sentences);
     if (m_survey.window.reordered_files > 0 || m_survey.window.reordered_scripts > 0) {
       tell("*", {{_("The next save of the window writes the definitions in another order.")}});
@@ -202,7 +206,8 @@ class Report {
   }
 
   std::string coloured(const Sentence& sentence) const {
-    auto text = wrapped(sentence.text, m_digits + 2, m_style.width);
+    const auto* const mark = sentence.tone == Tone::plain ? "" : "! ";
+    auto text = wrapped(mark + sentence.text, m_digits + 2, m_style.width);
     if (!m_style.colour || sentence.tone == Tone::plain) return text;
     return (sentence.tone == Tone::alarm ? "\033[1;31m" : "\033[35m") + text + "\033[0m";
   }

@@ -11,9 +11,11 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/file.h"
 #include "base/path.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "check/comparison.h"
 #include "check/dependencies.h"
 #include "check/profile-file.h"
 #include "linkbuilder/backup-name.h"
@@ -300,10 +302,8 @@ bool is_problem(const Finding& finding) {
 }
 
 bool is_wrong(const Forecast& forecast) {
-  // A link that has been undone already is what its definition wants.
-  const bool undone = forecast.reason == reasons::missing || forecast.reason == reasons::no_link;
   return std::ranges::any_of(forecast.findings, is_problem) || !forecast.depends_on.empty() ||
-         forecast.deleted || (forecast.outcome == outcomes::left_alone && !undone);
+         forecast.deleted || is_neglected(forecast);
 }
 
 bool changes(const Forecast& forecast) {
@@ -311,6 +311,12 @@ bool changes(const Forecast& forecast) {
 }
 
 }  // namespace
+
+bool is_neglected(const Forecast& forecast) {
+  // A link that has been undone already is what its definition wants.
+  const bool undone = forecast.reason == reasons::missing || forecast.reason == reasons::no_link;
+  return forecast.outcome == outcomes::left_alone && !undone;
+}
 
 std::size_t number_of_problems(const Survey& survey) {
   const auto number =
@@ -352,6 +358,11 @@ Survey survey_of(const std::string& path, std::string_view profile, bool counts)
     survey.definitions.back().line = line.number;
   }
   auto& findings = survey.window.findings;
+  if (!survey.window.answers_default_route) {
+    survey.around.push_back({problems::default_route_open});
+  }
+  const auto present = path == paths::profile ? FileText{} : read_file(paths::profile);
+  if (present.bytes) compare_profiles(present.text(), profile, findings, survey.around);
   for (auto& forecast : survey.definitions) find_missing_source(forecast, course.changes);
   for (const auto& script : scripts) survey_script(script, course.changes, findings);
   std::ranges::stable_sort(findings, {}, &LineFinding::line);

@@ -43,11 +43,15 @@ struct Survey {
  */
 int status_of(const Survey& survey);
 
+/** Returns whether a definition is left alone although something would have to be done for it. */
+bool is_neglected(const Forecast& forecast);
+
 /** Returns the number of findings that are no notices, deletions and dependencies included. */
 std::size_t number_of_problems(const Survey& survey);
 
 /**
- * Looks at the profile that has been read from `path`. `counts` tells whether to count how much
+ * Looks at the profile that has been read from `path`, and compares another one than this machine's
+ * own with that. `counts` tells whether to count how much
  * stands at the paths that are moved, deleted or copied.
  */
 Survey survey_of(const std::string& path, std::string_view profile, bool counts);

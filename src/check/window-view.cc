@@ -51,6 +51,10 @@ WindowView WindowLoader::end() {
     m_view.findings.push_back(
         {line, {problems::answer_repeated, std::to_string(m_answers.back())}});
   }
+  m_view.answers_default_route = !m_answers.empty();
+  if (m_deletes_default_route) {
+    m_view.findings.push_back({m_answers.back(), {problems::default_route}});
+  }
   m_view.reordered_files = reordered(m_files);
   m_view.reordered_scripts = reordered(m_scripts);
   return std::move(m_view);
@@ -62,6 +66,7 @@ void WindowLoader::find(const Problem& problem, const std::string& about) {
 
 void WindowLoader::load_answer(bool deletes_default_route, std::string_view text) {
   m_answers.push_back(m_line);
+  m_deletes_default_route = deletes_default_route;
   if (trimmed(text) == model::rut_del_line(deletes_default_route)) return;
   find(problems::other_answer, deletes_default_route ? "yes" : "no");
 }

@@ -27,6 +27,8 @@ struct WindowView {
   /** The numbers of definitions that the next save writes in another order. */
   std::size_t reordered_files = 0;
   std::size_t reordered_scripts = 0;
+  /** Whether a line answers whether the default route is to be deleted. */
+  bool answers_default_route = false;
 };
 
 /** Loads a profile line by line, as the tables of the window do. */
@@ -51,8 +53,9 @@ class WindowLoader {
   /** The lines of the definitions of each page, in the order of its table. */
   std::deque<std::size_t> m_files;
   std::deque<std::size_t> m_scripts;
-  /** The lines that answer whether the default route is to be deleted. */
+  /** The lines that answer whether the default route is to be deleted, and the last answer. */
   std::vector<std::size_t> m_answers;
+  bool m_deletes_default_route = false;
   ObjectPtr<VhRutDefItemList> m_routes = take_object(vh_rut_def_item_list_new());
   std::map<const VhRutDefItem*, std::size_t> m_route_lines;
 };
