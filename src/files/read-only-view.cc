@@ -65,8 +65,9 @@ class Folder {
 };
 
 bool have_own_mounts() {
+  // What somebody unmounts meanwhile goes from here too, and does not stay in use.
   return unshare(CLONE_NEWNS) == 0 &&
-         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+         mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr) == 0;
 }
 
 bool make_all_read_only() {
