@@ -16,7 +16,7 @@ journey_packages=(sudo iproute2 passwd)
 kill_packages=(libseccomp-dev python3)
 trial_packages=(stow systemd)
 # The additional packages for ./package.
-package_packages=(dpkg-dev file lintian desktop-file-utils appstream mandoc)
+package_packages=(dpkg-dev debhelper git lintian desktop-file-utils appstream mandoc)
 
 # install_missing PACKAGE... installs the packages that are missing, or says what to install.
 install_missing() {
