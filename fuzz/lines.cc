@@ -23,7 +23,7 @@ void check_text(const std::string& text) {
     std::erase_if(whole, [](char each) { return each == ' ' || each == '\n'; });
     return whole;
   };
-  must_hold(std::ranges::none_of(text, [](char each) { return each >= 0 && each < ' '; }),
+  must_hold(std::ranges::none_of(text, [](char each) { return g_ascii_iscntrl(each) != 0; }),
             "a control character: " + text);
   must_hold(letters_of(varnholt::check::wrapped(text, indent, width)) == letters_of(text),
             "not the same letters: " + text);
