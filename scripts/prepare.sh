@@ -11,7 +11,7 @@ build_packages=(g++ cmake ninja-build pkg-config gettext libgtk2.0-dev libmount-
 display_packages=(xvfb openbox fonts-wqy-microhei x11-utils)
 # The additional packages for scripts/operators-day and tests/journey.
 day_packages=(xdotool imagemagick)
-journey_packages=(sudo iproute2 passwd)
+journey_packages=(sudo iproute2 passwd gnome-themes-extra)
 # The additional packages for the test that kills the link builder, and for trials/kill-and-fill.
 kill_packages=(libseccomp-dev python3)
 trial_packages=(stow systemd)
