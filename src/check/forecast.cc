@@ -117,6 +117,29 @@ void leave_alone(Forecast& forecast, const Phrase& reason) {
   forecast.reason = reason;
 }
 
+/** Takes a forecast back about which nobody can tell. */
+void take_back(Forecast& forecast, const Finding& why) {
+  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
+  forecast.outcome = outcomes::unknown;
+  forecast.reason = {};
+  forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
+  forecast.findings.clear();
+  for (const auto& path : {to, from, linkbuilder::free_backup_name(to)}) {
+    const auto end = entries_on(path).back();
+    forecast.footprint.changed.push_back(end);
+    forecast.footprint.whole.push_back(end);
+  }
+  forecast.add(why);
+}
+
+/** Returns the path of a definition along which the way is too long; empty for none. */
+std::string too_deep_path(const model::BakDefFields& definition) {
+  for (const auto& path : {definition.to, definition.from}) {
+    if (files::way_along(path).entries.size() > most_entries) return path;
+  }
+  return {};
+}
+
 void foretell_link(Forecast& forecast, FileSystems& files) {
   auto decision = linkbuilder::decide_link(forecast.definition);
   forecast.content = std::move(decision.content);
@@ -127,6 +150,9 @@ void foretell_link(Forecast& forecast, FileSystems& files) {
   }
   if (decision.task == linkbuilder::LinkTask::unreadable) {
     return leave_alone(forecast, reasons::unreadable);
+  }
+  if (const auto path = too_deep_path(definition); !path.empty()) {
+    return take_back(forecast, {problems::too_deep, path});
   }
   const files::Place place{definition.to};
   if (const auto link = linkbuilder::foreign_link(definition, decision.task, place)) {
@@ -176,6 +202,9 @@ void foretell_copy(Forecast& forecast, FileSystems& files) {
 
 void foretell_undoing(Forecast& forecast, FileSystems& files) {
   const auto& to = forecast.definition.to;
+  if (const auto path = too_deep_path(forecast.definition); !path.empty()) {
+    return take_back(forecast, {problems::too_deep, path});
+  }
   auto decision = linkbuilder::decide_undo(to);
   forecast.content = std::move(decision.content);
   switch (decision.task) {
@@ -198,24 +227,10 @@ void foretell_undoing(Forecast& forecast, FileSystems& files) {
   }
 }
 
-/** Takes a forecast back about which nobody can tell. */
-void take_back(Forecast& forecast, const Finding& why) {
-  const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
-  forecast.outcome = outcomes::unknown;
-  forecast.reason = {};
-  forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
-  forecast.findings.clear();
-  for (const auto& path : {to, from, linkbuilder::free_backup_name(to)}) {
-    const auto end = entries_on(path).back();
-    forecast.footprint.changed.push_back(end);
-    forecast.footprint.whole.push_back(end);
-  }
-  forecast.add(why);
-}
-
 /** Takes the forecast back where only root can see the places. */
 void find_hidden(Forecast& forecast) {
-  if (geteuid() == 0) return;
+  static const bool sees_all = geteuid() == 0;
+  if (sees_all) return;
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
   const auto& outcome = forecast.outcome;
   const bool source_counts = linkbuilder::wants_link(forecast.definition) &&
@@ -223,14 +238,6 @@ void find_hidden(Forecast& forecast) {
   const bool path_hidden = outcome != outcomes::stands && is_hidden(to);
   if (!path_hidden && !(source_counts && is_hidden(from))) return;
   take_back(forecast, {problems::hidden, path_hidden ? to : from});
-}
-
-/** Returns the path of a definition along which the way is too long; empty for none. */
-std::string too_deep_path(const model::BakDefFields& definition) {
-  for (const auto& path : {definition.to, definition.from}) {
-    if (files::way_along(path).entries.size() > most_entries) return path;
-  }
-  return {};
 }
 
 std::optional<files::Link> foreign_link_for(const linkbuilder::Work& work) {
@@ -316,9 +323,7 @@ Forecast foretell(model::BakDefFields definition, FileSystems& files) {
     foretell_others(forecast);
     return forecast;
   }
-  if (const auto path = too_deep_path(forecast.definition); !path.empty()) {
-    take_back(forecast, {problems::too_deep, path});
-  } else if (linkbuilder::wants_link(forecast.definition)) {
+  if (linkbuilder::wants_link(forecast.definition)) {
     foretell_link(forecast, files);
   } else {
     foretell_undoing(forecast, files);
