@@ -6,6 +6,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include <dlfcn.h>
 #include <gdk/gdkx.h>
 
 #include <algorithm>
@@ -378,6 +379,11 @@ void DisplayTest::look_for_dialog() {
     ADD_FAILURE() << "a dialog stays: " << text_of(GTK_DIALOG(modal));
   }
   gtk_dialog_response(GTK_DIALOG(modal), GTK_RESPONSE_CANCEL);
+}
+
+void look_for_leaks(bool on) {
+  auto* const toggle = dlsym(RTLD_DEFAULT, on ? "__lsan_enable" : "__lsan_disable");
+  if (toggle != nullptr) reinterpret_cast<void (*)()>(toggle)();
 }
 
 std::vector<std::string> table(GtkTreeView* view) {

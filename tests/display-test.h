@@ -71,6 +71,9 @@ class DisplayTest : public testing::Test {
   GtkWidget* m_dealt_with = nullptr;
 };
 
+/** Turns the search for leaks off, where there is one, for what the toolkit does not free. */
+void look_for_leaks(bool on);
+
 /**
  * Returns the rows of a table as the user reads them, one line each: texts as they are, check boxes
  * as "[ ]" or "[x]", hidden ones as "-", with " | " between visible columns. The titles come first,

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the main window with its pages, dialogs and prompts, as the scenarios describe.
-#include <dlfcn.h>
 #include <sched.h>
 
 #include <filesystem>
@@ -279,10 +278,7 @@ class Window : public DisplayTest {
       start();
     };
     // The toolkit's file chooser does not free its caches.
-    on["leaks"] = [](Words verb) {
-      auto* const toggle = dlsym(RTLD_DEFAULT, ("__lsan_" + verb).c_str());
-      if (toggle != nullptr) reinterpret_cast<void (*)()>(toggle)();
-    };
+    on["leaks"] = [](Words verb) { look_for_leaks(verb == "enable"); };
     on["dates"] = [](Words /*none*/) { g_setenv("show_date", "", TRUE); };
     on["close"] = [this](Words times) {
       ask_to_close();
