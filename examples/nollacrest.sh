@@ -11,7 +11,14 @@ if [ "$*" != backup ]; then
   echo "Usage: nollacrest.sh [--dry-run] backup" >&2
   exit 64
 fi
+[ -r $profile ] || { echo "nollacrest.sh: $profile cannot be read" >&2 && exit 1; }
 failed=0
+
+fail() {
+  echo "nollacrest.sh: $*" >&2
+  failed=1
+  return 1
+}
 
 # run COMMAND... runs a command, or only tells it.
 run() {
@@ -19,26 +26,21 @@ run() {
     printf '%q ' "$@"
     echo
   else
-    "$@" || { echo "nollacrest.sh: failed: $*" >&2 && failed=1 && return 1; }
+    "$@" || fail "failed: $*"
   fi
 }
 
-# objection_to SOURCE TARGET tells why one cannot be copied to the other, if that is so.
-objection_to() {
-  [ -e "$1" ] || echo "there is no $1"
-  case $1/ in "$2"/*) echo "$1 lies in $2" ;; esac
-  case $2/ in "$1"/*) echo "$2 lies in $1" ;; esac
-}
-
-# copy SOURCE TARGET [OPTION...] copies a folder or a file.
+# copy SOURCE TARGET [OPTION...] copies a folder or a file, never onto something that holds the other.
 copy() {
-  local source=$1 target=$2 objection
+  local source=$1 target=$2 from to
   shift 2
-  objection=$(objection_to "$source" "$target")
-  if [ -n "$objection" ]; then
-    echo "nollacrest.sh: $objection" >&2
-    failed=1
-    return 1
+  [ -e "$source" ] || fail "there is no $source" || return
+  from=$(realpath -m -- "$source")/ to=$(realpath -m -- "$target")/
+  case $from in "$to"* | //) fail "$source lies in $target" || return ;; esac
+  case $to in "$from"* | //) fail "$target lies in $source" || return ;; esac
+  # A file system that is not mounted leaves an empty folder, which must not empty the target.
+  if [ -d "$source" ] && [ "$*" = --delete ] && [ -z "$(ls -A -- "$source")" ]; then
+    fail "$source is empty" || return
   fi
   run mkdir -p -- "$(dirname -- "$target")" || return
   if [ -d "$source" ]; then source+=/ target+=/; fi
@@ -51,15 +53,18 @@ carry_out() {
   case $1,$2 in
     update,*) copy "$3" "$4" --update ;;
     overwrite,true) copy "$3" "$4" --delete ;;
+    overwrite,false | symbolic,*) ;;
+    *) fail "nobody knows how to $1 $4" ;;
   esac
 }
 
 delete_default_route=yes
-while IFS=, read -r kind what source target operation force rest || [ -n "$kind" ]; do
+while IFS=, read -r kind what source target operation force rest; do
   case $kind,$what in
     lnk,*) carry_out "$operation" "$force" "$source" "$target" ;;
     shl,*)
       # Such a line has no field for a kind: "shl,SOURCE,TARGET,OPERATION".
+      [ "$target" = update ] || target=overwrite
       if carry_out "$target" true "$what" "$source"; then run chmod +x -- "$source"; fi
       ;;
     rut,del) delete_default_route=$source ;;
@@ -69,7 +74,7 @@ while IFS=, read -r kind what source target operation force rest || [ -n "$kind"
         ${interface:+dev "$interface"} ${hops:+metric "$hops"}
       ;;
   esac
-done <"$profile"
+done < <(sed -E 's/[[:space:]]*(,|$)[[:space:]]*/\1/g; s/^[[:space:]]+//' $profile && echo)
 if [ "$delete_default_route" = yes ] && [ -n "$(ip route show default)" ]; then
   run ip route delete default
 fi

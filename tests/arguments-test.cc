@@ -25,7 +25,7 @@ Context toolkit_context() {
   GOptionGroup* const toolkit = gtk_get_option_group(FALSE);
   g_option_group_set_parse_hooks(toolkit, nullptr, nullptr);
   Context context{g_option_context_new(nullptr)};
-  g_option_context_add_group(context.get(), toolkit);
+  g_option_context_set_main_group(context.get(), toolkit);
   g_option_context_set_ignore_unknown_options(context.get(), TRUE);
   g_option_context_set_help_enabled(context.get(), FALSE);
   return context;
@@ -66,6 +66,7 @@ TEST(Arguments, AreReadAsTheToolkitReadsThem) {
                              {"--name", "中", "--display", "--save_symlink"},
                              {"--name", "\xff", "--display", "--save_symlink"},
                              {"--gtk-display", "--save_symlink"},
+                             {"--g-name", "--save_symlink"},
                              {"--gtk-debug", "--save_symlink"},
                              {"--save_symlink", "--class"}};
   const auto help =

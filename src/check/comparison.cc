@@ -3,6 +3,7 @@
 #include "check/comparison.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
@@ -53,7 +54,7 @@ Contents contents_of(std::string_view profile) {
     if (definition.empty()) return;
     contents.definitions.emplace(definition, Line{number, std::string{trimmed(piece)}});
     if (line.kind != store::LineKind::file || !line.definition) return;
-    const auto& to = line.definition->to;
+    const auto to = std::filesystem::path{line.definition->to}.lexically_normal().string();
     if (line.definition->has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) contents.links.insert(to);
     if (linkbuilder::wants_link(*line.definition)) contents.wanted_links[to] = definition;
   });

@@ -173,7 +173,7 @@ constexpr Problem version_same{
     Weight::notice};
 constexpr Problem default_route_changes{
     "default-route-changes",
-    N_("The present profile keeps the default route, and this one asks for it to be deleted.")};
+    N_("The present profile keeps the default route, and this one does not.")};
 
 // In the file of the profile, and in the files beside it.
 constexpr Problem owner{"owner", N_("The profile belongs to the user %1 and not to root.")};

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The command varnholt-check: its options, and what it prints.
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sysexits.h>
 #include <unistd.h>
@@ -109,6 +110,10 @@ bool wants_colour() {
 
 FileText read_standard_input() {
   FileText file;
+  if (fcntl(STDIN_FILENO, F_GETFD) < 0) {
+    g_set_error_literal(out(file.error), G_FILE_ERROR, G_FILE_ERROR_BADF, g_strerror(errno));
+    return file;
+  }
   const std::unique_ptr<GIOChannel, FreeWith<g_io_channel_unref>> input{
       g_io_channel_unix_new(STDIN_FILENO)};
   g_io_channel_set_encoding(input.get(), nullptr, nullptr);

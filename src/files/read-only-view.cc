@@ -66,8 +66,7 @@ class Folder {
 
 bool have_own_mounts() {
   // What somebody unmounts meanwhile goes from here too, and does not stay in use.
-  return unshare(CLONE_NEWNS) == 0 &&
-         mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr) == 0;
+  return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr) == 0;
 }
 
 bool make_all_read_only() {
@@ -77,7 +76,8 @@ bool make_all_read_only() {
 }
 
 gpointer try_out(gpointer) {
-  return GINT_TO_POINTER(have_own_mounts() && make_all_read_only());
+  const Descriptor root{open("/", O_PATH | O_DIRECTORY | O_CLOEXEC)};
+  return GINT_TO_POINTER(see_read_only_but({root.number()}));
 }
 
 }  // namespace
@@ -91,10 +91,15 @@ bool see_read_only_but(const std::vector<int>& folders) {
   const Descriptor current{open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)};
   const Folder current_folder{current.number()};
   const std::vector<Folder> writable(folders.begin(), folders.end());
-  // A relative path begins in the view, and not below the mount that makes its folder writable.
-  return have_own_mounts() && make_all_read_only() &&
-         std::ranges::all_of(writable, &Folder::make_writable) &&
-         fchdir(current_folder.here().number()) == 0;
+  if (!have_own_mounts() || !make_all_read_only() ||
+      !std::ranges::all_of(writable, &Folder::make_writable)) {
+    return false;
+  }
+  // A relative path begins in the view, and not below the mount that makes its folder writable. A
+  // current folder that is gone or covered is no obstacle for the other paths.
+  const auto again = current_folder.here();
+  if (fchdir((again ? again : current).number()) != 0) g_debug("no current folder");
+  return true;
 }
 
 }  // namespace varnholt::files

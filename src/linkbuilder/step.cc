@@ -19,7 +19,8 @@ void report_no_confinement() {
   static bool reported = false;
   if (!reported) {
     print_failure(
-        "commands cannot be confined here: nobody must exchange a folder on the way to a path "
+        "commands cannot be fully confined here: nobody must exchange a folder on the way to a "
+        "path "
         "or a source while this run is at work\n");
   }
   reported = true;
@@ -52,10 +53,12 @@ void Step::reads(const std::string& path) {
 int Step::run(const std::string& command_line) const {
   if (m_is_refused) return -1;
   if (m_is_shared && !files::can_confine(m_work)) report_no_confinement();
-  return run_interruptibly([&] {
+  const int status = run_interruptibly([&] {
     return m_is_shared ? files::run_confined(command_line, m_permissions, m_work)
                        : run_command(command_line);
   });
+  if (status < 0) print_failure("a command could not be run, or its folders have been exchanged\n");
+  return status;
 }
 
 int Step::open_folder(const std::string& path) {

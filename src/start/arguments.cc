@@ -41,7 +41,7 @@ std::vector<char*> without_toolkit_options(const std::vector<char*>& arguments) 
   g_option_group_add_entries(toolkit, options.data());
   const std::unique_ptr<GOptionContext, FreeWith<g_option_context_free>> context{
       g_option_context_new(nullptr)};
-  g_option_context_add_group(context.get(), toolkit);
+  g_option_context_set_main_group(context.get(), toolkit);
   g_option_context_set_ignore_unknown_options(context.get(), TRUE);
   g_option_context_set_help_enabled(context.get(), FALSE);
 
