@@ -23,8 +23,7 @@ fail() {
 # run COMMAND... runs a command, or only tells it.
 run() {
   if $dry_run; then
-    printf '%q ' "$@"
-    echo
+    printf '%q ' "$@" && echo
   else
     "$@" || fail "failed: $*"
   fi

@@ -7,7 +7,6 @@
 
 #include <clocale>
 #include <memory>
-#include <ranges>
 #include <regex>
 #include <string>
 #include <vector>
@@ -32,8 +31,10 @@ Context toolkit_context() {
 }
 
 std::vector<char*> pointers_to(Texts& texts) {
-  auto pointers = std::views::transform(texts, [](std::string& text) { return text.data(); });
-  return {pointers.begin(), pointers.end()};
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size());
+  for (auto& text : texts) pointers.push_back(text.data());
+  return pointers;
 }
 
 Texts as_the_toolkit_reads(Texts arguments) {

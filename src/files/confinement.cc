@@ -111,7 +111,7 @@ std::vector<int> changed_folders(const std::vector<Permission>& permissions) {
 struct Command {
   const std::string& line;
   const std::vector<Permission>& permissions;
-  Work work;
+  Work work = Work::rename;
   int status = -1;
 
   bool bind_thread() const {

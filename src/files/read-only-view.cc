@@ -75,7 +75,7 @@ bool make_all_read_only() {
   return mount_setattr(AT_FDCWD, "/", AT_RECURSIVE, &attributes, sizeof attributes) == 0;
 }
 
-gpointer try_out(gpointer) {
+gpointer try_out(gpointer /*data*/) {
   const Descriptor root{open("/", O_PATH | O_DIRECTORY | O_CLOEXEC)};
   return GINT_TO_POINTER(see_read_only_but({root.number()}));
 }

@@ -280,7 +280,8 @@ void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
   g_return_if_fail(btn != NULL);
   const bool source = btn == self->from_btn.get();
   if (!source && btn != self->to_btn.get()) return;
-  auto chosen = fields_of(self)[source ? 0 : 1];
+  const auto fields = fields_of(self);
+  auto chosen = source ? fields.front() : fields.back();
   const auto path = ask_for_path(self, chosen.entry);
   chosen.value = path ? path.get() : "";
   const auto objection = varnholt::ui::objection_to_unfit({&chosen, 1});
