@@ -99,14 +99,14 @@ class Window : public DisplayTest {
     settle();
     auto* const across = gtk_tree_view_get_hadjustment(view);
     const bool fits = gtk_adjustment_get_upper(across) <= gtk_adjustment_get_page_size(across);
-    GtkTreePath* first = nullptr;
-    GtkTreePath* last = nullptr;
-    if (gtk_tree_view_get_visible_range(view, &first, &last) == 0) return "nothing";
+    std::unique_ptr<GtkTreePath, varnholt::FreeWith<gtk_tree_path_free>> first;
+    std::unique_ptr<GtkTreePath, varnholt::FreeWith<gtk_tree_path_free>> last;
+    if (gtk_tree_view_get_visible_range(view, varnholt::out(first), varnholt::out(last)) == 0) {
+      return "nothing";
+    }
     const int rows = gtk_tree_model_iter_n_children(gtk_tree_view_get_model(view), nullptr);
-    const bool has_first = *gtk_tree_path_get_indices(first) == 0;
-    const bool has_last = *gtk_tree_path_get_indices(last) == rows - 1;
-    gtk_tree_path_free(first);
-    gtk_tree_path_free(last);
+    const bool has_first = *gtk_tree_path_get_indices(first.get()) == 0;
+    const bool has_last = *gtk_tree_path_get_indices(last.get()) == rows - 1;
     return std::string{fits ? "all columns" : "some columns"} + (has_first ? ", first row" : "") +
            (has_last ? ", last row" : "");
   }

@@ -20,8 +20,7 @@ void report_no_confinement() {
   if (!reported) {
     print_failure(
         "commands cannot be fully confined here: nobody must exchange a folder on the way to a "
-        "path "
-        "or a source while this run is at work\n");
+        "path or a source while this run is at work\n");
   }
   reported = true;
 }

@@ -150,8 +150,7 @@ struct CheckedRows {
   typename List::Place find(GtkTreeIter row) const {
     // A list store leaves these words as they were in the variable that the toolkit passes on.
     row.user_data2 = row.user_data3 = nullptr;
-    const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
-        gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
+    const auto path = path_of(row);
     // Only a row of another store has no path.
     return items->find(row, path ? *gtk_tree_path_get_indices(path.get()) : -1);
   }
@@ -264,13 +263,15 @@ struct CheckedRows {
 
   /** Scrolls to the row of an item. */
   void scroll_to(const Item& item) {
-    GtkTreeIter row = *item.iter;
-    const std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path{
-        gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
-    gtk_tree_view_scroll_to_cell(tree_view.get(), path.get(), nullptr, FALSE, 0, 0);
+    gtk_tree_view_scroll_to_cell(tree_view.get(), path_of(*item.iter).get(), nullptr, FALSE, 0, 0);
   }
 
  private:
+  std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>> path_of(GtkTreeIter row) const {
+    return std::unique_ptr<GtkTreePath, FreeWith<gtk_tree_path_free>>{
+        gtk_tree_model_get_path(GTK_TREE_MODEL(store.get()), &row)};
+  }
+
   /** Lets columns become narrower that users can resize: by themselves they only grow. */
   void fit_columns() { gtk_tree_view_columns_autosize(tree_view.get()); }
 

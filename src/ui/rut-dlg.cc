@@ -20,12 +20,6 @@ using varnholt::sink_object;
 using varnholt::ui::Field;
 using varnholt::ui::Objection;
 
-/** Returns the entries from top to bottom. */
-std::array<GtkEntry*, 5> entries_of(VhRutDlg* self) {
-  return {self->name_entry.get(), self->addr_entry.get(), self->mask_entry.get(),
-          self->gw_entry.get(), self->jup_entry.get()};
-}
-
 /** The rows of the grid that have an entry, from top to bottom. A star says "not empty". */
 constexpr struct {
   std::string_view caption;
@@ -117,8 +111,8 @@ int vh_rut_dlg_run(VhRutDlg* self) {
 
 varnholt::model::RutDefFields varnholt::ui::values_of(VhRutDlg* self) {
   varnholt::model::RutDefFields values;
-  for (const auto* text = model::route_texts.begin(); auto* entry : entries_of(self)) {
-    values.** text++ = varnholt::ui::entry_text(entry);
+  for (const auto* text = model::route_texts.begin(); const auto& row : entry_rows) {
+    values.** text++ = varnholt::ui::entry_text((self->*row.entry).get());
   }
   const int active = gtk_combo_box_get_active(self->nic_combo.get());
   if (active >= 1) {
@@ -149,8 +143,8 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
   g_return_if_fail(jump != NULL);
   g_return_if_fail(nic != NULL);
   const std::array texts{name, addr, mask, gawy, jump};
-  for (const auto* text = texts.begin(); auto* entry : entries_of(self)) {
-    varnholt::ui::set_entry_text(entry, *text++);
+  for (const auto* text = texts.begin(); const auto& row : entry_rows) {
+    varnholt::ui::set_entry_text((self->*row.entry).get(), *text++);
   }
   const auto found = std::ranges::find(self->nics, std::string_view{nic});
   const auto row = found == self->nics.end() ? 0 : found - self->nics.begin();
@@ -159,7 +153,7 @@ void vh_rut_dlg_set_ndata(VhRutDlg* self, const char* name, const char* addr, co
 
 void vh_rut_dlg_clear_entries(VhRutDlg* self) {
   g_return_if_fail(self != NULL);
-  for (auto* entry : entries_of(self)) varnholt::ui::set_entry_text(entry, "");
+  for (const auto& row : entry_rows) varnholt::ui::set_entry_text((self->*row.entry).get(), "");
 }
 
 bool vh_rut_dlg_get_nics(std::vector<std::string>* nics) {
