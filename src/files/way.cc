@@ -50,6 +50,11 @@ bool is_shared_folder(const struct stat& status) {
   return S_ISDIR(status.st_mode) && (status.st_uid != 0 || (status.st_mode & others) != 0);
 }
 
+/** Returns the rest of a path in its folder. A path of one name has no folder in its spelling. */
+std::string name_in(const std::string& folder, const std::string& path) {
+  return path.starts_with(folder) ? path.substr(folder.size()) : path;
+}
+
 /** An entry on the way, opened, and what fstat(2) says of it. */
 struct Entry {
   Entry() = default;
@@ -197,13 +202,21 @@ Way way_behind(const Link& link, const std::string& content) {
 }
 
 Place::Place(const std::string& path, Missing missing)
-    : m_path(folder_above(path)), m_name(path), m_folder(open_without_links(m_path)) {
-  // A path of one name has no folder in its spelling.
-  if (path.starts_with(m_path)) m_name.erase(0, m_path.size());
+    : m_path(folder_above(path)),
+      m_name(name_in(m_path, path)),
+      m_folder(open_without_links(m_path)) {
   if (m_folder) return;
   auto way = way_along(m_path, missing);
   m_folder = std::move(way.end);
   m_foreign = std::move(way.foreign);
+}
+
+void Place::become(const std::string& path) {
+  if (!m_folder || folder_above(path) != m_path) {
+    *this = Place{path};
+  } else {
+    m_name = name_in(m_path, path);
+  }
 }
 
 bool Place::is_refused() const {

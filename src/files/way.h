@@ -63,8 +63,13 @@ Way way_behind(const Link& link, const std::string& content);
 /** The folder above a path, for root's own system calls and as the bounds of its commands. */
 class Place {
  public:
+  /** No place: it has no folder. */
+  Place() = default;
   /** Goes the way to the folder above `path`. */
   explicit Place(const std::string& path, Missing missing = Missing::leave);
+
+  /** Becomes the place of another path. A folder that is spelled alike is not opened again. */
+  void become(const std::string& path);
 
   /** Returns the folder for calls as unlinkat(2); -1, with which they fail, when it has none. */
   int folder() const { return is_refused() ? -1 : m_folder.number(); }
@@ -80,10 +85,11 @@ class Place {
   std::pair<std::string, uid_t> link() const;
 
  private:
-  std::string m_path;
-  std::string m_name;
-  Descriptor m_folder;
-  std::optional<Link> m_foreign;
+  /** The folder as it is spelled. */
+  std::string m_path{};
+  std::string m_name{};
+  Descriptor m_folder{};
+  std::optional<Link> m_foreign{};
 };
 
 }  // namespace varnholt::files

@@ -148,7 +148,8 @@ class Pass {
     end_if_stopped();
     if (is_left_alone(definition)) return;
     m_journal.begin_line(line);
-    if (wants_link(definition)) return build_symlink(definition, m_journal);
+    if (wants_link(definition)) return build_symlink(definition, m_journal, m_fresh);
+    m_fresh = {};
     restore_del_symlink(definition.to, definition.from, m_journal);
   }
 
@@ -170,6 +171,8 @@ class Pass {
   Journal m_journal;
   /** The lines with which an earlier run has done. */
   std::size_t m_lines_done = 0;
+  /** The place of the new link that was made last, while nothing else has been done since. */
+  files::Place m_fresh;
   /** The mounts, once they are asked for. */
   std::optional<files::Mounts> m_mounts;
 };

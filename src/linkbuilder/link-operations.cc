@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "base/diagnostics.h"
 #include "base/glib-ptr.h"
@@ -79,7 +80,7 @@ bool move_entry(const std::string& from, const std::string& to) {
 
 }  // namespace
 
-void build_symlink(const model::BakDefFields& v, Journal& journal) {
+void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place& fresh) {
   const char* const to = v.to.c_str();
   // 1. Other definitions want no link.
   if (!wants_link(v)) return;
@@ -92,7 +93,8 @@ void build_symlink(const model::BakDefFields& v, Journal& journal) {
   if (decision.task == LinkTask::none) {
     return print_progress(already_a_link, to, decision.content.c_str());
   }
-  const files::Place place{v.to};
+  auto place = std::exchange(fresh, {});
+  place.become(v.to);
   if (is_led_astray(foreign_link(v, decision.task, place), v.to)) return;
   if (decision.task == LinkTask::replace) return replace_link(v, decision.content, place);
   // 3. Devices, FIFOs and sockets stay.
@@ -102,7 +104,9 @@ void build_symlink(const model::BakDefFields& v, Journal& journal) {
   // 4. Nothing is there: only folders may be missing, and nothing moves.
   if (decision.task == LinkTask::make) {
     print_progress("source file [%s] is not exists \n", to);
-    return build_fresh_link(v, place);
+    build_fresh_link(v, place);
+    fresh = std::move(place);
+    return;
   }
   // 5. A folder or a file is set aside, and then moves to the source.
   if (!journal.about_to_set_aside(v)) return;
@@ -219,7 +223,8 @@ using varnholt::linkbuilder::Journal;
 void main_build_symlink(VhBakDefItem* v) {
   g_return_if_fail(v != NULL);
   Journal unwritten;
-  varnholt::linkbuilder::build_symlink(*v, unwritten);
+  varnholt::files::Place fresh;
+  varnholt::linkbuilder::build_symlink(*v, unwritten, fresh);
 }
 
 int main_build_symlink_imp(VhBakDefItem* v) {

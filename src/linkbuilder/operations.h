@@ -5,13 +5,18 @@
 
 #include <string>
 
+#include "files/way.h"
 #include "linkbuilder/journal.h"
 #include "model/definition.h"
 
 namespace varnholt::linkbuilder {
 
-/** Makes the link of a definition, from the first step on. */
-void build_symlink(const model::BakDefFields& v, Journal& journal);
+/**
+ * Makes the link of a definition, from the first step on. `fresh` is the place of the new link that
+ * was made right before, or none, and becomes that of this one: so a folder is opened once for all
+ * links that are made in it one after another.
+ */
+void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place& fresh);
 
 /** Does the same from the moment on when everything at the path has its backup name. */
 void move_and_link(const model::BakDefFields& v, const std::string& backup, Journal& journal);

@@ -79,9 +79,11 @@ void go_on(const Work& work, const Continuation& next, Journal& journal) {
   switch (next.step) {
     case Step::forget:
       return journal.forget(work);
-    case Step::begin:
+    case Step::begin: {
       journal.forget(work);
-      return build_symlink(definition, journal);
+      files::Place fresh;
+      return build_symlink(definition, journal, fresh);
+    }
     case Step::move:
       print_progress("an earlier run did not finish: %s is called %s, and moves on\n",
                      work.to.c_str(), work.backup.c_str());

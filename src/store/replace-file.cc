@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -24,18 +25,27 @@ ErrorPtr system_error(const char* path, int code = errno) {
       g_error_new(G_FILE_ERROR, g_file_error_from_errno(code), "%s: %s", path, g_strerror(code))};
 }
 
-/** Returns whether a file can be read and holds this text. */
-bool holds(const char* path, std::string_view text) {
-  const auto file = read_file(path);
-  return !file.error && file.text() == text;
-}
-
 /** Makes a system call again as long as signals interrupt it, and returns its result. */
 template <typename Call>
 auto uninterrupted(Call call) {
   auto result = call();
   while (result < 0 && errno == EINTR) result = call();
   return result;
+}
+
+/** Returns whether a file can be read and holds this text, without a second copy in memory. */
+bool holds(const char* path, std::string_view text) {
+  constexpr std::size_t block_size = 1UL << 16U;
+  const Descriptor file{open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+  std::array<char, block_size> block;  // NOLINT(*-member-init): read fills it
+  while (true) {
+    const auto length =
+        uninterrupted([&] { return read(file.number(), block.data(), block.size()); });
+    if (length <= 0) return length == 0 && text.empty();
+    const std::string_view piece{block.data(), static_cast<std::size_t>(length)};
+    if (!text.starts_with(piece)) return false;
+    text.remove_prefix(piece.size());
+  }
 }
 
 /** Writes a text; returns false, with the reason in errno, when not all of it could be written. */
@@ -131,9 +141,7 @@ ErrorPtr replace_file(const char* path, mode_t mode,
     Neighbour neighbour{path, mode};
     if (auto error = neighbour.write(next)) return error;
     // Writing takes its time, and somebody may have moved another text there.
-    auto now = read_file(path);
-    if (now.error) return std::move(now.error);
-    if (now.text() != found.text()) continue;
+    if (!holds(path, found.text())) continue;
     if (auto error = neighbour.exchange_with(path)) {
       // Some file systems cannot exchange two files.
       if (error->code != G_FILE_ERROR_INVAL || neighbour.move_to(path)) return error;
