@@ -27,9 +27,9 @@ class Adoption {
         m_is_aside(!backup.empty()),
         m_moved(m_is_aside ? backup : m_to),
         m_source(without_final_slash(forecast.definition.from)),
-        m_way_of_source(files::way_along(m_source + '/').entries),
-        m_path(m_is_aside ? std::string{linkbuilder::path_of_backup(backup)} : end_of(m_to)),
-        m_at_source(end_of(m_source)) {
+        m_way_of_source(files.entries_on(m_source + '/')),
+        m_path(m_is_aside ? std::string{linkbuilder::path_of_backup(backup)} : files.end_of(m_to)),
+        m_at_source(files.end_of(m_source)) {
     m_forecast.backup = m_is_aside ? backup : linkbuilder::free_backup_name(m_to);
     m_backup =
         m_is_aside ? std::string{backup} : folder_above(m_path) + last_name(m_forecast.backup);
@@ -40,7 +40,7 @@ class Adoption {
     const auto stays = m_is_aside ? std::nullopt : why_not_renamed();
     if (stays) return m_forecast.fail(*stays, remains::all);
     m_forecast.moved = m_files.count(beginning());
-    if (!m_is_aside && leads_through_itself(m_to) && !m_source.empty()) {
+    if (!m_is_aside && m_files.leads_through_itself(m_to) && !m_source.empty()) {
       return m_forecast.fail({problems::path_through_itself}, remains::backup);
     }
     if (const auto why = why_no_way()) return m_forecast.fail(*why, remains::backup);
@@ -67,7 +67,7 @@ class Adoption {
       footprint.changed.push_back(m_at_source);
     }
     footprint.relied = footprint.changed;
-    footprint.rely_on(m_source + '/');
+    footprint.rely_on(m_way_of_source);
     if (m_files.is_needed(beginning())) m_forecast.add({problems::needed_by_run, m_to});
     if (!m_source.empty() && !m_source.starts_with('/')) {
       m_forecast.add({problems::relative, m_source});
@@ -100,10 +100,9 @@ class Adoption {
 
   /** Returns whether the way to a folder passes the path, or something below it. */
   bool lies_in_path(const std::string& folder) const {
-    const auto& mounts = m_files.mounts();
-    const auto path = mounts.spot_of(m_path);
-    return std::ranges::any_of(files::way_along(folder).entries, [&](const std::string& entry) {
-      return entry == m_path || files::holds(path, mounts.spot_of(entry));
+    const auto path = m_files.spot_of(m_path);
+    return std::ranges::any_of(m_files.entries_on(folder), [&](const std::string& entry) {
+      return entry == m_path || files::holds(path, m_files.spot_of(entry));
     });
   }
 
@@ -114,9 +113,8 @@ class Adoption {
 
   /** Returns whether source and path are one entry, which only gets its name back. */
   bool is_same_place() const {
-    const auto& mounts = m_files.mounts();
     return (m_is_aside || is_there(m_source)) &&
-           mounts.spot_of(m_at_source) == mounts.spot_of(m_path);
+           m_files.spot_of(m_at_source) == m_files.spot_of(m_path);
   }
 
   /** Foretells the deletion at the source. Returns whether the move is tried then. */
@@ -169,7 +167,7 @@ class Adoption {
     const bool copies =
         files::lie_on_different_mounts(folder_above(m_moved), folder_above(m_source));
     if (copies && !is_copied(freed)) return;
-    if (m_is_aside && leads_through_itself(m_to)) {
+    if (m_is_aside && m_files.leads_through_itself(m_to)) {
       m_forecast.fail({problems::path_through_itself}, remains::source);
     }
   }

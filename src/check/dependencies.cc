@@ -33,13 +33,13 @@ std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint,
       spot.path.resize(spot.path.rfind('/'));
     }
   };
-  for (const auto& path : passed) at_or_above(m_mounts.spot_of(path));
+  for (const auto& path : passed) at_or_above(m_files.spot_of(path));
   for (const auto& path : footprint.relied) {
-    at_or_above(m_mounts.spot_of(path));
-    at(m_made, m_mounts.spot_of(path));
+    at_or_above(m_files.spot_of(path));
+    at(m_made, m_files.spot_of(path));
   }
   for (const auto& path : footprint.whole) {
-    for (const auto& spot : m_mounts.spots_from(path)) {
+    for (const auto& spot : m_files.mounts().spots_from(path)) {
       below(m_changed, spot);
       below(m_made, spot);
     }
@@ -48,8 +48,8 @@ std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint,
 }
 
 void Dependencies::add(std::size_t line, const Footprint& footprint) {
-  for (const auto& path : footprint.changed) m_changed.emplace(m_mounts.spot_of(path), line);
-  for (const auto& path : footprint.made) m_made.emplace(m_mounts.spot_of(path), line);
+  for (const auto& path : footprint.changed) m_changed.emplace(m_files.spot_of(path), line);
+  for (const auto& path : footprint.made) m_made.emplace(m_files.spot_of(path), line);
 }
 
 }  // namespace varnholt::check

@@ -16,7 +16,7 @@ namespace varnholt::check {
 /** What the definitions so far may change, by places that no link or mount can disguise. */
 class Dependencies {
  public:
-  explicit Dependencies(const files::Mounts& mounts) : m_mounts(mounts) {}
+  explicit Dependencies(FileSystems& files) : m_files(files) {}
 
   /** Returns whether nothing is changed so far. */
   bool empty() const { return m_changed.empty() && m_made.empty(); }
@@ -33,7 +33,7 @@ class Dependencies {
 
  private:
   using Lines = std::multimap<files::Spot, std::size_t>;
-  const files::Mounts& m_mounts;
+  FileSystems& m_files;
   Lines m_changed;
   Lines m_made;
 };

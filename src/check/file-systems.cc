@@ -55,10 +55,6 @@ Room room_at(const std::string& folder) {
 
 }  // namespace
 
-std::string end_of(const std::string& path) {
-  return files::way_along(path).entries.back();
-}
-
 bool is_hidden(const std::string& path) {
   return access(path.c_str(), F_OK) != 0 && errno == EACCES;
 }
@@ -69,11 +65,6 @@ std::optional<Finding> why_no_link_at(const std::string& path) {
   const auto name = last_name(path);
   if (name == "." || name == "..") return Finding{problems::path_ends_in_dots};
   return std::nullopt;
-}
-
-bool leads_through_itself(const std::string& path) {
-  const auto way = files::way_along(folder_above(path));
-  return std::ranges::count(way.entries, end_of(path)) > 0;
 }
 
 std::optional<Finding> why_nothing_can_be_made(const std::string& folder) {
@@ -102,18 +93,33 @@ bool can_hold_links(const std::string& folder) {
 
 FileSystems::FileSystems(bool counts, const std::vector<std::string>& needed) : m_counts(counts) {
   for (const auto& file : needed) {
-    for (const auto& entry : files::way_along(file).entries) {
-      m_needed.insert(m_mounts.spot_of(entry));
-    }
+    for (const auto& entry : entries_on(file)) m_needed.insert(spot_of(entry));
   }
+}
+
+std::vector<std::string> FileSystems::entries_on(const std::string& path) {
+  return m_ways.answer(path, [](const std::string& asked) {
+    auto entries = files::way_along(asked).entries;
+    if (entries.size() > most_entries) entries.resize(most_entries + 1);
+    return entries;
+  });
+}
+
+bool FileSystems::leads_through_itself(const std::string& path) {
+  return std::ranges::count(entries_on(folder_above(path)), end_of(path)) > 0;
+}
+
+files::Spot FileSystems::spot_of(const std::string& entry) {
+  return m_spots.answer(entry,
+                        [this](const std::string& asked) { return m_mounts.spot_of(asked); });
 }
 
 Tally FileSystems::count(const std::string& path) {
   return m_counts ? m_counter.count(path) : Tally{.counted = false};
 }
 
-bool FileSystems::is_needed(const std::string& path) const {
-  return m_needed.contains(m_mounts.spot_of(path));
+bool FileSystems::is_needed(const std::string& path) {
+  return m_needed.contains(spot_of(path));
 }
 
 std::optional<Finding> FileSystems::why_no_room(const std::string& folder, const Tally& need,

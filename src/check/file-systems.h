@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "check/finding.h"
@@ -19,17 +20,11 @@
 
 namespace varnholt::check {
 
-/** Returns the entry that a path names, as a path without links above its last name. */
-std::string end_of(const std::string& path);
-
 /** Returns whether this user cannot see where a path leads, or whether anything is there. */
 bool is_hidden(const std::string& path);
 
 /** Returns why no link can be at a path that is spelled in this way. */
 std::optional<Finding> why_no_link_at(const std::string& path);
-
-/** Returns whether the way to the folder of a path goes through the path itself. */
-bool leads_through_itself(const std::string& path);
 
 /** Returns why nothing can be made in a folder, even by root. */
 std::optional<Finding> why_nothing_can_be_made(const std::string& folder);
@@ -43,7 +38,28 @@ std::optional<Finding> why_too_long(const std::string& path);
 /** Returns whether links can be made in a folder. */
 bool can_hold_links(const std::string& folder);
 
-/** The mounts and the room of the machine, while the lines of one profile are foretold. */
+/** A way with more entries is not looked at: only a profile that nobody should trust has one. */
+constexpr std::size_t most_entries = 128;
+
+/** What has been asked about some paths. It is forgotten when it has become much. */
+template <typename Answer>
+class Memory {
+ public:
+  /** Returns what `ask` answers about a path, or has answered before. */
+  template <typename Ask>
+  Answer answer(const std::string& path, Ask ask) {
+    constexpr std::size_t much = 1000;
+    if (m_answers.size() >= much) m_answers.clear();
+    const auto [known, is_new] = m_answers.try_emplace(path);
+    if (is_new) known->second = ask(path);
+    return known->second;
+  }
+
+ private:
+  std::unordered_map<std::string, Answer> m_answers;
+};
+
+/** The ways, mounts and room of the machine, while the lines of one profile are foretold. */
 class FileSystems {
  public:
   /** `needed` are the files without which a run cannot end well. */
@@ -51,11 +67,23 @@ class FileSystems {
 
   const files::Mounts& mounts() const { return m_mounts; }
 
+  /** Returns the entries on the way along a path; one more than `most_entries` for many. */
+  std::vector<std::string> entries_on(const std::string& path);
+
+  /** Returns the entry that a path names, as a path without links above its last name. */
+  std::string end_of(const std::string& path) { return entries_on(path).back(); }
+
+  /** Returns whether the way to the folder of a path goes through the path itself. */
+  bool leads_through_itself(const std::string& path);
+
+  /** Returns the place of an entry, as files::Mounts does. */
+  files::Spot spot_of(const std::string& entry);
+
   /** Returns the tally of a path, or one that says that nobody has counted. */
   Tally count(const std::string& path);
 
   /** Returns whether moving or removing the entry at a path takes away what a run needs. */
-  bool is_needed(const std::string& path) const;
+  bool is_needed(const std::string& path);
 
   /**
    * Returns a finding when a copy may not fit into a folder, or certainly does not, although
@@ -72,6 +100,8 @@ class FileSystems {
   bool m_counts;
   Counter m_counter;
   files::Mounts m_mounts;
+  Memory<std::vector<std::string>> m_ways;
+  Memory<files::Spot> m_spots;
   /** The entries on the ways to the needed files. */
   std::set<files::Spot> m_needed;
   /** The size of earlier copies, by the device. */

@@ -67,15 +67,16 @@ std::optional<Finding> why_not_made(const Forecast& forecast, const Descent& des
   return why_no_content(forecast.definition.from);
 }
 
-void begin_link(Forecast& forecast, const Phrase& outcome) {
+void begin_link(Forecast& forecast, const Phrase& outcome, FileSystems& files) {
   forecast.outcome = outcome;
-  forecast.footprint.relied = forecast.footprint.changed = {end_of(forecast.definition.to)};
+  forecast.footprint.relied = forecast.footprint.changed = {files.end_of(forecast.definition.to)};
 }
 
 /** Foretells that a link by which root would be led astray makes a definition fail. */
-void foretell_refusal(Forecast& forecast, const files::Link& link, const Phrase& what_remains) {
-  begin_link(forecast, outcomes::fails);
-  forecast.footprint.rely_on(link.path + '/');
+void foretell_refusal(Forecast& forecast, const files::Link& link, const Phrase& what_remains,
+                      FileSystems& files) {
+  begin_link(forecast, outcomes::fails, files);
+  forecast.footprint.rely_on(files.entries_on(link.path + '/'));
   forecast.fail({problems::foreign_link, link.path}, what_remains);
 }
 
@@ -83,9 +84,9 @@ void foretell_new_link(Forecast& forecast, FileSystems& files) {
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
   if (to.size() >= PATH_MAX) return forecast.fail({problems::name_too_long}, remains::all);
   const auto descent = descent_to(to);
-  begin_link(forecast, outcomes::made);
+  begin_link(forecast, outcomes::made, files);
   for (const auto& folder : descent.missing) {
-    forecast.footprint.made.push_back(end_of(folder));
+    forecast.footprint.made.push_back(files.end_of(folder));
     // Once the folder is there, this leads somewhere else.
     if (last_name(folder) == "..") {
       forecast.add({problems::path_through_missing, folder_above(folder)});
@@ -102,11 +103,11 @@ void foretell_new_link(Forecast& forecast, FileSystems& files) {
 
 void foretell_renewal(Forecast& forecast, FileSystems& files) {
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
-  begin_link(forecast, outcomes::replaced);
-  if (files.is_needed(end_of(to))) forecast.add({problems::needed_by_run, to});
+  begin_link(forecast, outcomes::replaced, files);
+  if (files.is_needed(files.end_of(to))) forecast.add({problems::needed_by_run, to});
   if (const auto why = why_it_must_stay(to)) return forecast.fail(*why, remains::all);
   if (const auto why = why_no_content(from)) return forecast.fail(*why, remains::nothing);
-  if (leads_through_itself(to)) {
+  if (files.leads_through_itself(to)) {
     return forecast.fail({problems::path_through_itself}, remains::nothing);
   }
   if (const auto why = files.why_no_room_for_link(folder_above(to), from)) forecast.add(*why);
@@ -118,14 +119,14 @@ void leave_alone(Forecast& forecast, const Phrase& reason) {
 }
 
 /** Takes a forecast back about which nobody can tell. */
-void take_back(Forecast& forecast, const Finding& why) {
+void take_back(Forecast& forecast, const Finding& why, FileSystems& files) {
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
   forecast.outcome = outcomes::unknown;
   forecast.reason = {};
   forecast.moved = forecast.deleted = forecast.copied = std::nullopt;
   forecast.findings.clear();
   for (const auto& path : {to, from, linkbuilder::free_backup_name(to)}) {
-    const auto end = entries_on(path).back();
+    const auto end = files.end_of(path);
     forecast.footprint.changed.push_back(end);
     forecast.footprint.whole.push_back(end);
   }
@@ -133,9 +134,9 @@ void take_back(Forecast& forecast, const Finding& why) {
 }
 
 /** Returns the path of a definition along which the way is too long; empty for none. */
-std::string too_deep_path(const model::BakDefFields& definition) {
+std::string too_deep_path(const model::BakDefFields& definition, FileSystems& files) {
   for (const auto& path : {definition.to, definition.from}) {
-    if (files::way_along(path).entries.size() > most_entries) return path;
+    if (files.entries_on(path).size() > most_entries) return path;
   }
   return {};
 }
@@ -151,12 +152,12 @@ void foretell_link(Forecast& forecast, FileSystems& files) {
   if (decision.task == linkbuilder::LinkTask::unreadable) {
     return leave_alone(forecast, reasons::unreadable);
   }
-  if (const auto path = too_deep_path(definition); !path.empty()) {
-    return take_back(forecast, {problems::too_deep, path});
+  if (const auto path = too_deep_path(definition, files); !path.empty()) {
+    return take_back(forecast, {problems::too_deep, path}, files);
   }
   const files::Place place{definition.to};
   if (const auto link = linkbuilder::foreign_link(definition, decision.task, place)) {
-    return foretell_refusal(forecast, *link, remains::all);
+    return foretell_refusal(forecast, *link, remains::all, files);
   }
   switch (decision.task) {
     case linkbuilder::LinkTask::replace:
@@ -171,28 +172,28 @@ void foretell_link(Forecast& forecast, FileSystems& files) {
 }
 
 /** Returns whether the link at a place lies in what it leads to, and what it is to be copied to. */
-bool lies_in(const files::Mounts& mounts, const std::string& original, const std::string& link) {
-  const auto spot = mounts.spot_of(link);
-  return std::ranges::any_of(mounts.spots_from(original),
+bool lies_in(FileSystems& files, const std::string& original, const std::string& link) {
+  const auto spot = files.spot_of(link);
+  return std::ranges::any_of(files.mounts().spots_from(original),
                              [&spot](const files::Spot& each) { return files::holds(each, spot); });
 }
 
 void foretell_copy(Forecast& forecast, FileSystems& files) {
   const auto& to = forecast.definition.to;
   const auto& content = forecast.content;
-  const auto link = end_of(to);
-  const auto original = end_of(content);
-  begin_link(forecast, outcomes::copied);
-  forecast.footprint.rely_on(content + '/');
+  const auto link = files.end_of(to);
+  const auto original = files.end_of(content);
+  begin_link(forecast, outcomes::copied, files);
+  forecast.footprint.rely_on(files.entries_on(content + '/'));
   forecast.footprint.whole = {original};
   if (files.is_needed(link)) forecast.add({problems::needed_by_run, to});
   if (is_relative(content)) forecast.add({problems::relative, content});
   if (const auto why = why_it_must_stay(to)) return forecast.fail(*why, remains::all);
   forecast.copied = files.count(content);
-  if (leads_through_itself(to)) {
+  if (files.leads_through_itself(to)) {
     return forecast.fail({problems::path_through_itself}, remains::nothing);
   }
-  if (lies_in(files.mounts(), original, link)) {
+  if (lies_in(files, original, link)) {
     return forecast.fail({problems::copy_into_itself, content}, remains::nothing);
   }
   const auto why = files.why_no_room(folder_above(to), *forecast.copied, {});
@@ -202,8 +203,8 @@ void foretell_copy(Forecast& forecast, FileSystems& files) {
 
 void foretell_undoing(Forecast& forecast, FileSystems& files) {
   const auto& to = forecast.definition.to;
-  if (const auto path = too_deep_path(forecast.definition); !path.empty()) {
-    return take_back(forecast, {problems::too_deep, path});
+  if (const auto path = too_deep_path(forecast.definition, files); !path.empty()) {
+    return take_back(forecast, {problems::too_deep, path}, files);
   }
   auto decision = linkbuilder::decide_undo(to);
   forecast.content = std::move(decision.content);
@@ -211,7 +212,7 @@ void foretell_undoing(Forecast& forecast, FileSystems& files) {
     case linkbuilder::UndoTask::copy: {
       const auto& source = forecast.definition.from;
       const auto link = linkbuilder::foreign_link(to, forecast.content, source);
-      return link ? foretell_refusal(forecast, *link, remains::all)
+      return link ? foretell_refusal(forecast, *link, remains::all, files)
                   : foretell_copy(forecast, files);
     }
     case linkbuilder::UndoTask::missing:
@@ -228,7 +229,7 @@ void foretell_undoing(Forecast& forecast, FileSystems& files) {
 }
 
 /** Takes the forecast back where only root can see the places. */
-void find_hidden(Forecast& forecast) {
+void find_hidden(Forecast& forecast, FileSystems& files) {
   static const bool sees_all = geteuid() == 0;
   if (sees_all) return;
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
@@ -237,7 +238,7 @@ void find_hidden(Forecast& forecast) {
                              (outcome == outcomes::adopted || outcome == outcomes::fails);
   const bool path_hidden = outcome != outcomes::stands && is_hidden(to);
   if (!path_hidden && !(source_counts && is_hidden(from))) return;
-  take_back(forecast, {problems::hidden, path_hidden ? to : from});
+  take_back(forecast, {problems::hidden, path_hidden ? to : from}, files);
 }
 
 std::optional<files::Link> foreign_link_for(const linkbuilder::Work& work) {
@@ -255,16 +256,16 @@ void foretell_last_step(Forecast& forecast, const linkbuilder::Work& work, FileS
   const auto folder = folder_above(to);
   const bool is_adoption = work.stage != linkbuilder::Stage::undo;
   const auto& left = is_adoption ? remains::source : remains::all;
-  begin_link(forecast, outcomes::made);
+  begin_link(forecast, outcomes::made, files);
   if (is_adoption) {
     auto& footprint = forecast.footprint;
-    footprint.whole = {end_of(work.path()), end_of(without_final_slash(work.from))};
+    footprint.whole = {files.end_of(work.path()), files.end_of(without_final_slash(work.from))};
     footprint.changed.insert(footprint.changed.end(), footprint.whole.begin(),
                              footprint.whole.end());
     footprint.relied = footprint.changed;
   }
   if (!is_folder(folder)) {
-    const bool by_itself = leads_through_itself(to);
+    const bool by_itself = files.leads_through_itself(to);
     return forecast.fail(
         {by_itself ? problems::path_through_itself : problems::path_blocked, folder}, left);
   }
@@ -274,10 +275,10 @@ void foretell_last_step(Forecast& forecast, const linkbuilder::Work& work, FileS
 }
 
 /** Adds what holds for every link. */
-void complete(Forecast& forecast) {
+void complete(Forecast& forecast, FileSystems& files) {
   const auto& to = forecast.definition.to;
   if (is_relative(to) && !to.empty()) forecast.add({problems::relative, to});
-  find_hidden(forecast);
+  find_hidden(forecast, files);
 }
 
 void foretell_others(Forecast& forecast) {
@@ -291,15 +292,8 @@ void foretell_others(Forecast& forecast) {
 
 }  // namespace
 
-std::vector<std::string> entries_on(const std::string& path) {
-  auto entries = files::way_along(path).entries;
-  if (entries.size() > most_entries) entries.resize(most_entries);
-  return entries;
-}
-
-void Footprint::rely_on(const std::string& path) {
-  const auto entries = entries_on(path);
-  relied.insert(relied.end(), entries.begin(), entries.end());
+void Footprint::rely_on(const std::vector<std::string>& way) {
+  relied.insert(relied.end(), way.begin(), way.end());
 }
 
 void Forecast::add(const Finding& finding) {
@@ -328,14 +322,14 @@ Forecast foretell(model::BakDefFields definition, FileSystems& files) {
   } else {
     foretell_undoing(forecast, files);
   }
-  complete(forecast);
+  complete(forecast, files);
   return forecast;
 }
 
-Forecast foretell_left_alone(model::BakDefFields definition) {
+Forecast foretell_left_alone(model::BakDefFields definition, FileSystems& files) {
   Forecast forecast{.definition = std::move(definition)};
   leave_alone(forecast, reasons::unfinished);
-  complete(forecast);
+  complete(forecast, files);
   return forecast;
 }
 
@@ -351,7 +345,7 @@ Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& 
   if (const auto link = foreign_link_for(work)) {
     const bool is_moved = next.step == Step::link;
     const auto& left = next.step == Step::move ? remains::backup : remains::all;
-    foretell_refusal(forecast, *link, is_moved ? remains::source : left);
+    foretell_refusal(forecast, *link, is_moved ? remains::source : left, files);
   } else if (next.step == Step::move) {
     foretell_adoption(forecast, files, work.backup, !next.removed.empty());
   } else if (next.step == Step::undo) {

@@ -86,16 +86,10 @@ constexpr Phrase unfinished{"unfinished",
 
 }  // namespace reasons
 
-/** A way with more entries is not looked at: only a profile that nobody should trust has one. */
-constexpr std::size_t most_entries = 128;
-
-/** Returns the entries on the way along a path, up to that many. */
-std::vector<std::string> entries_on(const std::string& path);
-
 /** Where a definition looks beside the way to its path. No path has links above its name. */
 struct Footprint {
-  /** Adds the entries on the way along a path to those that are relied on. */
-  void rely_on(const std::string& path);
+  /** Adds the entries on a way to those that are relied on. */
+  void rely_on(const std::vector<std::string>& way);
 
   /** The entries that must be there, or be missing, as they are now. */
   std::vector<std::string> relied{};
@@ -148,7 +142,7 @@ bool is_marked(const model::BakDefFields& definition);
 Forecast foretell(model::BakDefFields definition, FileSystems& files);
 
 /** Foretells a definition that the run leaves alone because of an unfinished work. */
-Forecast foretell_left_alone(model::BakDefFields definition);
+Forecast foretell_left_alone(model::BakDefFields definition, FileSystems& files);
 
 /** Foretells what comes of a definition when the run goes on with its unfinished work. */
 Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& work,

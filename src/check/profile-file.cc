@@ -11,9 +11,6 @@
 #include "base/file.h"
 #include "base/path.h"
 #include "base/paths.h"
-#include "check/file-systems.h"
-#include "files/mounts.h"
-#include "files/way.h"
 #include "store/profile.h"
 #include "store/replace-file.h"
 
@@ -27,13 +24,13 @@ bool is_newer(const struct stat& one, const struct stat& other) {
          std::tie(other.st_mtim.tv_sec, other.st_mtim.tv_nsec);
 }
 
-void check_owner_and_mode(const files::Mounts& mounts, std::vector<Finding>& findings) {
+void check_owner_and_mode(FileSystems& files, std::vector<Finding>& findings) {
   const char* const path = paths::profile;
   struct stat status {};
   if (stat(path, &status) != 0) return;
   if (status.st_uid != 0) findings.push_back({problems::owner, std::to_string(status.st_uid)});
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({problems::writable, path});
-  if (why_it_must_stay(path) || mounts.is_mount_point(end_of(path))) {
+  if (why_it_must_stay(path) || files.mounts().is_mount_point(files.end_of(path))) {
     findings.push_back({problems::profile_fixed, path});
   }
 }
@@ -63,10 +60,10 @@ std::vector<std::string> needed_files() {
   return files;
 }
 
-void check_profile_file(const std::string& path, std::string_view profile,
-                        const files::Mounts& mounts, std::vector<Finding>& findings) {
+void check_profile_file(const std::string& path, std::string_view profile, FileSystems& files,
+                        std::vector<Finding>& findings) {
   if (path == paths::profile) {
-    check_owner_and_mode(mounts, findings);
+    check_owner_and_mode(files, findings);
     look_for_save(profile, findings);
     const auto next = store::next_to(paths::profile);
     if (is_there(next)) findings.push_back({problems::leftover, next});

@@ -52,8 +52,7 @@ using Lines = std::vector<Line>;
 
 /** The knowledge of a survey by the line to which it has come. */
 struct Course {
-  explicit Course(FileSystems& machine)
-      : files(machine), changes(machine.mounts()), unfinished(machine.mounts()) {}
+  explicit Course(FileSystems& machine) : files(machine), changes(machine), unfinished(machine) {}
 
   FileSystems& files;
   /** What the lines before may change; line 0 is the unfinished work of earlier runs. */
@@ -62,6 +61,7 @@ struct Course {
   Dependencies unfinished;
   /** The works that certainly stay unfinished. */
   std::vector<linkbuilder::Work> left;
+  linkbuilder::PlacesOfWorks places;
   /** The forecasts of the lines whose work goes on before the first line is taken. */
   std::map<std::size_t, Forecast> resumed;
   bool note_hidden = false;
@@ -82,42 +82,42 @@ std::string target_of(const model::BakDefFields& definition) {
 }
 
 /** Returns where the link builder looks for unfinished work before it takes a definition. */
-Footprint ways_of(const model::BakDefFields& definition) {
+Footprint ways_of(const model::BakDefFields& definition, FileSystems& files) {
   Footprint footprint;
   for (const auto& path : {definition.to, definition.from}) {
-    footprint.rely_on(without_final_slash(path));
+    footprint.rely_on(files.entries_on(without_final_slash(path)));
     footprint.whole.push_back(footprint.relied.back());
   }
   return footprint;
 }
 
 /** Returns where a definition looks of which nothing comes. */
-Footprint look_of(const Forecast& forecast) {
+Footprint look_of(const Forecast& forecast, FileSystems& files) {
   Footprint footprint;
-  footprint.rely_on(forecast.definition.to);
+  footprint.rely_on(files.entries_on(forecast.definition.to));
   if (forecast.outcome == outcomes::stands) return footprint;
   // Whether a link leads anywhere decides about its undoing.
-  footprint.rely_on(forecast.definition.to + '/');
-  footprint.rely_on(forecast.content);
+  footprint.rely_on(files.entries_on(forecast.definition.to + '/'));
+  footprint.rely_on(files.entries_on(forecast.content));
   return footprint;
 }
 
 /** Returns the work that a definition leaves unfinished when it fails. */
-linkbuilder::Work work_of(const Forecast& forecast) {
+linkbuilder::Work work_of(const Forecast& forecast, FileSystems& files) {
   const auto& [from, to] = std::tie(forecast.definition.from, forecast.definition.to);
   if (is_marked(forecast.definition)) {
     return {.stage = linkbuilder::Stage::undo, .from = forecast.content, .to = to};
   }
-  const std::string path = end_of(to);
+  const auto path = files.end_of(to);
   auto backup = linkbuilder::free_backup_name(path);
   if (backup.empty()) backup = linkbuilder::backup_name(path, 0);
   return {.from = from, .to = to, .backup = std::move(backup)};
 }
 
-Footprint places_of(const linkbuilder::Work& work) {
+Footprint places_of(const linkbuilder::Work& work, FileSystems& files) {
   Footprint places;
   for (const auto& path : {work.path(), work.backup, without_final_slash(work.from)}) {
-    if (!path.empty()) places.changed.push_back(end_of(path));
+    if (!path.empty()) places.changed.push_back(files.end_of(path));
   }
   return places;
 }
@@ -133,21 +133,22 @@ bool leaves_work(const Forecast& forecast) {
 }
 
 /** Returns the lines before on which a forecast depends. */
-std::set<std::size_t> lines_before(const Forecast& forecast, const Course& course) {
+std::set<std::size_t> lines_before(const Forecast& forecast, Course& course) {
   const auto& definition = forecast.definition;
   std::set<std::size_t> lines;
   if (!course.changes.empty()) {
     const auto& footprint = forecast.footprint;
-    const auto passed = entries_on(definition.to);
-    lines = course.changes.lines_before(footprint.changed.empty() ? look_of(forecast) : footprint,
-                                        passed);
+    const auto passed = course.files.entries_on(definition.to);
+    lines = course.changes.lines_before(
+        footprint.changed.empty() ? look_of(forecast, course.files) : footprint, passed);
     if (!course.left.empty() || !course.unfinished.empty()) {
       // A link above the source decides whether the source lies in an unfinished work.
-      const auto way = entries_on(folder_above(definition.from));
+      const auto way = course.files.entries_on(folder_above(definition.from));
       lines.merge(course.changes.lines_before({}, way));
     }
   }
-  if (!course.unfinished.empty()) lines.merge(course.unfinished.lines_before(ways_of(definition)));
+  if (!course.unfinished.empty())
+    lines.merge(course.unfinished.lines_before(ways_of(definition, course.files)));
   // A note that only root can read may say anything, and a broken run does nothing more.
   const bool stands = forecast.outcome == outcomes::stands;
   if (course.note_hidden && !stands) lines.insert(0);
@@ -169,7 +170,7 @@ void remember(std::size_t line, Forecast& forecast, Course& course) {
   if (keeps_all && forecast.sure) forecast.footprint.changed.clear();
   course.changes.add(line, forecast.footprint);
   if (forecast.sure && !leaves_work(forecast)) return;
-  course.unfinished.add(line, places_of(work_of(forecast)));
+  course.unfinished.add(line, places_of(work_of(forecast, course.files), course.files));
 }
 
 /** Returns the line that an unfinished work is about, or the work as one without a number. */
@@ -196,7 +197,7 @@ void survey_rest(const UnfinishedWork& unfinished, const Lines& lines, Course& c
   if (line.number > 0) course.resumed.emplace(line.number, forecast);
   if (!forecast.sure || !leaves_work(forecast)) return remember(0, forecast, course);
   const bool has_backup = next.step == Step::move;
-  course.left.push_back(has_backup ? work : work_of(forecast));
+  course.left.push_back(has_backup ? work : work_of(forecast, course.files));
   const bool changes_nothing =
       has_backup && forecast.remains == remains::backup && next.removed.empty();
   if (!changes_nothing) course.changes.add(0, forecast.footprint);
@@ -255,9 +256,9 @@ Forecast foretell_line(const Line& line, std::size_t lines_done, Course& course)
   if (line.number <= lines_done && !resumed) return foretell_done(definition);
   const auto first = course.first_lines.emplace(definition.to, line.number).first->second;
   if (resumed) return foretell_resumed(line.number, course);
-  const bool left_alone =
-      linkbuilder::touched_by(definition, course.left, course.files.mounts()) != nullptr;
-  auto forecast = left_alone ? foretell_left_alone(definition) : foretell(definition, course.files);
+  const bool left_alone = course.places.touched_by(definition, course.left) != nullptr;
+  auto forecast = left_alone ? foretell_left_alone(definition, course.files)
+                             : foretell(definition, course.files);
   if (first != line.number) forecast.add({problems::same_path, std::to_string(first)});
   depend_on(lines_before(forecast, course), forecast);
   remember(line.number, forecast, course);
@@ -265,20 +266,20 @@ Forecast foretell_line(const Line& line, std::size_t lines_done, Course& course)
 }
 
 /** Returns why nothing is to be seen at a source, unless a line may bring it. */
-std::optional<Problem> why_no_source(const std::string& source, const Dependencies& changes) {
+std::optional<Problem> why_no_source(const std::string& source, Course& course) {
   if (exists(source)) return std::nullopt;
   const auto& problem = errno == EACCES ? problems::hidden : problems::source_missing;
   Footprint way;
-  way.rely_on(source);
-  return changes.lines_before(way).empty() ? std::optional{problem} : std::nullopt;
+  way.rely_on(course.files.entries_on(source));
+  return course.changes.lines_before(way).empty() ? std::optional{problem} : std::nullopt;
 }
 
-void find_missing_source(Forecast& forecast, const Dependencies& changes) {
+void find_missing_source(Forecast& forecast, Course& course) {
   const auto& definition = forecast.definition;
   const auto& outcome = forecast.outcome;
   const bool done = is_symbolic(definition) && outcome == outcomes::none;
   if (done || is_marked(definition) || definition.from.empty()) return;
-  const auto why = why_no_source(target_of(definition), changes);
+  const auto why = why_no_source(target_of(definition), course);
   if (!why || outcome == outcomes::unknown) return;
   const bool hidden = *why == problems::hidden;
   const bool is_link =
@@ -287,13 +288,12 @@ void find_missing_source(Forecast& forecast, const Dependencies& changes) {
   if (hidden || outcome == outcomes::none) forecast.add({*why, definition.from});
 }
 
-void survey_script(const Line& line, const Dependencies& changes,
-                   std::vector<LineFinding>& findings) {
+void survey_script(const Line& line, Course& course, std::vector<LineFinding>& findings) {
   const auto& [number, script] = line;
   if (script.from.empty() || script.to.empty()) {
     return findings.push_back({number, {problems::value_missing}});
   }
-  const auto why = why_no_source(script.from, changes);
+  const auto why = why_no_source(script.from, course);
   if (why) findings.push_back({number, {*why, script.from}});
 }
 
@@ -363,10 +363,10 @@ Survey survey_of(const std::string& path, std::string_view profile, bool counts)
   }
   const auto present = path == paths::profile ? FileText{} : read_file(paths::profile);
   if (present.bytes) compare_profiles(present.text(), profile, findings, survey.around);
-  for (auto& forecast : survey.definitions) find_missing_source(forecast, course.changes);
-  for (const auto& script : scripts) survey_script(script, course.changes, findings);
+  for (auto& forecast : survey.definitions) find_missing_source(forecast, course);
+  for (const auto& script : scripts) survey_script(script, course, findings);
   std::ranges::stable_sort(findings, {}, &LineFinding::line);
-  check_profile_file(path, profile, machine.mounts(), survey.around);
+  check_profile_file(path, profile, machine, survey.around);
   return survey;
 }
 

@@ -155,10 +155,7 @@ class Pass {
 
   /** Returns whether a definition must not touch what is unfinished, and says so. */
   bool is_left_alone(const model::BakDefFields& definition) {
-    const auto& works = m_journal.unfinished();
-    if (works.empty()) return false;
-    if (!m_mounts) m_mounts.emplace();
-    const auto* const work = touched_by(definition, works, *m_mounts);
+    const auto* const work = m_places.touched_by(definition, m_journal.unfinished());
     if (work == nullptr) return false;
     // Of the definition itself all has been said.
     if (work->from == definition.from && work->to == definition.to) return true;
@@ -173,8 +170,7 @@ class Pass {
   std::size_t m_lines_done = 0;
   /** The place of the new link that was made last, while nothing else has been done since. */
   files::Place m_fresh;
-  /** The mounts, once they are asked for. */
-  std::optional<files::Mounts> m_mounts;
+  PlacesOfWorks m_places;
 };
 
 void report_failure(const GError& error) {

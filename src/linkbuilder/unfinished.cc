@@ -17,7 +17,7 @@ namespace {
 
 using Step = Continuation::Step;
 
-/** Decides to remove a part first, unless it is none, or files::holds what is whole by a mount. */
+/** Decides to remove a part first, unless it is none, or holds what is whole by a mount. */
 Continuation after_removing(const files::PathState& part, const files::PathState& whole,
                             Step step) {
   if (!files::is_part_of_copy(part.path, whole.path) ||
@@ -28,9 +28,8 @@ Continuation after_removing(const files::PathState& part, const files::PathState
 }
 
 /**
- * Decides by which of two places files::holds everything, after mv(1) was to move `origin` to
- * `goal`: goes on with `from_origin` or `from_goal`. What the other place files::holds is a part,
- * and is removed first.
+ * Decides by which of two places holds everything, after mv(1) was to move `origin` to `goal`: goes
+ * on with `from_origin` or `from_goal`. What the other place holds is a part, and is removed first.
  */
 Continuation whichever_is_whole(const Work& work, const files::PathState& origin,
                                 const files::PathState& goal, Step from_origin, Step from_goal) {
@@ -116,17 +115,14 @@ Continuation continuation_of_undoing(const Work& work, const store::Definitions&
   return again;
 }
 
-/** Returns the places of entries in their file systems. */
-std::vector<files::Spot> spots_of(const std::vector<std::string>& entries,
-                                  const files::Mounts& mounts) {
+/** Returns the places of the entries on the way along a path. */
+std::vector<files::Spot> spots_along(const std::string& path, const files::Mounts& mounts) {
   std::vector<files::Spot> spots;
-  spots.reserve(entries.size());
-  for (const auto& entry : entries) spots.push_back(mounts.spot_of(entry));
+  for (const auto& entry : files::way_along(path).entries) spots.push_back(mounts.spot_of(entry));
   return spots;
 }
 
-/** Returns whether one of the entries on a way is in a place, or the end of the way files::holds
- * it. */
+/** Returns whether one of the entries on a way is in a place, or the last one holds it. */
 bool touches(const std::vector<files::Spot>& way, const files::Spot& place) {
   return files::holds(way.back(), place) ||
          std::ranges::any_of(
@@ -145,26 +141,36 @@ Continuation continuation_of(const Work& work, const store::Definitions& all,
                                    : continuation_of_adoption(work, all);
 }
 
-const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works,
-                       const files::Mounts& mounts) {
+void PlacesOfWorks::look_up(const std::vector<Work>& works) {
+  if (!m_mounts) m_mounts.emplace();
+  m_places.resize(std::min(m_places.size(), works.size()));
+  while (m_places.size() < works.size()) {
+    const auto& work = works[m_places.size()];
+    auto& places = m_places.emplace_back();
+    for (const auto& path : {work.path(), work.backup, without_final_slash(work.from)}) {
+      if (!path.empty()) places.push_back(m_mounts->spot_of(files::way_along(path).entries.back()));
+    }
+  }
+}
+
+const Work* PlacesOfWorks::touched_by(const model::BakDefFields& definition,
+                                      const std::vector<Work>& works) {
   if (works.empty()) return nullptr;
+  look_up(works);
   std::vector<std::vector<files::Spot>> ways;
   for (const auto& path : {definition.to, definition.from}) {
     // What is undone is the link, wherever its definition says that it leads.
     if (!ways.empty() && wants_undoing(definition)) break;
-    ways.push_back(spots_of(files::way_along(without_final_slash(path)).entries, mounts));
+    ways.push_back(spots_along(without_final_slash(path), *m_mounts));
   }
-  const auto is_touched = [&](const Work& work) {
-    for (const auto& path : {work.path(), work.backup, without_final_slash(work.from)}) {
-      if (path.empty()) continue;
-      const auto place = mounts.spot_of(files::way_along(path).entries.back());
-      const auto at_place = [&place](const auto& way) { return touches(way, place); };
-      if (std::ranges::any_of(ways, at_place)) return true;
-    }
-    return false;
+  const auto is_touched = [&ways](const std::vector<files::Spot>& places) {
+    return std::ranges::any_of(places, [&ways](const files::Spot& place) {
+      return std::ranges::any_of(ways, [&place](const auto& way) { return touches(way, place); });
+    });
   };
-  const auto work = std::ranges::find_if(works, is_touched);
-  return work == works.end() ? nullptr : &*work;
+  const auto touched = std::ranges::find_if(m_places, is_touched);
+  return touched == m_places.end() ? nullptr
+                                   : &works[static_cast<std::size_t>(touched - m_places.begin())];
 }
 
 }  // namespace varnholt::linkbuilder

@@ -2,6 +2,7 @@
 // What the next run does about unfinished works, given what is where. Deciding changes nothing.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,11 +56,23 @@ struct Continuation {
 Continuation continuation_of(const Work& work, const store::Definitions& all,
                              const store::Definitions& to_come);
 
-/**
- * Returns the first of these unfinished works whose path, backup or source a definition touches
- * with its own path or source; null for none. The definition must leave them alone.
- */
-const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works,
-                       const files::Mounts& mounts);
+/** The places of unfinished works, which no definition may touch. */
+class PlacesOfWorks {
+ public:
+  /**
+   * Returns the first of the works whose path, backup or source a definition touches with its own
+   * path or source; null for none. From call to call the works may only come and go at the end:
+   * their places are looked up once.
+   */
+  const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works);
+
+ private:
+  void look_up(const std::vector<Work>& works);
+
+  /** The mounts, once they are asked for. */
+  std::optional<files::Mounts> m_mounts;
+  /** The places of each work. */
+  std::vector<std::vector<files::Spot>> m_places;
+};
 
 }  // namespace varnholt::linkbuilder
