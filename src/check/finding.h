@@ -190,8 +190,10 @@ constexpr Problem profile_fixed{
 constexpr Problem note_unread{
     "note-unread",
     N_("What an earlier run has left unfinished is not known: its note cannot be read (%1).")};
-constexpr Problem leftover{"leftover",
-                           N_("A run that was cut off has left %1; the next run looks after it.")};
+constexpr Problem leftover{
+    "leftover",
+    N_("%1 is there, where a run writes the new profile; the next run removes it only if "
+       "nothing of it would be missed.")};
 constexpr Problem command_missing{"command-missing", N_("The command %1 is missing.")};
 
 }  // namespace problems

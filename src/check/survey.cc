@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -48,7 +49,7 @@ struct Line {
   std::size_t number = 0;
   model::BakDefFields definition{};
 };
-using Lines = std::vector<Line>;
+using Lines = std::deque<Line>;
 
 /** The knowledge of a survey by the line to which it has come. */
 struct Course {
@@ -67,8 +68,6 @@ struct Course {
   bool note_hidden = false;
   /** The last line that takes away what the run itself needs; 0 for none. */
   std::size_t breaking_line = 0;
-  /** The first line of a link for each path. */
-  std::unordered_map<std::string, std::size_t> first_lines;
 };
 
 bool is_symbolic(const model::BakDefFields& definition) {
@@ -229,11 +228,13 @@ void survey_note(std::string_view profile, const Lines& lines, Course& course, S
 }
 
 /** Foretells a line with which an earlier run has done. */
-Forecast foretell_done(const model::BakDefFields& definition) {
-  if (is_marked(definition)) return {.definition = definition, .outcome = outcomes::dropped};
+Forecast foretell_done(model::BakDefFields definition) {
   const bool stands = definition.to.starts_with('/') &&
                       linkbuilder::decide_link(definition).task == linkbuilder::LinkTask::none;
-  return {.definition = definition, .outcome = stands ? outcomes::stands : outcomes::none};
+  const auto& outcome = is_marked(definition) ? outcomes::dropped
+                        : stands              ? outcomes::stands
+                                              : outcomes::none;
+  return {.definition = std::move(definition), .outcome = outcome};
 }
 
 /** Foretells a line whose work has gone on already when the run comes to it. */
@@ -249,20 +250,28 @@ Forecast foretell_resumed(std::size_t line, Course& course) {
   return forecast;
 }
 
-Forecast foretell_line(const Line& line, std::size_t lines_done, Course& course) {
-  const auto& definition = line.definition;
-  if (!is_symbolic(definition)) return foretell(definition, course.files);
+/** Takes the definition of a line, and foretells what comes of it. */
+Forecast foretell_line(Line& line, std::size_t lines_done, Course& course) {
+  auto& definition = line.definition;
+  if (!is_symbolic(definition)) return foretell(std::move(definition), course.files);
   const bool resumed = course.resumed.contains(line.number);
-  if (line.number <= lines_done && !resumed) return foretell_done(definition);
-  const auto first = course.first_lines.emplace(definition.to, line.number).first->second;
+  if (line.number <= lines_done && !resumed) return foretell_done(std::move(definition));
   if (resumed) return foretell_resumed(line.number, course);
   const bool left_alone = course.places.touched_by(definition, course.left) != nullptr;
-  auto forecast = left_alone ? foretell_left_alone(definition, course.files)
-                             : foretell(definition, course.files);
-  if (first != line.number) forecast.add({problems::same_path, std::to_string(first)});
+  auto forecast = left_alone ? foretell_left_alone(std::move(definition), course.files)
+                             : foretell(std::move(definition), course.files);
   depend_on(lines_before(forecast, course), forecast);
   remember(line.number, forecast, course);
   return forecast;
+}
+
+void find_same_paths(std::vector<Forecast>& forecasts) {
+  std::unordered_map<std::string_view, std::size_t> first_lines;
+  for (auto& forecast : forecasts) {
+    if (!is_symbolic(forecast.definition)) continue;
+    const auto [first, is_new] = first_lines.emplace(forecast.definition.to, forecast.line);
+    if (!is_new) forecast.add({problems::same_path, std::to_string(first->second)});
+  }
 }
 
 /** Returns why nothing is to be seen at a source, unless a line may bring it. */
@@ -353,10 +362,11 @@ Survey survey_of(const std::string& path, std::string_view profile, bool counts)
   Course course{machine};
   survey_note(profile, files, course, survey);
   survey.definitions.reserve(files.size());
-  for (const auto& line : files) {
+  for (auto& line : files) {
     survey.definitions.push_back(foretell_line(line, survey.lines_done, course));
     survey.definitions.back().line = line.number;
   }
+  find_same_paths(survey.definitions);
   auto& findings = survey.window.findings;
   if (!survey.window.answers_default_route) {
     survey.around.push_back({problems::default_route_open});

@@ -109,8 +109,7 @@ void remove_older_profile(std::string_view profile) {
   });
   if (left.empty()) return;
   print_failure(
-      "%s is from a run that was cut off, and may hold more than %s: compare "
-      "the two, and remove the first\n",
+      "%s is there already, and may hold more than %s: compare the two, and move the first away\n",
       left.c_str(), paths::profile);
 }
 
