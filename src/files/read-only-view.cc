@@ -3,11 +3,9 @@
 #include "files/read-only-view.h"
 
 #include <fcntl.h>
-#include <linux/openat2.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -33,11 +31,7 @@ class Folder {
 
   /** Returns the same folder, opened anew in the present view, or nothing. */
   Descriptor here() const {
-    open_how how{};
-    how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-    how.resolve = RESOLVE_NO_SYMLINKS;
-    Descriptor again{
-        static_cast<int>(syscall(SYS_openat2, AT_FDCWD, m_path.c_str(), &how, sizeof how))};
+    auto again = open_without_links(m_path);
     struct stat before {};
     struct stat now {};
     const bool is_same = fstat(m_entry, &before) == 0 && fstat(again.number(), &now) == 0 &&

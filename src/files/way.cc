@@ -36,15 +36,6 @@ Descriptor open_entry(int folder, const char* name) {
   return Descriptor{openat(folder, name, as_it_is)};
 }
 
-/** Opens a folder when no link is on the way to it: one call is enough for most of them. */
-Descriptor open_without_links(const std::string& folder) {
-  open_how how{};
-  how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-  how.resolve = RESOLVE_NO_SYMLINKS;
-  return Descriptor{
-      static_cast<int>(syscall(SYS_openat2, AT_FDCWD, folder.c_str(), &how, sizeof how))};
-}
-
 bool is_shared_folder(const struct stat& status) {
   constexpr mode_t others = S_IWGRP | S_IWOTH;
   return S_ISDIR(status.st_mode) && (status.st_uid != 0 || (status.st_mode & others) != 0);
@@ -193,6 +184,14 @@ std::string content_of_link(int folder, const char* name) {
   return {content.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
 }
 
+Descriptor open_without_links(const std::string& folder) {
+  open_how how{};
+  how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+  how.resolve = RESOLVE_NO_SYMLINKS;
+  return Descriptor{
+      static_cast<int>(syscall(SYS_openat2, AT_FDCWD, folder.c_str(), &how, sizeof how))};
+}
+
 Way way_along(const std::string& path, Missing missing) {
   return Walk{path, missing}.take_way();
 }
@@ -204,6 +203,7 @@ Way way_behind(const Link& link, const std::string& content) {
 Place::Place(const std::string& path, Missing missing)
     : m_path(folder_above(path)),
       m_name(name_in(m_path, path)),
+      // One call is enough for most folders.
       m_folder(open_without_links(m_path)) {
   if (m_folder) return;
   auto way = way_along(m_path, missing);

@@ -48,6 +48,9 @@ struct Way {
  */
 std::string content_of_link(int folder, const char* name);
 
+/** Opens a folder with O_PATH when no link is on the way to it; if not, the descriptor is none. */
+Descriptor open_without_links(const std::string& folder);
+
 /** What is done about folders that are missing on a way. */
 enum class Missing { leave, make };
 
