@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/diagnostics.h"
+#include "base/path.h"
 #include "base/shell.h"
 #include "files/mounts.h"
 #include "linkbuilder/stop-signals.h"
@@ -32,7 +33,8 @@ void Step::moves(const std::string& from, const std::string& to) {
   // What is renamed is not read, so that nobody can have root copy anything in its place.
   if (files::mv_copies(from, to)) m_work = files::Work::copy;
   allow_for_entry(from, m_work == files::Work::copy ? To::change : To::move);
-  m_permissions.push_back({open_folder(to), To::put});
+  // A link that leads nowhere is replaced.
+  m_permissions.push_back({open_folder(to), is_link(to) ? To::move : To::put});
 }
 
 void Step::removes(const std::string& path) {
