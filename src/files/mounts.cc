@@ -62,6 +62,12 @@ Spot Mounts::spot_of(const std::string& path) const {
   return {0, text};
 }
 
+std::vector<Spot> Mounts::spots_of(const std::vector<std::string>& paths) const {
+  std::vector<Spot> spots;
+  for (const auto& path : paths) spots.push_back(spot_of(path));
+  return spots;
+}
+
 std::vector<Spot> Mounts::spots_from(const std::string& path) const {
   std::vector<Spot> spots{spot_of(path)};
   for (const auto& mount : m_mounts) {

@@ -33,6 +33,9 @@ class Mounts {
    */
   Spot spot_of(const std::string& path) const;
 
+  /** Returns the places of such paths, as those of the entries on a way. */
+  std::vector<Spot> spots_of(const std::vector<std::string>& paths) const;
+
   /** Returns the place of such a path and the roots of all mounts below it. */
   std::vector<Spot> spots_from(const std::string& path) const;
 

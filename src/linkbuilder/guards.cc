@@ -36,10 +36,8 @@ bool deletion_takes_away(const std::string& doomed, const std::string& path) {
   if (!doomed_way.whole || !way.whole) return true;
   const files::Mounts mounts;
   const auto gone = mounts.spots_from(doomed_way.entries.back());
-  std::vector<files::Spot> passed;
-  passed.reserve(way.entries.size());
-  for (const auto& entry : way.entries) passed.push_back(mounts.spot_of(entry));
-  return any_holds(gone, passed) || any_holds(mounts.spots_from(way.entries.back()), gone);
+  return any_holds(gone, mounts.spots_of(way.entries)) ||
+         any_holds(mounts.spots_from(way.entries.back()), gone);
 }
 
 Clearing clearing_for(const std::string& from, const std::string& to) {

@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -88,24 +87,15 @@ int wait_for_other_runs() {
   const int lock = open(paths::lock, O_RDONLY | O_CREAT | O_NOFOLLOW, own_mode);
   if (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
     print_progress("another run of the link builder is at work, waiting for its end\n");
-    const InterruptibleScope waiting;
-    flock(lock, LOCK_EX);
+    interruptibly([lock] { return flock(lock, LOCK_EX); });
   }
   return lock;
 }
 
-/** Returns whether nothing of a text would be missed beside another, but for marked definitions. */
-bool is_beginning_of(std::string_view text, std::string_view profile) {
-  return store::without_marked_lines(profile).starts_with(store::without_marked_lines(text));
-}
-
 /** Removes the new profile that a run has left beside the old one when it was cut off. */
 void remove_older_profile(std::string_view profile) {
-  const auto left = store::remove_leftover(paths::profile, [&](std::string_view text) {
-    std::string older{text};
-    std::string newer{profile};
-    return is_beginning_of(text, profile) ||
-           main_get_cur_version(&older) < main_get_cur_version(&newer);
+  const auto left = store::remove_leftover(paths::profile, [profile](std::string_view text) {
+    return store::is_superseded(text, profile);
   });
   if (left.empty()) return;
   print_failure(

@@ -23,13 +23,6 @@ namespace {
 
 using Step = Continuation::Step;
 
-/** Decides without being in the way of a stop signal, as comparing may take long. */
-Continuation decide(const Work& work, const store::Definitions& all,
-                    const store::Definitions& to_come) {
-  const InterruptibleScope comparing;
-  return continuation_of(work, all, to_come);
-}
-
 /** Prints why a work is not finished, and what is where. */
 void report(const Work& work, const std::string& why) {
   const auto backup = work.backup.empty() ? "" : files::PathState{work.backup}.described() + ", ";
@@ -54,11 +47,7 @@ bool remove_part(const Work& work, const Continuation& next) {
   if (next.removed.empty()) return true;
   print_progress("an earlier run did not finish: %s is removed, as all of it is in %s\n",
                  next.removed.c_str(), next.whole_at.c_str());
-  int error = 0;
-  {
-    const InterruptibleScope removing;
-    error = files::remove_tree(next.removed);
-  }
+  const int error = interruptibly([&next] { return files::remove_tree(next.removed); });
   if (error != 0) report_cannot_finish(work, error);
   return error == 0;
 }
@@ -121,7 +110,8 @@ void resume(Journal& journal, const store::Definitions& all, const store::Defini
   const std::vector<Work> newest_first{works.rbegin(), works.rend()};
   for (const auto& work : newest_first) {
     end_if_stopped();
-    const auto next = decide(work, all, to_come);
+    // Comparing may take long.
+    const auto next = interruptibly([&] { return continuation_of(work, all, to_come); });
     if (remove_part(work, next)) go_on(work, next, journal);
   }
 }

@@ -54,10 +54,11 @@ void Step::reads(const std::string& path) {
 int Step::run(const std::string& command_line) const {
   if (m_is_refused) return -1;
   if (m_is_shared && !files::can_confine(m_work)) report_no_confinement();
-  const int status = run_interruptibly([&] {
+  const int status = interruptibly([&] {
     return m_is_shared ? files::run_confined(command_line, m_permissions, m_work)
                        : run_command(command_line);
   });
+  end_if_stopped(status);
   if (status < 0) print_failure("a command could not be run, or its folders have been exchanged\n");
   return status;
 }

@@ -46,32 +46,18 @@ void catch_stop_signals() {
   }
 }
 
-void end_if_stopped() {
+void end_if_stopped(int wait_status) {
+  // While it waits for a command, system(3) ignores two of the signals.
+  if (const int signal = stop_signal_in(wait_status); caught && signal != 0) came = signal;
   if (came == 0) return;
   print_failure("stopped by signal %d: the next run goes on from here\n", static_cast<int>(came));
   end_by(came);
 }
 
-InterruptibleScope::InterruptibleScope() {
+void set_interruptible(bool interruptible) {
   flush_progress();
-  at_once = 1;
-  end_if_stopped();
-}
-
-InterruptibleScope::~InterruptibleScope() {
-  at_once = 0;
-}
-
-int run_interruptibly(const std::function<int()>& run) {
-  int status = 0;
-  {
-    const InterruptibleScope command;
-    status = run();
-  }
-  // While it waits for a command, system(3) ignores two of the signals.
-  if (const int signal = stop_signal_in(status); caught && signal != 0) came = signal;
-  end_if_stopped();
-  return status;
+  at_once = interruptible ? 1 : 0;
+  if (interruptible) end_if_stopped();
 }
 
 }  // namespace varnholt::linkbuilder

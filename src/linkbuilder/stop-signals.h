@@ -4,32 +4,30 @@
 // process has them ignored.
 #pragma once
 
-#include <functional>
-
 namespace varnholt::linkbuilder {
 
 /**
  * From this call on, a stop signal no longer ends the process wherever it happens to be. It ends it
- * at the next call of end_if_stopped(), or at once where a scope says that this does no harm.
+ * at the next call of end_if_stopped(), or at once where that does no harm.
  */
 void catch_stop_signals();
 
-/** Ends the process by the stop signal that has come, if one has. */
-void end_if_stopped();
-
-/** As long as this object lives, a stop signal ends the process at once. */
-class InterruptibleScope {
- public:
-  InterruptibleScope();
-  InterruptibleScope(const InterruptibleScope&) = delete;
-  InterruptibleScope& operator=(const InterruptibleScope&) = delete;
-  ~InterruptibleScope();
-};
-
 /**
- * Calls a function that runs a command, and returns the wait status that it returns. A stop signal
- * ends the process before or during the command; so does one that has ended the command only.
+ * Ends the process by the stop signal that has come, if one has. One that has ended a command with
+ * this wait status counts too, as Ctrl-C does.
  */
-int run_interruptibly(const std::function<int()>& run);
+void end_if_stopped(int wait_status = 0);
+
+/** Sets whether a stop signal ends the process at once; one that has come before does so too. */
+void set_interruptible(bool interruptible);
+
+/** Calls a function, during which a stop signal ends the process at once. Returns its result. */
+template <typename Call>
+auto interruptibly(Call call) {
+  set_interruptible(true);
+  const auto result = call();
+  set_interruptible(false);
+  return result;
+}
 
 }  // namespace varnholt::linkbuilder

@@ -115,11 +115,13 @@ Continuation continuation_of_undoing(const Work& work, const store::Definitions&
   return again;
 }
 
-/** Returns the places of the entries on the way along a path. */
-std::vector<files::Spot> spots_along(const std::string& path, const files::Mounts& mounts) {
-  std::vector<files::Spot> spots;
-  for (const auto& entry : files::way_along(path).entries) spots.push_back(mounts.spot_of(entry));
-  return spots;
+/** Returns where the path, the backup and the source of a work are. */
+std::vector<files::Spot> places_of(const Work& work, const files::Mounts& mounts) {
+  std::vector<files::Spot> places;
+  for (const auto& path : {work.path(), work.backup, without_final_slash(work.from)}) {
+    if (!path.empty()) places.push_back(mounts.spot_of(files::way_along(path).entries.back()));
+  }
+  return places;
 }
 
 /** Returns whether one of the entries on a way is in a place, or the last one holds it. */
@@ -141,36 +143,27 @@ Continuation continuation_of(const Work& work, const store::Definitions& all,
                                    : continuation_of_adoption(work, all);
 }
 
-void PlacesOfWorks::look_up(const std::vector<Work>& works) {
-  if (!m_mounts) m_mounts.emplace();
-  m_places.resize(std::min(m_places.size(), works.size()));
-  while (m_places.size() < works.size()) {
-    const auto& work = works[m_places.size()];
-    auto& places = m_places.emplace_back();
-    for (const auto& path : {work.path(), work.backup, without_final_slash(work.from)}) {
-      if (!path.empty()) places.push_back(m_mounts->spot_of(files::way_along(path).entries.back()));
-    }
-  }
-}
-
 const Work* PlacesOfWorks::touched_by(const model::BakDefFields& definition,
                                       const std::vector<Work>& works) {
   if (works.empty()) return nullptr;
-  look_up(works);
+  if (!m_mounts) m_mounts.emplace();
+  m_places.resize(std::min(m_places.size(), works.size()));
+  for (auto at = m_places.size(); at < works.size(); ++at) {
+    m_places.push_back(places_of(works[at], *m_mounts));
+  }
   std::vector<std::vector<files::Spot>> ways;
   for (const auto& path : {definition.to, definition.from}) {
     // What is undone is the link, wherever its definition says that it leads.
     if (!ways.empty() && wants_undoing(definition)) break;
-    ways.push_back(spots_along(without_final_slash(path), *m_mounts));
+    ways.push_back(m_mounts->spots_of(files::way_along(without_final_slash(path)).entries));
   }
-  const auto is_touched = [&ways](const std::vector<files::Spot>& places) {
-    return std::ranges::any_of(places, [&ways](const files::Spot& place) {
+  for (std::size_t at = 0; at < works.size(); ++at) {
+    const bool is_touched = std::ranges::any_of(m_places[at], [&ways](const files::Spot& place) {
       return std::ranges::any_of(ways, [&place](const auto& way) { return touches(way, place); });
     });
-  };
-  const auto touched = std::ranges::find_if(m_places, is_touched);
-  return touched == m_places.end() ? nullptr
-                                   : &works[static_cast<std::size_t>(touched - m_places.begin())];
+    if (is_touched) return &works[at];
+  }
+  return nullptr;
 }
 
 }  // namespace varnholt::linkbuilder

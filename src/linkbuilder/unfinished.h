@@ -67,8 +67,6 @@ class PlacesOfWorks {
   const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works);
 
  private:
-  void look_up(const std::vector<Work>& works);
-
   /** The mounts, once they are asked for. */
   std::optional<files::Mounts> m_mounts;
   /** The places of each work. */

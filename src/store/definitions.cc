@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "store/profile.h"
 
 namespace varnholt::store {
 
@@ -42,6 +43,13 @@ std::string without_lines(std::string_view profile, const Lines& lines) {
 
 std::string without_marked_lines(std::string_view profile) {
   return without_lines(profile, for_each_definition(profile, [](std::size_t, auto&) {}));
+}
+
+bool is_superseded(std::string_view older, std::string_view profile) {
+  std::string older_text{older};
+  std::string text{profile};
+  return without_marked_lines(profile).starts_with(without_marked_lines(older)) ||
+         main_get_cur_version(&older_text) < main_get_cur_version(&text);
 }
 
 }  // namespace varnholt::store

@@ -30,6 +30,12 @@ Definitions definitions_after(std::size_t line, std::string_view profile);
 /** Returns a profile without these lines; all others stay as kept_lines() keeps them. */
 std::string without_lines(std::string_view profile, const Lines& lines);
 
+/**
+ * Returns whether nothing of an older text would be missed beside a profile: its version is lower,
+ * or all its lines stand at the beginning, but for definitions that are marked deleted.
+ */
+bool is_superseded(std::string_view older, std::string_view profile);
+
 /** Returns a profile without the lines of the definitions that are marked deleted. */
 std::string without_marked_lines(std::string_view profile);
 
