@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -35,6 +36,19 @@ FileText read_file(const char* path) {
   }
   g_file_get_contents(path, out(file.bytes), &file.length, out(file.error));
   return file;
+}
+
+bool file_holds(const char* path, std::string_view text) {
+  constexpr std::size_t block_size = 1UL << 16U;
+  const Descriptor file{may_have_no_end(path) ? -1 : open(path, O_RDONLY | O_CLOEXEC)};
+  std::array<char, block_size> block;  // NOLINT(*-member-init): read fills it
+  while (true) {
+    const auto length = read(file.number(), block.data(), block.size());
+    if (length <= 0) return length == 0 && text.empty();
+    const std::string_view piece{block.data(), static_cast<std::size_t>(length)};
+    if (!text.starts_with(piece)) return false;
+    text.remove_prefix(piece.size());
+  }
 }
 
 std::string current_folder() {

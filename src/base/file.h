@@ -24,6 +24,9 @@ struct FileText {
  */
 FileText read_file(const char* path);
 
+/** Returns whether such a file can be read and holds this text, without a copy of it in memory. */
+bool file_holds(const char* path, std::string_view text);
+
 /** Returns the current folder; empty when it has none any more. */
 std::string current_folder();
 

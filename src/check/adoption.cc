@@ -73,6 +73,7 @@ class Adoption {
       m_forecast.add({problems::relative, m_source});
     }
     if (m_source.ends_with('/')) m_forecast.add({problems::source_slashes});
+    if (m_way_of_source.size() > most_entries) m_forecast.add({problems::too_deep, m_source});
   }
 
   std::optional<Finding> why_not_renamed() const {

@@ -100,7 +100,9 @@ FileSystems::FileSystems(bool counts, const std::vector<std::string>& needed) : 
 std::vector<std::string> FileSystems::entries_on(const std::string& path) {
   return m_ways.answer(path, [](const std::string& asked) {
     auto entries = files::way_along(asked).entries;
-    if (entries.size() > most_entries) entries.resize(most_entries + 1);
+    if (entries.size() > most_entries) {
+      entries.erase(entries.begin() + most_entries, entries.end() - 1);
+    }
     return entries;
   });
 }

@@ -67,7 +67,10 @@ class FileSystems {
 
   const files::Mounts& mounts() const { return m_mounts; }
 
-  /** Returns the entries on the way along a path; one more than `most_entries` for many. */
+  /**
+   * Returns the entries on the way along a path. When there are more than `most_entries`, it is as
+   * many, and the last one.
+   */
   std::vector<std::string> entries_on(const std::string& path);
 
   /** Returns the entry that a path names, as a path without links above its last name. */

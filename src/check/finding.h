@@ -99,8 +99,7 @@ constexpr Problem path_through_missing{
     "path-through-missing", N_("The path leads through %1, which is missing."), Weight::doubt};
 constexpr Problem too_deep{"too-deep", N_("The way along %1 is too long to be looked at."),
                            Weight::doubt};
-constexpr Problem hidden{"hidden", N_("This user cannot see what is at %1."),
-                         Weight::doubt};
+constexpr Problem hidden{"hidden", N_("This user cannot see what is at %1."), Weight::doubt};
 constexpr Problem needed_by_run{"needed-by-run", N_("The run itself needs what is in %1."),
                                 Weight::doubt};
 constexpr Problem relative{

@@ -265,10 +265,10 @@ Forecast foretell_line(Line& line, std::size_t lines_done, Course& course) {
   return forecast;
 }
 
-void find_same_paths(std::vector<Forecast>& forecasts) {
+void find_same_paths(std::vector<Forecast>& forecasts, std::size_t lines_done) {
   std::unordered_map<std::string_view, std::size_t> first_lines;
   for (auto& forecast : forecasts) {
-    if (!is_symbolic(forecast.definition)) continue;
+    if (forecast.line <= lines_done || !is_symbolic(forecast.definition)) continue;
     const auto [first, is_new] = first_lines.emplace(forecast.definition.to, forecast.line);
     if (!is_new) forecast.add({problems::same_path, std::to_string(first->second)});
   }
@@ -366,7 +366,7 @@ Survey survey_of(const std::string& path, std::string_view profile, bool counts)
     survey.definitions.push_back(foretell_line(line, survey.lines_done, course));
     survey.definitions.back().line = line.number;
   }
-  find_same_paths(survey.definitions);
+  find_same_paths(survey.definitions, survey.lines_done);
   auto& findings = survey.window.findings;
   if (!survey.window.answers_default_route) {
     survey.around.push_back({problems::default_route_open});

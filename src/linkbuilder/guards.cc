@@ -2,6 +2,7 @@
 // What must be neither deleted nor moved.
 #include "linkbuilder/guards.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "base/path.h"
@@ -12,20 +13,9 @@ namespace varnholt::linkbuilder {
 namespace {
 
 bool any_holds(const std::vector<files::Spot>& outer, const std::vector<files::Spot>& inner) {
-  for (const auto& folder : outer) {
-    for (const auto& spot : inner) {
-      if (files::holds(folder, spot)) return true;
-    }
-  }
-  return false;
-}
-
-/**
- * Returns whether a path names a link and ends with a slash: rm would empty the folder behind the
- * link and keep the link.
- */
-bool is_link_with_slash(const std::string& path) {
-  return path.ends_with('/') && is_link(without_final_slashes(path));
+  return std::ranges::any_of(outer, [&inner](const files::Spot& folder) {
+    return std::ranges::any_of(inner, [&](const auto& spot) { return files::holds(folder, spot); });
+  });
 }
 
 }  // namespace
@@ -42,8 +32,9 @@ bool deletion_takes_away(const std::string& doomed, const std::string& path) {
 
 Clearing clearing_for(const std::string& from, const std::string& to) {
   if (!exists(to)) return Clearing::none;
-  const bool refused = is_link_with_slash(to) || deletion_takes_away(to, from);
-  return refused ? Clearing::refuse : Clearing::remove;
+  // With a slash rm would empty the folder behind a link, and keep the link.
+  const bool is_link_with_slash = to.ends_with('/') && is_link(without_final_slashes(to));
+  return is_link_with_slash || deletion_takes_away(to, from) ? Clearing::refuse : Clearing::remove;
 }
 
 bool leads_to_mount_with_slash(const std::string& path) {

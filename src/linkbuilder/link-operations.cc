@@ -13,6 +13,7 @@
 #include "base/glib-ptr.h"
 #include "base/path.h"
 #include "base/shell.h"
+#include "files/path-state.h"
 #include "files/tree.h"
 #include "files/way.h"
 #include "linkbuilder/backup-name.h"
@@ -45,10 +46,16 @@ bool is_led_astray(const std::optional<files::Link>& foreign, const std::string&
   return true;
 }
 
+/** Removes the link that has been seen, but nothing that somebody has put in its place since. */
+int remove_link(const files::Place& place, const std::string& content) {
+  const bool is_same = place.link().first == content;
+  return is_same ? unlinkat(place.folder(), place.name(), 0) : -1;
+}
+
 void replace_link(const model::BakDefFields& v, const std::string& content,
                   const files::Place& place) {
   const char* const to = v.to.c_str();
-  const int result = unlinkat(place.folder(), place.name(), 0);
+  const int result = remove_link(place, content);
   if (result == 0) {
     build_symlink_imp(v);
     return;
@@ -75,6 +82,11 @@ void build_fresh_link(const model::BakDefFields& v, const files::Place& place) {
 bool move_entry(const std::string& from, const std::string& to) {
   Step step;
   step.moves(from, to);
+  // A file replaces a link that leads nowhere, but a confined command may remove no name there.
+  const files::PathState goal{to};
+  if (goal.is_link() && step.is_confined() && !is_folder(from)) {
+    remove_link(files::Place{to}, goal.content);
+  }
   return step.run("/bin/mv " + path_argument(from) + ' ' + path_argument(to)) == 0;
 }
 
@@ -82,6 +94,7 @@ bool move_entry(const std::string& from, const std::string& to) {
 
 void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place& fresh) {
   const char* const to = v.to.c_str();
+  auto place = std::exchange(fresh, {});
   // 1. Other definitions want no link.
   if (!wants_link(v)) return;
   // 2. A link is there already: the one that is wanted, or another one, which is replaced.
@@ -93,7 +106,7 @@ void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place&
   if (decision.task == LinkTask::none) {
     return print_progress(already_a_link, to, decision.content.c_str());
   }
-  auto place = std::exchange(fresh, {});
+  if (decision.task != LinkTask::make) place = {};
   place.become(v.to);
   if (is_led_astray(foreign_link(v, decision.task, place), v.to)) return;
   if (decision.task == LinkTask::replace) return replace_link(v, decision.content, place);

@@ -65,14 +65,13 @@ bool restore_link(const Work& work) {
 void go_on(const Work& work, const Continuation& next, Journal& journal) {
   const model::BakDefFields definition{
       .from = work.from, .to = work.to, .op = VH_FILE_OPERATION_TYPE_FOT_Symbolic};
+  files::Place fresh;
   switch (next.step) {
     case Step::forget:
       return journal.forget(work);
-    case Step::begin: {
+    case Step::begin:
       journal.forget(work);
-      files::Place fresh;
       return build_symlink(definition, journal, fresh);
-    }
     case Step::move:
       print_progress("an earlier run did not finish: %s is called %s, and moves on\n",
                      work.to.c_str(), work.backup.c_str());
@@ -110,7 +109,6 @@ void resume(Journal& journal, const store::Definitions& all, const store::Defini
   const std::vector<Work> newest_first{works.rbegin(), works.rend()};
   for (const auto& work : newest_first) {
     end_if_stopped();
-    // Comparing may take long.
     const auto next = interruptibly([&] { return continuation_of(work, all, to_come); });
     if (remove_part(work, next)) go_on(work, next, journal);
   }

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "base/diagnostics.h"
-#include "base/path.h"
 #include "base/shell.h"
 #include "files/mounts.h"
 #include "linkbuilder/stop-signals.h"
@@ -18,12 +17,10 @@ namespace {
 /** Tells once that commands are not confined here. */
 void report_no_confinement() {
   static bool reported = false;
-  if (!reported) {
-    print_failure(
-        "commands cannot be fully confined here: nobody must exchange a folder on the way to a "
-        "path or a source while this run is at work\n");
-  }
-  reported = true;
+  if (std::exchange(reported, true)) return;
+  print_failure(
+      "commands cannot be fully confined here: nobody must exchange a folder on the way to a path "
+      "or a source while this run is at work\n");
 }
 
 }  // namespace
@@ -33,8 +30,7 @@ void Step::moves(const std::string& from, const std::string& to) {
   // What is renamed is not read, so that nobody can have root copy anything in its place.
   if (files::mv_copies(from, to)) m_work = files::Work::copy;
   allow_for_entry(from, m_work == files::Work::copy ? To::change : To::move);
-  // A link that leads nowhere is replaced.
-  m_permissions.push_back({open_folder(to), is_link(to) ? To::move : To::put});
+  m_permissions.push_back({open_folder(to), To::put});
 }
 
 void Step::removes(const std::string& path) {
@@ -49,6 +45,10 @@ void Step::replaces(const std::string& path) {
 
 void Step::reads(const std::string& path) {
   allow_for_entry(path, To::read);
+}
+
+bool Step::is_confined() const {
+  return m_is_shared && !m_is_refused && files::can_confine(m_work);
 }
 
 int Step::run(const std::string& command_line) const {

@@ -27,12 +27,14 @@ class Step {
   /** The command reads the entry at a path, and what is below it. */
   void reads(const std::string& path);
 
+  /** Returns whether the command is run so that it can do nothing else. */
+  bool is_confined() const;
+
   /**
    * Runs a command line as run_command() does. It is not run, and the result is -1, when a link on
    * the way to one of the paths would lead root astray; that is told on standard error. A stop
-   * signal ends the process before or during the command; so does one that has ended the command
-   * only, as Ctrl-C does. The command itself is not ended when the signal was sent to this process
-   * alone; of such ones SIGINT and SIGQUIT are lost.
+   * signal ends the process before or during the command, or when it has ended the command. One
+   * that was sent to this process alone ends no command; SIGINT and SIGQUIT are lost then.
    */
   int run(const std::string& command_line) const;
 

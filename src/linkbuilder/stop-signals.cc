@@ -30,13 +30,6 @@ void on_signal(int signal) {
   if (at_once != 0) end_by(signal);
 }
 
-/** Returns the stop signal that has ended a command; 0 when none has. */
-int stop_signal_in(int wait_status) {
-  if (!WIFSIGNALED(wait_status)) return 0;
-  const int signal = WTERMSIG(wait_status);
-  return std::ranges::count(stop_signals, signal) > 0 ? signal : 0;
-}
-
 }  // namespace
 
 void catch_stop_signals() {
@@ -48,7 +41,8 @@ void catch_stop_signals() {
 
 void end_if_stopped(int wait_status) {
   // While it waits for a command, system(3) ignores two of the signals.
-  if (const int signal = stop_signal_in(wait_status); caught && signal != 0) came = signal;
+  const int signal = WIFSIGNALED(wait_status) ? WTERMSIG(wait_status) : 0;
+  if (caught && std::ranges::count(stop_signals, signal) > 0) came = signal;
   if (came == 0) return;
   print_failure("stopped by signal %d: the next run goes on from here\n", static_cast<int>(came));
   end_by(came);

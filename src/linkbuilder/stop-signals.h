@@ -12,13 +12,11 @@ namespace varnholt::linkbuilder {
  */
 void catch_stop_signals();
 
-/**
- * Ends the process by the stop signal that has come, if one has. One that has ended a command with
- * this wait status counts too, as Ctrl-C does.
+/** Ends the process by a stop signal that has come, or has ended a command with this wait status.
  */
 void end_if_stopped(int wait_status = 0);
 
-/** Sets whether a stop signal ends the process at once; one that has come before does so too. */
+/** Sets whether a stop signal ends the process at once, as one that has come already does then. */
 void set_interruptible(bool interruptible);
 
 /** Calls a function, during which a stop signal ends the process at once. Returns its result. */

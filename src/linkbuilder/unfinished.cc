@@ -145,9 +145,9 @@ Continuation continuation_of(const Work& work, const store::Definitions& all,
 
 const Work* PlacesOfWorks::touched_by(const model::BakDefFields& definition,
                                       const std::vector<Work>& works) {
+  m_places.resize(std::min(m_places.size(), works.size()));
   if (works.empty()) return nullptr;
   if (!m_mounts) m_mounts.emplace();
-  m_places.resize(std::min(m_places.size(), works.size()));
   for (auto at = m_places.size(); at < works.size(); ++at) {
     m_places.push_back(places_of(works[at], *m_mounts));
   }
@@ -163,6 +163,10 @@ const Work* PlacesOfWorks::touched_by(const model::BakDefFields& definition,
     });
     if (is_touched) return &works[at];
   }
+  // What is done about a link may lead a way elsewhere; moving what no work needs does not.
+  const auto task = decide_link(definition).task;
+  const bool changes_link = task == LinkTask::make || task == LinkTask::replace;
+  if (changes_link || wants_undoing(definition)) m_places.clear();
   return nullptr;
 }
 

@@ -61,8 +61,8 @@ class PlacesOfWorks {
  public:
   /**
    * Returns the first of the works whose path, backup or source a definition touches with its own
-   * path or source; null for none. From call to call the works may only come and go at the end:
-   * their places are looked up once.
+   * path or source; null for none. The definition is done before the next call. The works of a call
+   * stay as they are for the next one, and new ones come after them: places are looked up once.
    */
   const Work* touched_by(const model::BakDefFields& definition, const std::vector<Work>& works);
 

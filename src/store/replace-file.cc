@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -31,21 +30,6 @@ auto uninterrupted(Call call) {
   auto result = call();
   while (result < 0 && errno == EINTR) result = call();
   return result;
-}
-
-/** Returns whether a file can be read and holds this text, without a second copy in memory. */
-bool holds(const char* path, std::string_view text) {
-  constexpr std::size_t block_size = 1UL << 16U;
-  const Descriptor file{open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
-  std::array<char, block_size> block;  // NOLINT(*-member-init): read fills it
-  while (true) {
-    const auto length =
-        uninterrupted([&] { return read(file.number(), block.data(), block.size()); });
-    if (length <= 0) return length == 0 && text.empty();
-    const std::string_view piece{block.data(), static_cast<std::size_t>(length)};
-    if (!text.starts_with(piece)) return false;
-    text.remove_prefix(piece.size());
-  }
 }
 
 /** Writes a text; returns false, with the reason in errno, when not all of it could be written. */
@@ -141,18 +125,18 @@ ErrorPtr replace_file(const char* path, mode_t mode,
     Neighbour neighbour{path, mode};
     if (auto error = neighbour.write(next)) return error;
     // Writing takes its time, and somebody may have moved another text there.
-    if (!holds(path, found.text())) continue;
+    if (!file_holds(path, found.text())) continue;
     if (auto error = neighbour.exchange_with(path)) {
       // Some file systems cannot exchange two files.
       if (error->code != G_FILE_ERROR_INVAL || neighbour.move_to(path)) return error;
-    } else if (!holds(neighbour.path(), found.text())) {
+    } else if (!file_holds(neighbour.path(), found.text())) {
       // Somebody was quicker. That text goes back before it is rewritten in its turn.
       if (auto failed = neighbour.exchange_with(path)) {
         neighbour.keep();
         return failed;
       }
       // A still newer text that this has displaced goes back too.
-      if (!holds(neighbour.path(), next)) neighbour.exchange_with(path);
+      if (!file_holds(neighbour.path(), next)) neighbour.exchange_with(path);
       continue;
     }
     sync_folder_above(path);
