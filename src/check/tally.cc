@@ -32,6 +32,11 @@ void add(const FTSENT& entry, Tally& tally) {
       // It has been counted as a folder before.
       ++tally.unreadable;
       return;
+    case FTS_DC:
+      // By way of a mount it is one of the folders above it, and fts(3) does not enter it again.
+      ++tally.folders;
+      ++tally.unreadable;
+      return;
     case FTS_NS:
     case FTS_ERR:
       // At the top this is a path with nothing there.
