@@ -68,12 +68,24 @@ class Adoption {
     }
     footprint.relied = footprint.changed;
     footprint.rely_on(m_way_of_source);
+    if (!m_is_aside) footprint.rely_on(taken_backup_names());
     if (m_files.is_needed(beginning())) m_forecast.add({problems::needed_by_run, m_to});
     if (!m_source.empty() && !m_source.starts_with('/')) {
       m_forecast.add({problems::relative, m_source});
     }
     if (m_source.ends_with('/')) m_forecast.add({problems::source_slashes});
     if (m_way_of_source.size() > most_entries) m_forecast.add({problems::too_deep, m_source});
+  }
+
+  /** Returns the backup names before the one that is free: any that another line frees counts. */
+  std::vector<std::string> taken_backup_names() const {
+    std::vector<std::string> names;
+    for (int number = 0; number < linkbuilder::backup_names; ++number) {
+      auto name = linkbuilder::backup_name(m_path, number);
+      if (name == m_backup) break;
+      names.push_back(std::move(name));
+    }
+    return names;
   }
 
   std::optional<Finding> why_not_renamed() const {
