@@ -146,8 +146,9 @@ std::set<std::size_t> lines_before(const Forecast& forecast, Course& course) {
       lines.merge(course.changes.lines_before({}, way));
     }
   }
-  if (!course.unfinished.empty())
+  if (!course.unfinished.empty()) {
     lines.merge(course.unfinished.lines_before(ways_of(definition, course.files)));
+  }
   // A note that only root can read may say anything, and a broken run does nothing more.
   const bool stands = forecast.outcome == outcomes::stands;
   if (course.note_hidden && !stands) lines.insert(0);

@@ -64,6 +64,7 @@ Spot Mounts::spot_of(const std::string& path) const {
 
 std::vector<Spot> Mounts::spots_of(const std::vector<std::string>& paths) const {
   std::vector<Spot> spots;
+  spots.reserve(paths.size());
   for (const auto& path : paths) spots.push_back(spot_of(path));
   return spots;
 }

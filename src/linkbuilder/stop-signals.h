@@ -23,7 +23,7 @@ void set_interruptible(bool interruptible);
 template <typename Call>
 auto interruptibly(Call call) {
   set_interruptible(true);
-  const auto result = call();
+  auto result = call();
   set_interruptible(false);
   return result;
 }
