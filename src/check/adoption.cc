@@ -28,11 +28,10 @@ class Adoption {
         m_moved(m_is_aside ? backup : m_to),
         m_source(without_final_slash(forecast.definition.from)),
         m_way_of_source(files.entries_on(m_source + '/')),
-        m_path(m_is_aside ? std::string{linkbuilder::path_of_backup(backup)} : files.end_of(m_to)),
+        m_path(m_is_aside ? linkbuilder::path_of_backup(backup) : files.end_of(m_to)),
         m_at_source(files.end_of(m_source)) {
     m_forecast.backup = m_is_aside ? backup : linkbuilder::free_backup_name(m_to);
-    m_backup =
-        m_is_aside ? std::string{backup} : folder_above(m_path) + last_name(m_forecast.backup);
+    m_backup = m_is_aside ? backup : folder_above(m_path) + last_name(m_forecast.backup);
   }
 
   void foretell(bool clears_source) {

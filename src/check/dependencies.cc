@@ -35,8 +35,9 @@ std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint,
   };
   for (const auto& path : passed) at_or_above(m_files.spot_of(path));
   for (const auto& path : footprint.relied) {
-    at_or_above(m_files.spot_of(path));
-    at(m_made, m_files.spot_of(path));
+    const auto spot = m_files.spot_of(path);
+    at_or_above(spot);
+    at(m_made, spot);
   }
   for (const auto& path : footprint.whole) {
     for (const auto& spot : m_files.mounts().spots_from(path)) {
