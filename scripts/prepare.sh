@@ -4,7 +4,7 @@
 # root of the project.
 
 # shellcheck disable=SC2034 # The scripts that source this file use the lists.
-build_packages=(g++ cmake ninja-build pkg-config gettext libgtk2.0-dev libmount-dev libjson-glib-dev
+build_packages=(g++ cmake ninja-build pkg-config gettext libgtk2.0-dev libmount-dev nlohmann-json3-dev
   libgtest-dev libxtst-dev)
 # The packages for scripts/with-display, a font for the texts of the windows, and tools to look at
 # their icon.

@@ -14,6 +14,8 @@
 #include <sstream>
 #include <vector>
 
+#include <glib.h>
+
 #include "check-document.h"
 #include "private-root.h"
 
@@ -193,14 +195,13 @@ void store(const std::string& profile) {
   std::ofstream{::profile} << profile;
 }
 
-bool is_link(const DocumentObject& forecast) {
-  return forecast.text("operation") == "symbolic";
+bool is_link(const Json& forecast) {
+  return text_in(forecast, "operation") == "symbolic";
 }
 
-bool has_problem(const DocumentObject& forecast, const std::string& problem) {
-  return std::ranges::any_of(forecast.objects("findings"), [&](const DocumentObject& finding) {
-    return finding.text("problem") == problem;
-  });
+bool has_problem(const Json& forecast, const std::string& problem) {
+  return std::ranges::any_of(forecast.at("findings"),
+                             [&](const Json& finding) { return finding.at("problem") == problem; });
 }
 
 /** Returns how much is at a path, in the words of a tally. */
@@ -227,16 +228,16 @@ std::string amount_at(const fs::path& path) {
 }
 
 /** Returns an amount in a forecast; empty when it has none. */
-std::string amount_in(const DocumentObject& forecast, const char* member) {
-  if (!forecast.has(member)) return "";
-  const auto tally = forecast.object(member);
-  return std::to_string(tally.number("folders")) + ' ' + std::to_string(tally.number("files")) +
-         ' ' + std::to_string(tally.number("bytes"));
+std::string amount_in(const Json& forecast, const char* member) {
+  if (!forecast.contains(member)) return "";
+  const auto& tally = forecast.at(member);
+  return tally.at("folders").dump() + ' ' + tally.at("files").dump() + ' ' +
+         tally.at("bytes").dump();
 }
 
 /** Returns whether an amount in a forecast is this one, or not all of it could be counted. */
-bool is_amount(const DocumentObject& forecast, const char* member, const std::string& amount) {
-  const bool partly = forecast.has(member) && forecast.object(member).number("unreadable") > 0;
+bool is_amount(const Json& forecast, const char* member, const std::string& amount) {
+  const bool partly = forecast.contains(member) && forecast.at(member).at("unreadable") > 0;
   return partly || amount_in(forecast, member) == amount;
 }
 
@@ -247,26 +248,26 @@ std::string without_slash(std::string path) {
 
 /** How a definition's places looked before the run. */
 struct Before {
-  Before(const DocumentObject& forecast, const std::vector<DocumentObject>& unfinished)
-      : path(seen(forecast.text("path"), false)),
-        source(seen(without_slash(forecast.text("source")), false)),
+  Before(const Json& forecast, const Json& unfinished)
+      : path(seen(text_in(forecast, "path"), false)),
+        source(seen(without_slash(text_in(forecast, "source")), false)),
         aside(path) {
-    const auto at_source = without_slash(forecast.text("source"));
+    const auto at_source = without_slash(text_in(forecast, "source"));
     std::error_code ignored;
     if (!fs::is_symlink(fs::symlink_status(at_source, ignored))) lost = amount_at(at_source);
     for (int number = 0; backup.empty(); ++number) {
-      const auto name = forecast.text("path") + ".bak_" + std::to_string(number);
+      const auto name = text_in(forecast, "path") + ".bak_" + std::to_string(number);
       if (seen(name, false) == "nothing") backup = name;
     }
     for (const auto& work : unfinished) {
-      const bool fits = work.text("path") == forecast.text("path") &&
-                        work.text("source") == forecast.text("source") &&
-                        work.text("next") == "move";
+      const bool fits = text_in(work, "path") == text_in(forecast, "path") &&
+                        text_in(work, "source") == text_in(forecast, "source") &&
+                        text_in(work, "next") == "move";
       if (!fits) continue;
-      backup = work.text("backup");
+      backup = text_in(work, "backup");
       aside = seen(backup, false);
       // The part that is removed before is in the backup, too, which moves.
-      if (work.has("removed")) lost.clear();
+      if (work.contains("removed")) lost.clear();
     }
   }
   std::string path;
@@ -283,12 +284,12 @@ bool is_link_to(const std::string& path, const std::string& content) {
   return fs::read_symlink(path, error).native() == content && !error;
 }
 
-bool failed_as_foretold(const DocumentObject& forecast, const Before& before) {
-  const auto remains = forecast.text("remains");
-  const auto path = seen(forecast.text("path"), false);
-  const auto source = seen(without_slash(forecast.text("source")), false);
+bool failed_as_foretold(const Json& forecast, const Before& before) {
+  const auto remains = text_in(forecast, "remains");
+  const auto path = seen(text_in(forecast, "path"), false);
+  const auto source = seen(without_slash(text_in(forecast, "source")), false);
   // Where nothing would have moved, the source is none of its business.
-  const bool same_source = source == before.source || !forecast.has("moved");
+  const bool same_source = source == before.source || !forecast.contains("moved");
   if (remains == "all" || remains == "folders") return path == before.path && same_source;
   if (remains == "nothing") return path == "nothing" || path != before.path;
   const bool in_path = source == "nothing" && has_problem(forecast, "source-in-path");
@@ -297,10 +298,10 @@ bool failed_as_foretold(const DocumentObject& forecast, const Before& before) {
   return aside && (remains == "backup-only" || in_path || source == before.source);
 }
 
-bool came_true(const DocumentObject& forecast, const Before& before) {
-  const auto path = forecast.text("path");
-  const auto source = forecast.text("source");
-  const auto outcome = forecast.text("outcome");
+bool came_true(const Json& forecast, const Before& before) {
+  const auto path = text_in(forecast, "path");
+  const auto source = text_in(forecast, "source");
+  const auto outcome = text_in(forecast, "outcome");
   if (outcome == "made" || outcome == "replaced") return is_link_to(path, source);
   if (outcome == "adopted") {
     return is_link_to(path, source) && seen(before.backup, false) == "nothing" &&
@@ -308,7 +309,7 @@ bool came_true(const DocumentObject& forecast, const Before& before) {
            is_amount(forecast, "deleted", before.lost);
   }
   if (outcome == "copied") {
-    return !is_link_to(path, forecast.text("content")) &&
+    return !is_link_to(path, text_in(forecast, "content")) &&
            is_amount(forecast, "copied", amount_at(path));
   }
   if (outcome == "fails") return failed_as_foretold(forecast, before);
@@ -336,30 +337,31 @@ class Pair {
   }
 
   /** Returns the lines whose forecasts must be tried once more, each as the last of its profile. */
-  std::vector<gint64> play(Score& score) {
-    std::vector<gint64> again;
+  std::vector<std::size_t> play(Score& score) {
+    std::vector<std::size_t> again;
     const auto document = play_until(m_world.profile());
-    const auto definitions = document.root().objects("definitions");
+    const auto& definitions = document.at("definitions");
     for (const auto& forecast : definitions) {
       if (!m_used) count(forecast, score);
-      for (const auto line : forecast.numbers("depends-on")) again.push_back(line);
+      for (const auto& line : forecast.at("depends-on")) again.push_back(line);
     }
     for (std::size_t index = 0; index < definitions.size(); ++index) {
       const auto& forecast = definitions[index];
-      if (std::ranges::count(again, forecast.number("line")) > 0) continue;
+      const std::size_t line = forecast.at("line");
+      if (std::ranges::count(again, line) > 0) continue;
       // A later line may have changed the place of this one.
-      if (!holds(forecast, m_before[index], score)) again.push_back(forecast.number("line"));
+      if (!holds(forecast, m_before[index], score)) again.push_back(line);
     }
     if (!m_fault.empty()) score.fault = m_fault;
     return again;
   }
 
-  void play_last(gint64 line, Score& score) {
+  void play_last(std::size_t line, Score& score) {
     std::size_t end = 0;
-    for (gint64 each = 0; each < line; ++each) end = m_world.profile().find('\n', end) + 1;
+    for (std::size_t each = 0; each < line; ++each) end = m_world.profile().find('\n', end) + 1;
     const auto document = play_until(m_world.profile().substr(0, end));
-    const auto forecast = document.root().objects("definitions").back();
-    const bool same_line = forecast.number("line") == line;
+    const auto& forecast = document.at("definitions").back();
+    const bool same_line = forecast.at("line") == line;
     if (!same_line || !holds(forecast, m_before.back(), score)) {
       m_fault = "line " + std::to_string(line) + " came out otherwise\n" + m_log;
     }
@@ -371,36 +373,36 @@ class Pair {
     return result_of({"/bin/sh", "-c", "/dev/varnholt --save_symlink 2>&1"}).output;
   }
 
-  static void count(const DocumentObject& forecast, Score& score) {
+  static void count(const Json& forecast, Score& score) {
     if (!is_link(forecast)) return;
     ++score.links;
-    if (!forecast.numbers("depends-on").empty()) {
+    if (!forecast.at("depends-on").empty()) {
       ++score.tied;
-    } else if (!forecast.flag("sure")) {
+    } else if (!forecast.at("sure")) {
       ++score.doubtful;
     }
   }
 
-  static bool holds(const DocumentObject& forecast, const Before& before, Score& score) {
-    if (!is_link(forecast) || !forecast.flag("sure")) return true;
+  static bool holds(const Json& forecast, const Before& before, Score& score) {
+    if (!is_link(forecast) || !forecast.at("sure")) return true;
     const bool came = came_true(forecast, before);
-    if (came) ++score.outcomes[forecast.text("outcome") + ' ' + forecast.text("remains")];
+    if (came) ++score.outcomes[text_in(forecast, "outcome") + ' ' + text_in(forecast, "remains")];
     return came;
   }
 
-  CheckDocument play_until(const std::string& profile) {
+  Json play_until(const std::string& profile) {
     store(profile);
     const auto snapshot = everything();
     const auto check = result_of({"/dev/varnholt-check", "--json"});
-    CheckDocument document{check.output};
+    auto document = read_document(check.output);
     m_log = profile + look(snapshot) + check.output;
-    m_fault = document.faults();
+    m_fault = faults_of(document);
     const int status = WEXITSTATUS(check.status);
-    if (document.root().number("status") != status) m_fault += "another status\n";
+    if (document.at("status") != status) m_fault += "another status\n";
     if (everything() != snapshot) m_fault += "the companion has changed something\n";
     if (!m_fault.empty()) m_fault += m_log;
-    const auto unfinished = document.root().objects("unfinished");
-    for (const auto& forecast : document.root().objects("definitions")) {
+    const auto& unfinished = document.at("unfinished");
+    for (const auto& forecast : document.at("definitions")) {
       m_before.emplace_back(forecast, unfinished);
     }
     m_log += run_link_builder();

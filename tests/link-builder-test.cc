@@ -5,6 +5,8 @@
 #include <regex>
 #include <sstream>
 
+#include <glib.h>
+
 #include "check-document.h"
 #include "private-root.h"
 #include "scenarios.h"
@@ -67,7 +69,7 @@ class LinkBuilder : public PrivateRoot {
   void check_document() const {
     const auto text = shell("dev/varnholt-check --json; [ $? -lt 3 ] || echo unreadable");
     const bool read = !text.ends_with("unreadable\n");
-    EXPECT_EQ(read ? CheckDocument{text}.faults() : "", "") << text;
+    EXPECT_EQ(read ? faults_of(read_document(text)) : "", "") << text;
   }
 
   Scenario m_scenario;

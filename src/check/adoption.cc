@@ -49,7 +49,8 @@ class Adoption {
       return m_forecast.fail({problems::same_place}, remains::all);
     }
     if (!clears_source && !clear_source()) return;
-    foretell_move(clears_source ? m_files.count(m_source) : m_forecast.deleted.value_or(Tally{}));
+    foretell_move(clears_source ? m_files.count(m_source)
+                                : m_forecast.deleted.value_or(files::Tally{}));
   }
 
  private:
@@ -167,7 +168,7 @@ class Adoption {
            failed({problems::source_mounted, mounted.front()}, remains::backup_only);
   }
 
-  void foretell_move(const Tally& freed) {
+  void foretell_move(const files::Tally& freed) {
     const auto& from = m_forecast.definition.from;
     const auto folder = folder_above(m_to);
     if (const auto why = m_files.why_no_room_for_link(folder, from)) m_forecast.add(*why);
@@ -193,7 +194,7 @@ class Adoption {
   }
 
   /** Foretells a move to another mount. Returns whether it is not known to fail. */
-  bool is_copied(const Tally& freed) {
+  bool is_copied(const files::Tally& freed) {
     const bool replaces = m_forecast.deleted || is_link(m_source);
     const auto left = replaces ? remains::backup_only : remains::backup;
     const auto mounted = m_files.mounts().mount_points_from(beginning());

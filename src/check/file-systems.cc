@@ -116,16 +116,19 @@ files::Spot FileSystems::spot_of(const std::string& entry) {
                         [this](const std::string& asked) { return m_mounts.spot_of(asked); });
 }
 
-Tally FileSystems::count(const std::string& path) {
-  return m_counts ? m_counter.count(path) : Tally{.counted = false};
+files::Tally FileSystems::count(const std::string& path) {
+  if (!m_counts) return {.counted = false};
+  return m_tallies.answer(path, [this](const std::string& asked) {
+    return files::tally_of(asked, [this] { m_progress.advance(); });
+  });
 }
 
 bool FileSystems::is_needed(const std::string& path) {
   return m_needed.contains(spot_of(path));
 }
 
-std::optional<Finding> FileSystems::why_no_room(const std::string& folder, const Tally& need,
-                                                const Tally& freed) {
+std::optional<Finding> FileSystems::why_no_room(const std::string& folder, const files::Tally& need,
+                                                const files::Tally& freed) {
   // Without a count nobody knows whether it fits.
   if (!need.counted || !freed.counted) return Finding{problems::room_uncounted, folder};
   struct stat status {};
@@ -155,7 +158,7 @@ std::optional<Finding> FileSystems::why_no_room_for_link(const std::string& fold
   constexpr std::size_t long_content = 1000;
   constexpr std::uint64_t page = 4096;
   const auto blocks = missing + (content.size() > short_content ? 1 : 0);
-  const Tally need{.folders = missing, .files = 1, .disk_bytes = blocks * page};
+  const files::Tally need{.folders = missing, .files = 1, .disk_bytes = blocks * page};
   const bool surely = !why_no_room(folder, need, {}) && content.size() <= long_content;
   return surely ? std::nullopt : std::optional{Finding{problems::little_room, folder}};
 }

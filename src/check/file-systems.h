@@ -14,8 +14,9 @@
 #include <vector>
 
 #include "check/finding.h"
-#include "check/tally.h"
+#include "check/progress.h"
 #include "files/mounts.h"
+#include "files/tree.h"
 #include "files/way.h"
 
 namespace varnholt::check {
@@ -82,8 +83,8 @@ class FileSystems {
   /** Returns the place of an entry, as files::Mounts does. */
   files::Spot spot_of(const std::string& entry);
 
-  /** Returns the tally of a path, or one that says that nobody has counted. */
-  Tally count(const std::string& path);
+  /** Returns the tally of a path, counted once, or one that says that nobody has counted. */
+  files::Tally count(const std::string& path);
 
   /** Returns whether moving or removing the entry at a path takes away what a run needs. */
   bool is_needed(const std::string& path);
@@ -92,8 +93,8 @@ class FileSystems {
    * Returns a finding when a copy may not fit into a folder, or certainly does not, although
    * `freed` is deleted there first. Copies that have been asked for before count.
    */
-  std::optional<Finding> why_no_room(const std::string& folder, const Tally& need,
-                                     const Tally& freed);
+  std::optional<Finding> why_no_room(const std::string& folder, const files::Tally& need,
+                                     const files::Tally& freed);
 
   /** Does the same for a link with this content and for missing folders above it. */
   std::optional<Finding> why_no_room_for_link(const std::string& folder, const std::string& content,
@@ -101,14 +102,15 @@ class FileSystems {
 
  private:
   bool m_counts;
-  Counter m_counter;
+  Progress m_progress;
   files::Mounts m_mounts;
   Memory<std::vector<std::string>> m_ways;
   Memory<files::Spot> m_spots;
+  Memory<files::Tally> m_tallies;
   /** The entries on the ways to the needed files. */
   std::set<files::Spot> m_needed;
   /** The size of earlier copies, by the device. */
-  std::map<dev_t, Tally> m_promised;
+  std::map<dev_t, files::Tally> m_promised;
 };
 
 }  // namespace varnholt::check

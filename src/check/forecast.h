@@ -10,7 +10,7 @@
 
 #include "check/file-systems.h"
 #include "check/finding.h"
-#include "check/tally.h"
+#include "files/tree.h"
 #include "linkbuilder/unfinished.h"
 #include "model/definition.h"
 
@@ -121,11 +121,11 @@ struct Forecast {
   /** The content of the link that stands there. */
   std::string content{};
   /** The folder or file that moves to the source. */
-  std::optional<Tally> moved{};
+  std::optional<files::Tally> moved{};
   /** The earlier source, which is deleted. */
-  std::optional<Tally> deleted{};
+  std::optional<files::Tally> deleted{};
   /** The copy in the place of the link. */
-  std::optional<Tally> copied{};
+  std::optional<files::Tally> copied{};
   std::vector<Finding> findings{};
   /** The lines on which the outcome depends; 0 stands for the unfinished work of earlier runs. */
   std::vector<std::size_t> depends_on{};

@@ -30,7 +30,7 @@ Sentence sentence_on(const Finding& finding) {
 }
 
 /** Returns the amount of what moves or is copied, when there is any. */
-const std::optional<Tally>& amount_in(const Forecast& forecast) {
+const std::optional<files::Tally>& amount_in(const Forecast& forecast) {
   return forecast.moved ? forecast.moved : forecast.copied;
 }
 

@@ -28,13 +28,6 @@ bool is_command(gunichar character) {
          type == G_UNICODE_LINE_SEPARATOR || type == G_UNICODE_PARAGRAPH_SEPARATOR;
 }
 
-/** A piece of a text that stays in one line, and the columns that it takes. */
-struct Word {
-  std::string text{};
-  std::size_t columns = 0;
-  bool after_space = false;
-};
-
 std::size_t columns_of(gunichar character) {
   if (g_unichar_iszerowidth(character)) return 0;
   return g_unichar_iswide(character) ? 2 : 1;
@@ -42,7 +35,8 @@ std::size_t columns_of(gunichar character) {
 
 /** Returns whether a line may end between two characters, as in a script without spaces. */
 bool may_part(gunichar before, gunichar after) {
-  constexpr std::array no_ends{G_UNICODE_BREAK_OPEN_PUNCTUATION, G_UNICODE_BREAK_QUOTATION};
+  constexpr std::array no_ends{G_UNICODE_BREAK_OPEN_PUNCTUATION, G_UNICODE_BREAK_QUOTATION,
+                               G_UNICODE_BREAK_SPACE};
   constexpr std::array no_beginnings{G_UNICODE_BREAK_CLOSE_PUNCTUATION, G_UNICODE_BREAK_EXCLAMATION,
                                      G_UNICODE_BREAK_INFIX_SEPARATOR, G_UNICODE_BREAK_NON_STARTER,
                                      G_UNICODE_BREAK_QUOTATION};
@@ -50,25 +44,6 @@ bool may_part(gunichar before, gunichar after) {
          std::ranges::count(no_ends, g_unichar_break_type(before)) == 0 &&
          std::ranges::count(no_beginnings, g_unichar_break_type(after)) == 0 &&
          g_unichar_type(after) != G_UNICODE_CLOSE_PUNCTUATION;
-}
-
-/** Cuts a text at its spaces, and between the characters of a script that writes none. */
-std::vector<Word> words_of(std::string_view text) {
-  std::vector<Word> words;
-  gunichar before = ' ';
-  while (!text.empty()) {
-    const auto letter = first_character(text);
-    const gunichar character = g_utf8_get_char(letter.data());
-    text.remove_prefix(letter.size());
-    if (character != ' ') {
-      const bool after_space = before == ' ';
-      if (after_space || may_part(before, character)) words.push_back({"", 0, after_space});
-      words.back().text += letter;
-      words.back().columns += columns_of(character);
-    }
-    before = character;
-  }
-  return words;
 }
 
 }  // namespace
@@ -116,7 +91,7 @@ std::string number(std::uint64_t value) {
   return text;
 }
 
-std::string amount(const Tally& tally) {
+std::string amount(const files::Tally& tally) {
   const auto folders =
       filled(ngettext("%1 folder", "%1 folders", tally.folders), {number(tally.folders)});
   const auto files = filled(ngettext("%1 file", "%1 files", tally.files), {number(tally.files)});
@@ -143,17 +118,27 @@ std::string text_of(const Finding& finding) {
 std::string wrapped(std::string_view text, std::size_t indent, std::size_t width) {
   std::string lines;
   std::size_t column = indent;
-  for (const auto& word : words_of(text)) {
-    const std::size_t space = word.after_space ? 1 : 0;
-    if (column > indent && column + space + word.columns > width) {
-      lines += '\n' + std::string(indent, ' ');
-      column = indent;
-    } else if (column > indent && word.after_space) {
-      lines += ' ';
-      ++column;
+  // Where the last line may end, and the column there; none for 0.
+  std::size_t cut = 0;
+  std::size_t column_at_cut = 0;
+  gunichar before = 0;
+  while (!text.empty()) {
+    const auto letter = first_character(text);
+    const auto character = g_utf8_get_char(letter.data());
+    if (character == ' ' || may_part(before, character)) {
+      cut = lines.size();
+      column_at_cut = column;
     }
-    lines += word.text;
-    column += word.columns;
+    lines += letter;
+    column += columns_of(character);
+    if (column > width && cut > 0 && character != ' ') {
+      const std::size_t space = lines[cut] == ' ' ? 1 : 0;
+      lines.replace(cut, space, '\n' + std::string(indent, ' '));
+      column += indent - column_at_cut - space;
+      cut = 0;
+    }
+    before = character;
+    text.remove_prefix(letter.size());
   }
   return lines;
 }

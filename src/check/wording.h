@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "check/finding.h"
-#include "check/tally.h"
+#include "files/tree.h"
 
 namespace varnholt::check {
 
@@ -25,7 +25,7 @@ std::string printable(std::string_view text);
 std::string number(std::uint64_t value);
 
 /** Returns how much there is, such as "2 folders and 14 files (1.2 MB)". */
-std::string amount(const Tally& tally);
+std::string amount(const files::Tally& tally);
 
 /** Returns a sentence on a finding. */
 std::string text_of(const Finding& finding);

@@ -26,14 +26,24 @@ constexpr int deepest = PATH_MAX / 2;
 
 /** An entry in an open folder, and what fstatat(2) says of it. */
 struct Entry {
-  Entry(int in, const char* called, int level)
+  Entry(int in, const char* called, const Entry* listed = nullptr)
       : folder(in),
         name(called),
-        depth(level),
+        above(listed),
+        depth(listed == nullptr ? 0 : listed->depth + 1),
         is_there(fstatat(in, called, &status, AT_SYMLINK_NOFOLLOW) == 0) {}
-  explicit Entry(const Place& place) : Entry(place.folder(), place.name(), 0) {}
+  explicit Entry(const Place& place) : Entry(place.folder(), place.name()) {}
 
   mode_t kind() const { return status.st_mode & S_IFMT; }
+  /** Returns whether this is, by way of a mount, one of the folders above it. */
+  bool is_in_itself() const {
+    const auto* each = above;
+    while (each != nullptr &&
+           (each->status.st_ino != status.st_ino || each->status.st_dev != status.st_dev)) {
+      each = each->above;
+    }
+    return each != nullptr;
+  }
   /** Opens the entry for reading. It may have become another one since, but not a link. */
   int open(int flags = 0) const {
     // A FIFO would keep the run waiting for its other end.
@@ -42,6 +52,8 @@ struct Entry {
 
   int folder;
   const char* name;
+  /** The folder in whose listing this is; null for none. */
+  const Entry* above;
   int depth;
   struct stat status {};
   bool is_there;
@@ -51,15 +63,15 @@ struct Entry {
 class Listing {
  public:
   explicit Listing(const Entry& folder)
-      : m_depth(folder.depth + 1), m_folder(opened(folder)), m_error(m_folder ? 0 : errno) {
-    if (m_depth >= deepest) m_error = ELOOP;
+      : m_of(folder), m_folder(opened(folder)), m_error(m_folder ? 0 : errno) {
+    if (folder.depth >= deepest) m_error = ELOOP;
     if (m_error == 0) read_names();
   }
 
   /** Returns 0 when all names could be read, or an errno. */
   int error() const { return m_error; }
   const std::vector<std::string>& names() const { return m_names; }
-  Entry entry(const std::string& name) const { return {number(), name.c_str(), m_depth}; }
+  Entry entry(const std::string& name) const { return {number(), name.c_str(), &m_of}; }
 
  private:
   static DIR* opened(const Entry& folder) {
@@ -78,11 +90,16 @@ class Listing {
     m_error = errno;
   }
 
-  int m_depth;
+  const Entry& m_of;
   std::unique_ptr<DIR, FreeWith<closedir>> m_folder;
   int m_error;
   std::vector<std::string> m_names;
 };
+
+/** Returns a path to what a path means, which a slash at its end makes what a link leads to. */
+std::string behind_slash(const std::string& path) {
+  return path.ends_with('/') ? path + '.' : path;
+}
 
 /** Reads as much as there is at a position, up to the size of the block; false on a failure. */
 bool read_block(const Descriptor& file, std::vector<char>& block, off_t at) {
@@ -139,15 +156,26 @@ bool can_be_copy(const Entry& copy, const Entry& original) {
 
 // NOLINTBEGIN(misc-no-recursion): no listing is deeper than `deepest`
 
-/** Counts the entries from one down. Returns whether all of them could be counted. */
-bool count(const Entry& entry, std::uint64_t& entries) {
-  if (!entry.is_there) return false;
-  ++entries;
-  if (entry.kind() != S_IFDIR) return true;
+/** Adds everything from an entry down to a tally. */
+void add(const Entry& entry, Tally& tally, const std::function<void()>& next) {
+  if (!entry.is_there) {
+    ++tally.unreadable;
+    return;
+  }
+  next();
+  // The unit of st_blocks; see stat(3type).
+  constexpr std::uint64_t block = 512;
+  tally.disk_bytes += static_cast<std::uint64_t>(entry.status.st_blocks) * block;
+  if (entry.kind() == S_IFREG) tally.bytes += static_cast<std::uint64_t>(entry.status.st_size);
+  ++(entry.kind() == S_IFDIR ? tally.folders : tally.files);
+  if (entry.kind() != S_IFDIR) return;
+  if (entry.is_in_itself()) {
+    ++tally.unreadable;
+    return;
+  }
   const Listing inside{entry};
-  return inside.error() == 0 && std::ranges::all_of(inside.names(), [&](const auto& name) {
-           return count(inside.entry(name), entries);
-         });
+  if (inside.error() != 0) ++tally.unreadable;
+  for (const auto& name : inside.names()) add(inside.entry(name), tally, next);
 }
 
 bool is_part(const Entry& part, const Entry& whole) {
@@ -156,7 +184,7 @@ bool is_part(const Entry& part, const Entry& whole) {
   const Listing inside{part};
   const Descriptor counterparts{whole.open(O_DIRECTORY)};
   return inside.error() == 0 && std::ranges::all_of(inside.names(), [&](const auto& name) {
-           return is_part(inside.entry(name), {counterparts.number(), name.c_str(), 0});
+           return is_part(inside.entry(name), {counterparts.number(), name.c_str()});
          });
 }
 
@@ -176,7 +204,7 @@ bool give_links(const Entry& copy, const Entry& original, uid_t owner_of_folder)
   const uid_t owner = original.is_there ? original.status.st_uid : owner_of_folder;
   bool all_given = inside.error() == 0;
   for (const auto& name : inside.names()) {
-    const Entry counterpart{counterparts.number(), name.c_str(), 0};
+    const Entry counterpart{counterparts.number(), name.c_str()};
     all_given = give_links(inside.entry(name), counterpart, owner) && all_given;
   }
   return all_given;
@@ -201,10 +229,17 @@ int remove_from(const Entry& entry) {
 
 }  // namespace
 
+Tally tally_of(const std::string& path, const std::function<void()>& next) {
+  const Place place{behind_slash(path)};
+  const Entry top{place};
+  Tally tally;
+  if (top.is_there) add(top, tally, next);
+  return tally;
+}
+
 std::uint64_t entries_at(const std::string& path) {
-  const Place place{without_final_slashes(path)};
-  std::uint64_t entries = 0;
-  return count(Entry{place}, entries) ? entries : 0;
+  const auto tally = tally_of(without_final_slashes(path));
+  return tally.unreadable == 0 ? tally.entries() : 0;
 }
 
 bool is_part_of_copy(const std::string& part, const std::string& whole) {
@@ -215,7 +250,7 @@ bool is_part_of_copy(const std::string& part, const std::string& whole) {
 
 bool give_links_to_owners(const std::string& copy, const std::string& original) {
   const Place place{without_final_slashes(copy)};
-  const Place place_of_original{original.ends_with('/') ? original + '.' : original};
+  const Place place_of_original{behind_slash(original)};
   const Entry top{place_of_original};
   return give_links(Entry{place}, top, top.status.st_uid);
 }

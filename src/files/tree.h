@@ -4,9 +4,34 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace varnholt::files {
+
+/** How much is at a path, with everything that is mounted below it. */
+struct Tally {
+  std::uint64_t entries() const { return folders + files; }
+
+  std::uint64_t folders = 0;
+  /** Everything that is no folder: files, links, devices and so on. */
+  std::uint64_t files = 0;
+  /** The lengths of all regular files together. */
+  std::uint64_t bytes = 0;
+  /** What all of it takes on the disk, in bytes. */
+  std::uint64_t disk_bytes = 0;
+  /** Folders whose contents could not be read, so that the true figures are higher. */
+  std::uint64_t unreadable = 0;
+  /** Whether anybody has counted. */
+  bool counted = true;
+};
+
+/**
+ * Counts the entries from a path down, and calls `next` before each of them. A link at the path is
+ * counted, not what it leads to, unless the path ends with a slash.
+ */
+Tally tally_of(
+    const std::string& path, const std::function<void()>& next = [] {});
 
 /**
  * Returns the number of entries from a path down, the entry at the path included; 0 when they
