@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "check/finding.h"
+#include "check/problems.h"
 #include "check/window-view.h"
 
 namespace varnholt::check {

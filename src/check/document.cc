@@ -13,6 +13,8 @@
 namespace varnholt::check {
 namespace {
 
+namespace outcomes = foresight::outcomes;
+
 /** The members of an object stay in the order in which they are added. */
 using Json = nlohmann::ordered_json;
 
@@ -40,28 +42,33 @@ void add_tally(Json& object, const char* name, const std::optional<files::Tally>
   amount["unreadable"] = tally->unreadable;
 }
 
-}  // namespace
+/** Returns an array of objects, to each of which `add` adds the members for an item. */
+template <typename Item>
+Json list_of(const std::vector<Item>& items, void (*add)(Json& object, const Item& item)) {
+  auto list = Json::array();
+  for (const auto& item : items) add(list.emplace_back(), item);
+  return list;
+}
 
-// The library finds these by the types of what is added to a document.
-static void to_json(Json& object, const Finding& finding) {
+void add_finding(Json& object, const Finding& finding) {
   object["problem"] = finding.problem.word;
   if (!finding.about.empty()) add_bytes(object, "about", finding.about);
   object["text"] = text_of(finding);
   object["notice"] = finding.problem.is_notice();
 }
 
-static void to_json(Json& object, const LineFinding& each) {
+void add_line_finding(Json& object, const LineFinding& each) {
   object["line"] = each.line;
-  to_json(object, each.finding);
+  add_finding(object, each.finding);
 }
 
-static void to_json(Json& object, const Forecast& forecast) {
+void add_forecast(Json& object, const foresight::Forecast& forecast) {
   const auto& definition = forecast.definition;
   object["line"] = forecast.line;
   add_bytes(object, "source", definition.from);
   add_bytes(object, "path", definition.to);
   object["operation"] = model::operation_word(definition);
-  object["marked"] = is_marked(definition);
+  object["marked"] = foresight::is_marked(definition);
   object["outcome"] = forecast.outcome.word;
   object["sure"] = forecast.sure;
   if (forecast.outcome == outcomes::fails) object["remains"] = forecast.remains.word;
@@ -70,11 +77,11 @@ static void to_json(Json& object, const Forecast& forecast) {
   add_tally(object, "moved", forecast.moved);
   add_tally(object, "deleted", forecast.deleted);
   add_tally(object, "copied", forecast.copied);
-  object["findings"] = forecast.findings;
+  object["findings"] = list_of(forecast.findings, add_finding);
   object["depends-on"] = forecast.depends_on;
 }
 
-static void to_json(Json& object, const UnfinishedWork& unfinished) {
+void add_unfinished(Json& object, const foresight::UnfinishedWork& unfinished) {
   const auto& [work, next, outlook] = unfinished;
   add_bytes(object, "source", work.from);
   add_bytes(object, "path", work.to);
@@ -83,19 +90,21 @@ static void to_json(Json& object, const UnfinishedWork& unfinished) {
   if (!next.removed.empty()) add_bytes(object, "removed", next.removed);
 }
 
+}  // namespace
+
 std::string document_on(const Survey& survey, const std::string& path) {
   Json document;
   document["format"] = format;
   add_bytes(document, "profile", path);
   document["status"] = status_of(survey);
   document["problems"] = number_of_problems(survey);
-  document["lines-done"] = survey.lines_done;
-  document["unfinished"] = survey.unfinished;
-  document["definitions"] = survey.definitions;
-  document["lines"] = survey.window.findings;
+  document["lines-done"] = survey.run.lines_done;
+  document["unfinished"] = list_of(survey.run.unfinished, add_unfinished);
+  document["definitions"] = list_of(survey.run.definitions, add_forecast);
+  document["lines"] = list_of(survey.window.findings, add_line_finding);
   document["reordered"] = {{"files", survey.window.reordered_files},
                            {"scripts", survey.window.reordered_scripts}};
-  document["around"] = survey.around;
+  document["around"] = list_of(survey.around, add_finding);
   return document.dump(2) + '\n';
 }
 

@@ -24,13 +24,13 @@ bool is_newer(const struct stat& one, const struct stat& other) {
          std::tie(other.st_mtim.tv_sec, other.st_mtim.tv_nsec);
 }
 
-void check_owner_and_mode(FileSystems& files, std::vector<Finding>& findings) {
+void check_owner_and_mode(foresight::FileSystems& files, std::vector<Finding>& findings) {
   const char* const path = paths::profile;
   struct stat status {};
   if (stat(path, &status) != 0) return;
   if (status.st_uid != 0) findings.push_back({problems::owner, std::to_string(status.st_uid)});
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) findings.push_back({problems::writable, path});
-  if (why_it_must_stay(path) || files.mounts().is_mount_point(files.end_of(path))) {
+  if (foresight::why_it_must_stay(path) || files.mounts().is_mount_point(files.end_of(path))) {
     findings.push_back({problems::profile_fixed, path});
   }
 }
@@ -60,8 +60,8 @@ std::vector<std::string> needed_files() {
   return files;
 }
 
-void check_profile_file(const std::string& path, std::string_view profile, FileSystems& files,
-                        std::vector<Finding>& findings) {
+void check_profile_file(const std::string& path, std::string_view profile,
+                        foresight::FileSystems& files, std::vector<Finding>& findings) {
   if (path == paths::profile) {
     check_owner_and_mode(files, findings);
     look_for_save(profile, findings);

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "check/file-systems.h"
-#include "check/finding.h"
+#include "check/problems.h"
+#include "foresight/file-systems.h"
 
 namespace varnholt::check {
 
@@ -15,7 +15,7 @@ namespace varnholt::check {
 std::vector<std::string> needed_files();
 
 /** Adds the findings about the profile at `path` as a file, and about the files beside it. */
-void check_profile_file(const std::string& path, std::string_view profile, FileSystems& files,
-                        std::vector<Finding>& findings);
+void check_profile_file(const std::string& path, std::string_view profile,
+                        foresight::FileSystems& files, std::vector<Finding>& findings);
 
 }  // namespace varnholt::check

@@ -15,6 +15,8 @@
 namespace varnholt::check {
 namespace {
 
+namespace outcomes = foresight::outcomes;
+
 /** How a sentence is meant; its colour depends on that. */
 enum class Tone { plain, notice, alarm };
 
@@ -30,29 +32,29 @@ Sentence sentence_on(const Finding& finding) {
 }
 
 /** Returns the amount of what moves or is copied, when there is any. */
-const std::optional<files::Tally>& amount_in(const Forecast& forecast) {
+const std::optional<files::Tally>& amount_in(const foresight::Forecast& forecast) {
   return forecast.moved ? forecast.moved : forecast.copied;
 }
 
 /** Returns a text on a forecast, as the comment on Phrase tells. */
-std::string told(const char* text, const Forecast& forecast) {
+std::string told(const char* text, const foresight::Forecast& forecast) {
   const auto& tally = amount_in(forecast);
   return filled(_(text), {printable(forecast.definition.to), printable(forecast.definition.from),
                           printable(forecast.content), tally ? amount(*tally) : "",
                           printable(forecast.backup)});
 }
 
-std::string what_comes(const Forecast& forecast) {
+std::string what_comes(const foresight::Forecast& forecast) {
   const auto& outcome = forecast.outcome;
   if (outcome == outcomes::left_alone) return told(forecast.reason.text, forecast);
-  if (outcome == outcomes::fails && is_marked(forecast.definition)) {
+  if (outcome == outcomes::fails && foresight::is_marked(forecast.definition)) {
     return told(N_("FAILS: the link %1 is not undone."), forecast);
   }
   const bool uncounted = outcome.uncounted != nullptr && !amount_in(forecast)->counted;
   return told(uncounted ? outcome.uncounted : outcome.text, forecast);
 }
 
-std::string deletion_of(const Forecast& forecast) {
+std::string deletion_of(const foresight::Forecast& forecast) {
   const auto source = printable(forecast.definition.from);
   if (!forecast.deleted->counted) return filled(_("DELETED: what stands at %1 now."), {source});
   return filled(_("DELETED: what stands at %1 now, %2."), {source, amount(*forecast.deleted)});
@@ -65,7 +67,7 @@ std::string joined(const std::vector<std::string>& parts) {
   return whole;
 }
 
-std::string dependencies_of(const Forecast& forecast) {
+std::string dependencies_of(const foresight::Forecast& forecast) {
   const bool on_rest = forecast.depends_on.front() == 0;
   std::vector<std::string> lines;
   std::transform(forecast.depends_on.begin() + (on_rest ? 1 : 0), forecast.depends_on.end(),
@@ -82,11 +84,11 @@ std::string dependencies_of(const Forecast& forecast) {
                 {joined(lines)});
 }
 
-Sentences sentences_on(const Forecast& forecast) {
+Sentences sentences_on(const foresight::Forecast& forecast) {
   const auto& definition = forecast.definition;
   const auto& outcome = forecast.outcome;
   const auto tone = outcome == outcomes::fails ? Tone::alarm
-                    : is_neglected(forecast)   ? Tone::notice
+                    : forecast.is_neglected()  ? Tone::notice
                                                : Tone::plain;
   Sentences sentences;
   // Without a source or a path there is only that to tell.
@@ -104,13 +106,13 @@ Sentences sentences_on(const Forecast& forecast) {
   if (forecast.deleted) sentences.push_back({deletion_of(forecast), Tone::alarm});
   if (outcome == outcomes::copied) {
     sentences.push_back({_("The copies belong to root and are new; links in them stay links.")});
-  } else if (is_marked(definition) && outcome != outcomes::dropped) {
+  } else if (foresight::is_marked(definition) && outcome != outcomes::dropped) {
     sentences.push_back({_("The line leaves the profile.")});
   }
   return sentences;
 }
 
-Sentences sentences_on(const UnfinishedWork& unfinished) {
+Sentences sentences_on(const foresight::UnfinishedWork& unfinished) {
   const auto& [work, next, outlook] = unfinished;
   const auto path = printable(work.to);
   const auto backup = printable(work.backup);
@@ -131,18 +133,18 @@ Sentences sentences_on(const UnfinishedWork& unfinished) {
 std::string counts_of(const Survey& survey) {
   std::vector<std::string> counts;
   const auto count = [&](const char* text, const auto& holds) {
-    const auto links = std::ranges::count_if(survey.definitions, holds);
+    const auto links = std::ranges::count_if(survey.run.definitions, holds);
     if (links > 0) counts.push_back(filled(_(text), {number(static_cast<std::size_t>(links))}));
   };
   for (const auto& each :
        {outcomes::stands, outcomes::made, outcomes::replaced, outcomes::adopted, outcomes::copied,
         outcomes::left_alone, outcomes::fails, outcomes::unknown}) {
-    count(each.count, [&each](const Forecast& forecast) {
+    count(each.count, [&each](const foresight::Forecast& forecast) {
       return forecast.outcome == each && forecast.depends_on.empty();
     });
   }
   count(N_("%1 depending on others"),
-        [](const Forecast& forecast) { return !forecast.depends_on.empty(); });
+        [](const foresight::Forecast& forecast) { return !forecast.depends_on.empty(); });
   return counts.empty() ? _("none") : joined(counts);
 }
 
@@ -159,71 +161,61 @@ std::string summary_of(const Survey& survey) {
   return filled(_("%1 %2"), {links, text});
 }
 
-class Report {
- public:
-  Report(const Survey& survey, const ReportStyle& style) : m_survey(survey), m_style(style) {
-    for (const auto& forecast : survey.definitions) {
-      if (tells_of(forecast)) {
-        m_lines.emplace(forecast.line, sentences_on(forecast));
-      } else if (style.all) {
-        m_lines[forecast.line];
-      }
-    }
-    for (const auto& [line, finding] : survey.window.findings) {
-      m_lines[line].push_back(sentence_on(finding));
-    }
-    m_digits = m_lines.empty() ? 1 : std::to_string(m_lines.rbegin()->first).size();
-  }
-
-  std::string text() {
-    if (m_survey.lines_done > 0) {
-      const auto* const text =
-          _("An earlier run was cut off at line %1; the next one goes on from there.");
-      tell("*", {{filled(text, {std::to_string(m_survey.lines_done)})}});
-    }
-    for (const auto& unfinished : m_survey.unfinished) tell("*", sentences_on(unfinished));
-    for (const auto& [line, sentences] : m_lines) tell(std::to_string(line), sentences);
-    if (m_survey.window.reordered_files > 0 || m_survey.window.reordered_scripts > 0) {
-      tell("*", {{_("The next save of the window writes the definitions in another order.")}});
-    }
-    for (const auto& finding : m_survey.around) tell("*", {sentence_on(finding)});
-    return m_text;
-  }
-
- private:
-  bool tells_of(const Forecast& forecast) const {
+/** Returns what is told of each line: of its forecast, and then what the window makes of it. */
+std::map<std::size_t, Sentences> sentences_by_line(const Survey& survey, bool all) {
+  std::map<std::size_t, Sentences> lines;
+  for (const auto& forecast : survey.run.definitions) {
     const bool stands = forecast.outcome == outcomes::stands;
-    const bool quiet = forecast.outcome == outcomes::none || (stands && !m_style.all);
-    return !quiet || !forecast.findings.empty() || !forecast.depends_on.empty();
-  }
-
-  void tell(const std::string& label, const Sentences& sentences) {
-    auto head = std::string(m_digits - std::min(m_digits, label.size()), ' ') + label + "  ";
-    for (const auto& sentence : sentences) {
-      m_text += head + coloured(sentence) + '\n';
-      head = std::string(m_digits + 2, ' ');
+    const bool quiet = forecast.outcome == outcomes::none || (stands && !all);
+    if (!quiet || !forecast.findings.empty() || !forecast.depends_on.empty()) {
+      lines.emplace(forecast.line, sentences_on(forecast));
+    } else if (all) {
+      lines[forecast.line];
     }
   }
-
-  std::string coloured(const Sentence& sentence) const {
-    const auto* const mark = sentence.tone == Tone::plain ? "" : "! ";
-    auto text = wrapped(mark + sentence.text, m_digits + 2, m_style.width);
-    if (!m_style.colour || sentence.tone == Tone::plain) return text;
-    return (sentence.tone == Tone::alarm ? "\033[1;31m" : "\033[35m") + text + "\033[0m";
+  for (const auto& [line, finding] : survey.window.findings) {
+    lines[line].push_back(sentence_on(finding));
   }
+  return lines;
+}
 
-  const Survey& m_survey;
-  const ReportStyle& m_style;
-  /** What is told of each line: its forecast, and then the view of the window. */
-  std::map<std::size_t, Sentences> m_lines;
-  std::size_t m_digits = 1;
-  std::string m_text;
-};
+std::string laid_out(const Sentence& sentence, std::size_t indent, const ReportStyle& style) {
+  const auto* const mark = sentence.tone == Tone::plain ? "" : "! ";
+  auto text = wrapped(mark + sentence.text, indent, style.width);
+  if (!style.colour || sentence.tone == Tone::plain) return text;
+  return (sentence.tone == Tone::alarm ? "\033[1;31m" : "\033[35m") + text + "\033[0m";
+}
+
+std::string details_of(const Survey& survey, const ReportStyle& style) {
+  const auto& run = survey.run;
+  const auto lines = sentences_by_line(survey, style.all);
+  const auto digits = lines.empty() ? 1 : std::to_string(lines.rbegin()->first).size();
+  std::string text;
+  const auto tell = [&](const std::string& label, const Sentences& sentences) {
+    auto head = std::string(digits - label.size(), ' ') + label + "  ";
+    for (const auto& sentence : sentences) {
+      text += head + laid_out(sentence, head.size(), style) + '\n';
+      head.assign(head.size(), ' ');
+    }
+  };
+  if (run.lines_done > 0) {
+    const auto* const sentence =
+        _("An earlier run was cut off at line %1; the next one goes on from there.");
+    tell("*", {{filled(sentence, {std::to_string(run.lines_done)})}});
+  }
+  for (const auto& unfinished : run.unfinished) tell("*", sentences_on(unfinished));
+  for (const auto& [line, sentences] : lines) tell(std::to_string(line), sentences);
+  if (survey.window.reordered_files > 0 || survey.window.reordered_scripts > 0) {
+    tell("*", {{_("The next save of the window writes the definitions in another order.")}});
+  }
+  for (const auto& finding : survey.around) tell("*", {sentence_on(finding)});
+  return text;
+}
 
 }  // namespace
 
 std::string report_on(const Survey& survey, const ReportStyle& style) {
-  const auto details = style.summary_only ? std::string{} : Report{survey, style}.text();
+  const auto details = style.summary_only ? std::string{} : details_of(survey, style);
   return details + (details.empty() ? "" : "\n") + summary_of(survey) + '\n';
 }
 

@@ -15,12 +15,6 @@
 namespace varnholt::check {
 namespace {
 
-/** Returns the word for the operation in the line of a boot script. */
-std::string script_word(const model::BakDefFields& script) {
-  const auto line = model::shl_line(script);
-  return line.substr(line.rfind(',') + 1);
-}
-
 std::size_t reordered(const std::deque<std::size_t>& lines) {
   return std::ranges::is_sorted(lines) ? 0 : lines.size();
 }
@@ -77,19 +71,16 @@ void WindowLoader::load_definition(const store::ProfileLine& line, std::string_v
   const bool file = line.kind == store::LineKind::file;
   auto& page = file ? m_files : m_scripts;
   page.insert(model::comes_first(definition) ? page.begin() : page.end(), m_line);
-  const auto word = file ? model::operation_field(definition) : script_word(definition);
-  // In most lines it is the last word.
-  if (text.ends_with(word)) return;
-  if (file) find_other_values(definition, text);
-  if (trimmed(split(text, ',')[file ? 4 : 3]) != word) find(problems::other_operation, word);
-}
-
-void WindowLoader::find_other_values(const model::BakDefFields& definition, std::string_view text) {
-  const auto written = model::lnk_line(definition);
-  const auto fields = fields_of(text, "lnk");
+  // In most lines the operation is the last field, and those before it are written as they are.
+  if (file && text.ends_with(model::operation_field(definition))) return;
+  const std::size_t operation = file ? 4 : 3;
+  const auto written = file ? model::lnk_line(definition) : model::shl_line(definition);
+  const auto fields = split(text, ',');
   const auto kept = split(written, ',');
-  for (std::size_t at = 5; at < fields.size() && at < kept.size(); ++at) {
-    if (fields[at] != kept[at]) find(problems::other_value, std::string{kept[at]});
+  for (auto at = operation; at < fields.size() && at < kept.size(); ++at) {
+    if (trimmed(fields[at]) == kept[at]) continue;
+    find(at == operation ? problems::other_operation : problems::other_value,
+         std::string{kept[at]});
   }
 }
 
@@ -103,7 +94,7 @@ void WindowLoader::load_route(const model::RutDefFields& route) {
   m_routes->insert(item.get(), false);
   m_route_lines.emplace(item.get(), m_line);
   if (route.name.empty() || route.addr.empty() || route.mask.empty() || route.gw.empty()) {
-    find(problems::value_missing);
+    find(foresight::problems::value_missing);
   }
 }
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "base/glib-ptr.h"
-#include "check/finding.h"
+#include "check/problems.h"
 #include "model/bak-model.h"
 #include "store/profile.h"
 
@@ -45,8 +45,6 @@ class WindowLoader {
   void load_answer(bool deletes_default_route, std::string_view text);
   void load_definition(const store::ProfileLine& line, std::string_view text);
   void load_route(const model::RutDefFields& route);
-  /** Finds a flag or a time that the window reads as another one. */
-  void find_other_values(const model::BakDefFields& definition, std::string_view text);
 
   WindowView m_view;
   std::size_t m_line = 0;

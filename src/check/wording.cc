@@ -110,7 +110,7 @@ std::string amount(const files::Tally& tally) {
 
 std::string text_of(const Finding& finding) {
   // The reason comes from the reader of the note, and may have a translation.
-  const bool is_reason = finding.problem == problems::note_unread;
+  const bool is_reason = finding.problem == foresight::problems::note_unread;
   const std::string about = is_reason ? _(finding.about.c_str()) : finding.about;
   return filled(_(finding.problem.text), {printable(about)});
 }

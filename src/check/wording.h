@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "check/finding.h"
+#include "check/problems.h"
 #include "files/tree.h"
 
 namespace varnholt::check {

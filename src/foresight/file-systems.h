@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -13,13 +14,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "check/finding.h"
-#include "check/progress.h"
 #include "files/mounts.h"
 #include "files/tree.h"
 #include "files/way.h"
+#include "foresight/finding.h"
 
-namespace varnholt::check {
+namespace varnholt::foresight {
 
 /** Returns whether this user cannot see where a path leads, or whether anything is there. */
 bool is_hidden(const std::string& path);
@@ -63,8 +63,11 @@ class Memory {
 /** The ways, mounts and room of the machine, while the lines of one profile are foretold. */
 class FileSystems {
  public:
-  /** `needed` are the files without which a run cannot end well. */
-  FileSystems(bool counts, const std::vector<std::string>& needed);
+  /**
+   * `needed` are the files without which a run cannot end well. `count_next` is called before each
+   * entry that is counted; without it nothing is counted.
+   */
+  FileSystems(const std::vector<std::string>& needed, std::function<void()> count_next);
 
   const files::Mounts& mounts() const { return m_mounts; }
 
@@ -101,8 +104,7 @@ class FileSystems {
                                               std::size_t missing = 0);
 
  private:
-  bool m_counts;
-  Progress m_progress;
+  std::function<void()> m_count_next;
   files::Mounts m_mounts;
   Memory<std::vector<std::string>> m_ways;
   Memory<files::Spot> m_spots;
@@ -113,4 +115,4 @@ class FileSystems {
   std::map<dev_t, files::Tally> m_promised;
 };
 
-}  // namespace varnholt::check
+}  // namespace varnholt::foresight

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Foretells what the next run of the link builder makes of one definition.
-#include "check/forecast.h"
+#include "foresight/forecast.h"
 
 #include <algorithm>
 #include <climits>
@@ -13,7 +13,7 @@
 #include "linkbuilder/backup-name.h"
 #include "linkbuilder/decision.h"
 
-namespace varnholt::check {
+namespace varnholt::foresight {
 namespace {
 
 bool is_relative(const std::string& path) {
@@ -67,7 +67,7 @@ std::optional<Finding> why_not_made(const Forecast& forecast, const Descent& des
 
 void begin_link(Forecast& forecast, const Phrase& outcome, FileSystems& files) {
   forecast.outcome = outcome;
-  forecast.footprint.relied = forecast.footprint.changed = {files.end_of(forecast.definition.to)};
+  forecast.footprint.changed = {files.end_of(forecast.definition.to)};
 }
 
 /** Foretells that a link by which root would be led astray makes a definition fail. */
@@ -258,7 +258,6 @@ void foretell_last_step(Forecast& forecast, const linkbuilder::Work& work, FileS
     footprint.whole = {files.end_of(work.path()), files.end_of(without_final_slash(work.from))};
     footprint.changed.insert(footprint.changed.end(), footprint.whole.begin(),
                              footprint.whole.end());
-    footprint.relied = footprint.changed;
   }
   if (!is_folder(folder)) {
     const bool by_itself = files.leads_through_itself(to);
@@ -301,6 +300,12 @@ void Forecast::fail(const Finding& why, const Phrase& what_remains) {
   outcome = outcomes::fails;
   remains = what_remains;
   add(why);
+}
+
+bool Forecast::is_neglected() const {
+  // A link that has been undone already is what its definition wants.
+  const bool undone = reason == reasons::missing || reason == reasons::no_link;
+  return outcome == outcomes::left_alone && !undone;
 }
 
 bool is_marked(const model::BakDefFields& definition) {
@@ -356,4 +361,4 @@ Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& 
   return forecast;
 }
 
-}  // namespace varnholt::check
+}  // namespace varnholt::foresight

@@ -8,13 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "check/file-systems.h"
-#include "check/finding.h"
 #include "files/tree.h"
+#include "foresight/file-systems.h"
+#include "foresight/finding.h"
 #include "linkbuilder/unfinished.h"
 #include "model/definition.h"
 
-namespace varnholt::check {
+namespace varnholt::foresight {
 
 /**
  * What can be told of a definition. In its sentence %1 is the path, %2 the source, %3 the content
@@ -91,9 +91,9 @@ struct Footprint {
   /** Adds the entries on a way to those that are relied on. */
   void rely_on(const std::vector<std::string>& way);
 
-  /** The entries that must be there, or be missing, as they are now. */
+  /** The entries that must be there, or be missing, as they are now, beside those that change. */
   std::vector<std::string> relied{};
-  /** The entries that matter with everything in them, beside those that change. */
+  /** The entries that matter with everything in them. */
   std::vector<std::string> whole{};
   /** The entries that are made, moved or deleted. */
   std::vector<std::string> changed{};
@@ -107,6 +107,9 @@ struct Forecast {
 
   /** Adds the finding with which the work on the definition fails. */
   void fail(const Finding& why, const Phrase& what_remains);
+
+  /** Returns whether a definition is left alone for which something would have to be done. */
+  bool is_neglected() const;
 
   /** The number of the line in the profile, from 1. */
   std::size_t line = 0;
@@ -156,4 +159,4 @@ Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& 
 void foretell_adoption(Forecast& forecast, FileSystems& files, const std::string& backup = "",
                        bool clears_source = false);
 
-}  // namespace varnholt::check
+}  // namespace varnholt::foresight

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the file systems of the machine allow.
-#include "check/file-systems.h"
+#include "foresight/file-systems.h"
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -14,11 +14,12 @@
 #include <climits>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "base/path.h"
 #include "base/text.h"
 
-namespace varnholt::check {
+namespace varnholt::foresight {
 namespace {
 
 bool has_attribute(const std::string& path, std::uint64_t attributes, int flags = 0) {
@@ -91,7 +92,8 @@ bool can_hold_links(const std::string& folder) {
          (status.f_type != MSDOS_SUPER_MAGIC && status.f_type != exfat);
 }
 
-FileSystems::FileSystems(bool counts, const std::vector<std::string>& needed) : m_counts(counts) {
+FileSystems::FileSystems(const std::vector<std::string>& needed, std::function<void()> count_next)
+    : m_count_next(std::move(count_next)) {
   for (const auto& file : needed) {
     for (const auto& entry : entries_on(file)) m_needed.insert(spot_of(entry));
   }
@@ -117,10 +119,9 @@ files::Spot FileSystems::spot_of(const std::string& entry) {
 }
 
 files::Tally FileSystems::count(const std::string& path) {
-  if (!m_counts) return {.counted = false};
-  return m_tallies.answer(path, [this](const std::string& asked) {
-    return files::tally_of(asked, [this] { m_progress.advance(); });
-  });
+  if (!m_count_next) return {.counted = false};
+  return m_tallies.answer(
+      path, [this](const std::string& asked) { return files::tally_of(asked, m_count_next); });
 }
 
 bool FileSystems::is_needed(const std::string& path) {
@@ -163,4 +164,4 @@ std::optional<Finding> FileSystems::why_no_room_for_link(const std::string& fold
   return surely ? std::nullopt : std::optional{Finding{problems::little_room, folder}};
 }
 
-}  // namespace varnholt::check
+}  // namespace varnholt::foresight

@@ -7,11 +7,11 @@
 #include <set>
 #include <vector>
 
-#include "check/forecast.h"
 #include "files/mounts.h"
 #include "files/way.h"
+#include "foresight/forecast.h"
 
-namespace varnholt::check {
+namespace varnholt::foresight {
 
 /** What the definitions so far may change, by places that no link or mount can disguise. */
 class Dependencies {
@@ -38,4 +38,4 @@ class Dependencies {
   Lines m_made;
 };
 
-}  // namespace varnholt::check
+}  // namespace varnholt::foresight

@@ -5,15 +5,15 @@
 #include <system_error>
 
 #include "base/path.h"
-#include "check/forecast.h"
 #include "files/mounts.h"
 #include "files/way.h"
+#include "foresight/forecast.h"
 #include "linkbuilder/backup-name.h"
 #include "linkbuilder/guards.h"
 
 namespace fs = std::filesystem;
 
-namespace varnholt::check {
+namespace varnholt::foresight {
 namespace {
 
 /** One adoption while it is foretold, in the order of its steps. */
@@ -66,7 +66,6 @@ class Adoption {
       footprint.whole.push_back(m_at_source);
       footprint.changed.push_back(m_at_source);
     }
-    footprint.relied = footprint.changed;
     footprint.rely_on(m_way_of_source);
     if (!m_is_aside) footprint.rely_on(taken_backup_names());
     if (m_files.is_needed(beginning())) m_forecast.add({problems::needed_by_run, m_to});
@@ -233,4 +232,4 @@ void foretell_adoption(Forecast& forecast, FileSystems& files, const std::string
   Adoption{forecast, backup, files}.foretell(clears_source);
 }
 
-}  // namespace varnholt::check
+}  // namespace varnholt::foresight

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Finds out which lines depend on which.
-#include "check/dependencies.h"
+#include "foresight/dependencies.h"
 
-namespace varnholt::check {
+namespace varnholt::foresight {
 namespace {
 
 /** More lines tell a person no more, and a profile of many lines with one path has too many. */
@@ -34,10 +34,12 @@ std::set<std::size_t> Dependencies::lines_before(const Footprint& footprint,
     }
   };
   for (const auto& path : passed) at_or_above(m_files.spot_of(path));
-  for (const auto& path : footprint.relied) {
-    const auto spot = m_files.spot_of(path);
-    at_or_above(spot);
-    at(m_made, spot);
+  for (const auto* const paths : {&footprint.relied, &footprint.changed}) {
+    for (const auto& path : *paths) {
+      const auto spot = m_files.spot_of(path);
+      at_or_above(spot);
+      at(m_made, spot);
+    }
   }
   for (const auto& path : footprint.whole) {
     for (const auto& spot : m_files.mounts().spots_from(path)) {
@@ -53,4 +55,4 @@ void Dependencies::add(std::size_t line, const Footprint& footprint) {
   for (const auto& path : footprint.made) m_made.emplace(m_files.spot_of(path), line);
 }
 
-}  // namespace varnholt::check
+}  // namespace varnholt::foresight
