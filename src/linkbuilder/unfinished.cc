@@ -46,9 +46,9 @@ Continuation whichever_is_whole(const Work& work, const files::PathState& origin
 /** Decides when the backup is there and nothing is at the path. */
 Continuation with_backup(const Work& work, const files::PathState& source,
                          const files::PathState& backup) {
-  if (work.stage == Stage::move) {
-    return whichever_is_whole(work, backup, source, Step::move, Step::link);
-  }
+  // A link at the source that leads nowhere is replaced by the move itself.
+  const bool may_hold_data = work.stage == Stage::move && !source.is_link();
+  if (may_hold_data) return whichever_is_whole(work, backup, source, Step::move, Step::link);
   // Only what the work found at the source may be deleted.
   const bool is_as_before = !source.there || source.inode() == work.source_inode;
   return {is_as_before ? Step::move : Step::leave_changed};
