@@ -397,6 +397,7 @@ class Pair {
     auto document = read_document(check.output);
     m_log = profile + look(snapshot) + check.output;
     m_fault = faults_of(document);
+    if (document.is_discarded()) throw std::runtime_error{m_fault + m_log};
     const int status = WEXITSTATUS(check.status);
     if (document.at("status") != status) m_fault += "another status\n";
     if (everything() != snapshot) m_fault += "the companion has changed something\n";

@@ -105,7 +105,7 @@ std::string document_on(const Survey& survey, const std::string& path) {
   document["reordered"] = {{"files", survey.window.reordered_files},
                            {"scripts", survey.window.reordered_scripts}};
   document["around"] = list_of(survey.around, add_finding);
-  return document.dump(2) + '\n';
+  return document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 }  // namespace varnholt::check

@@ -2,6 +2,7 @@
 // The command varnholt-check: its options, and what it prints.
 #include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sysexits.h>
 #include <unistd.h>
 
@@ -47,6 +48,14 @@ void use_locale() {
                  (std::filesystem::path{program_folder()} / paths::catalogues).c_str());
   bind_textdomain_codeset(text_domain, "UTF-8");
   textdomain(text_domain);
+}
+
+/** Raises a limit: each level of a deep folder takes a descriptor while it is counted. */
+void allow_open_files() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 /** Reads the arguments. Returns false, after saying why, when they make no sense. */
@@ -143,6 +152,7 @@ int run(int argc, char** argv) {
     print_failure("varnholt-check: %s\n", printable(profile.error->message).c_str());
     return cannot_read;
   }
+  allow_open_files();
   const auto survey = survey_of(wish.profile, profile.text(), wish.no_count == 0);
   if (std::fputs(output_for(wish, survey).c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
     print_failure("varnholt-check: %s\n", g_strerror(errno));

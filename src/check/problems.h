@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The problems of a profile and its lines beside what a run makes of its definitions.
+// The problems of a profile beside those of a run, which foresight::problems names.
 #pragma once
 
 #include "foresight/finding.h"

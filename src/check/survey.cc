@@ -80,14 +80,14 @@ Survey survey_of(const std::string& path, std::string_view profile, bool counts)
   foresight::FileSystems machine{needed_files(), counts ? advance : std::function<void()>{}};
   foresight::Dependencies changes{machine};
   run = foretell_run(profile, std::move(files), machine, changes);
-  for (const auto& [line, script] : scripts) {
-    const auto why = why_not_run(script, machine, changes);
-    if (why) view.findings.push_back({line, *why});
-  }
   if (run.why_no_note) around.push_back(*run.why_no_note);
   if (!view.answers_default_route) around.push_back({problems::default_route_open});
   const auto present = path == paths::profile ? FileText{} : read_file(paths::profile);
   if (present.bytes) compare_profiles(present.text(), profile, view.findings, around);
+  for (const auto& [line, script] : scripts) {
+    const auto why = why_not_run(script, machine, changes);
+    if (why) view.findings.push_back({line, *why});
+  }
   std::ranges::stable_sort(view.findings, {}, &LineFinding::line);
   check_profile_file(path, profile, machine, around);
   return survey;

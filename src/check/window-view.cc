@@ -71,11 +71,12 @@ void WindowLoader::load_definition(const store::ProfileLine& line, std::string_v
   const bool file = line.kind == store::LineKind::file;
   auto& page = file ? m_files : m_scripts;
   page.insert(model::comes_first(definition) ? page.begin() : page.end(), m_line);
-  // In most lines the operation is the last field, and those before it are written as they are.
-  if (file && text.ends_with(model::operation_field(definition))) return;
   const std::size_t operation = file ? 4 : 3;
-  const auto written = file ? model::lnk_line(definition) : model::shl_line(definition);
   const auto fields = split(text, ',');
+  // The fields before the operation are written as they are, and in most lines it is the last one.
+  const bool is_last = file && fields.size() == operation + 1;
+  if (is_last && fields[operation] == model::operation_field(definition)) return;
+  const auto written = file ? model::lnk_line(definition) : model::shl_line(definition);
   const auto kept = split(written, ',');
   for (auto at = operation; at < fields.size() && at < kept.size(); ++at) {
     if (trimmed(fields[at]) == kept[at]) continue;

@@ -78,13 +78,15 @@ std::string printable(std::string_view text) {
 
 std::string number(std::uint64_t value) {
   const auto* const locale = std::localeconv();
+  const auto separator =
+      take_text(g_locale_to_utf8(locale->thousands_sep, -1, nullptr, nullptr, nullptr));
   auto text = std::to_string(value);
   const char* group = locale->grouping;
   for (std::size_t at = text.size(); *group > 0 && *group < CHAR_MAX;) {
     const std::size_t digits = static_cast<unsigned char>(*group);
     if (at <= digits) break;
     at -= digits;
-    text.insert(at, locale->thousands_sep);
+    text.insert(at, separator ? separator.get() : "");
     // The last group repeats; see localeconv(3).
     if (group[1] != 0) ++group;
   }
@@ -125,7 +127,7 @@ std::string wrapped(std::string_view text, std::size_t indent, std::size_t width
   while (!text.empty()) {
     const auto letter = first_character(text);
     const auto character = g_utf8_get_char(letter.data());
-    if (character == ' ' || may_part(before, character)) {
+    if ((character == ' ' && before != ' ') || may_part(before, character)) {
       cut = lines.size();
       column_at_cut = column;
     }

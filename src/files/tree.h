@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Counts, compares and removes whatever is at a path and below it. Each folder is opened in the one
-// above it and no link is followed, so that nobody can lead these functions elsewhere.
+// above it and no link in it is followed, so that nobody can lead these functions elsewhere.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,8 @@ struct Tally {
 
 /**
  * Counts the entries from a path down, and calls `next` before each of them. A link at the path is
- * counted, not what it leads to, unless the path ends with a slash.
+ * counted, not what it leads to, unless the path ends with a slash. When nothing is there, or root
+ * must not follow a link on the way, all is 0. Each level takes a descriptor.
  */
 Tally tally_of(
     const std::string& path, const std::function<void()>& next = [] {});

@@ -63,7 +63,8 @@ class Walk {
  public:
   Walk(const std::string& path, Missing missing, const Link& behind = {}) : m_missing(missing) {
     if (path.empty() || path.size() >= PATH_MAX) {
-      m_way.entries.push_back(path);
+      // Whoever goes up from an entry comes to the root at last.
+      m_way.entries.push_back(path.empty() || path.starts_with('/') ? path : '/' + path);
       m_way.whole = false;
       return;
     }

@@ -179,7 +179,16 @@ class Adoption {
     const bool copies =
         files::lie_on_different_mounts(folder_above(m_moved), folder_above(m_source));
     if (copies && !is_copied(freed)) return;
-    if (m_is_aside && m_files.leads_through_itself(m_to)) {
+    if (m_is_aside) check_way_to_link();
+  }
+
+  /** Foretells whether what has moved is on the way to its own link then. */
+  void check_way_to_link() {
+    const auto way = m_files.entries_on(folder_above(m_to));
+    const bool passes_source = std::ranges::count(way, m_at_source) > 0;
+    // A folder gets the link inside, unless something there has this name.
+    if (passes_source && is_folder(m_moved)) m_forecast.sure = false;
+    if (passes_source || m_files.leads_through_itself(m_to)) {
       m_forecast.fail({problems::path_through_itself}, remains::source);
     }
   }

@@ -86,7 +86,7 @@ class FileSystems {
   /** Returns the place of an entry, as files::Mounts does. */
   files::Spot spot_of(const std::string& entry);
 
-  /** Returns the tally of a path, counted once, or one that says that nobody has counted. */
+  /** Returns the tally of a path, or one that says that nobody has counted. */
   files::Tally count(const std::string& path);
 
   /** Returns whether moving or removing the entry at a path takes away what a run needs. */

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The problems that a run may have with a definition.
+// The problems that can be found with a definition and with a run.
 #pragma once
 
 #include <string>

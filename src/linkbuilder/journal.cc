@@ -93,6 +93,8 @@ bool Journal::about_to_move(const std::string& from, const std::string& to) {
   Work work = m_note.works.back();
   const bool is_way_back = from == without_final_slash(work.from);
   work.stage = is_way_back ? Stage::back : Stage::move;
+  // What was deleted there has given its inode away, perhaps to what comes next.
+  if (!is_way_back) work.source_inode = files::PathState{to}.inode();
   work.crosses = files::lie_on_different_mounts(folder_above(from), folder_above(to));
   work.entries = copied_entries(from, to);
   if (work == m_note.works.back()) return true;

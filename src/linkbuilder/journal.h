@@ -53,7 +53,7 @@ class Journal {
   /** It has this backup name now. */
   void has_set_aside(const std::string& backup);
 
-  /** The backup is about to move to the source, at which nothing is left, or the source back. */
+  /** The backup is about to move to the source, which has been cleared, or the source back. */
   bool about_to_move(const std::string& from, const std::string& to);
 
   /** The link is about to be replaced by a copy of its content. */

@@ -19,7 +19,7 @@ namespace varnholt::linkbuilder {
 enum class Stage {
   /** What is at the path gets its backup name, and then what is at the source is deleted. */
   aside,
-  /** The backup moves to the source, at which nothing is left. */
+  /** The backup moves to the source, at which nothing is left but a link that leads nowhere. */
   move,
   /** The data at the source moves back to the path, because the link could not be made. */
   back,
@@ -46,7 +46,7 @@ struct Work {
   std::string backup{};
   /** The inode of what was at the path. */
   ino_t inode = 0;
-  /** The inode of what was at the source; 0 for nothing. */
+  /** The inode of what was at the source before the step; 0 for nothing. */
   ino_t source_inode = 0;
   /** Whether the source is on another mount than the path. */
   bool crosses = false;

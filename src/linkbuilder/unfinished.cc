@@ -47,8 +47,8 @@ Continuation whichever_is_whole(const Work& work, const files::PathState& origin
 Continuation with_backup(const Work& work, const files::PathState& source,
                          const files::PathState& backup) {
   // A link at the source that leads nowhere is replaced by the move itself.
-  const bool may_hold_data = work.stage == Stage::move && !source.is_link();
-  if (may_hold_data) return whichever_is_whole(work, backup, source, Step::move, Step::link);
+  const bool may_be_moved = work.stage == Stage::move && (source.has_data() || exists(source.path));
+  if (may_be_moved) return whichever_is_whole(work, backup, source, Step::move, Step::link);
   // Only what the work found at the source may be deleted.
   const bool is_as_before = !source.there || source.inode() == work.source_inode;
   return {is_as_before ? Step::move : Step::leave_changed};
@@ -93,10 +93,9 @@ Continuation continuation_of_adoption(const Work& work, const store::Definitions
   if (!backup.there) return without_backup(work, path, source);
   if (!path.there) return with_backup(work, source, backup);
   auto renaming = whichever_is_whole(work, path, backup, Step::begin, Step::move);
-  const bool has_backup = renaming.step == Step::move;
-  return has_backup && source.there && source.inode() != work.source_inode
-             ? Continuation{Step::leave_changed}
-             : renaming;
+  const bool is_changed = source.there && source.inode() != work.source_inode;
+  if (is_changed && renaming.step == Step::move) renaming = {Step::leave_changed};
+  return renaming;
 }
 
 Continuation continuation_of_undoing(const Work& work, const store::Definitions& to_come) {
@@ -127,8 +126,7 @@ std::vector<files::Spot> places_of(const Work& work, const files::Mounts& mounts
 /** Returns whether one of the entries on a way is in a place, or the last one holds it. */
 bool touches(const std::vector<files::Spot>& way, const files::Spot& place) {
   return files::holds(way.back(), place) ||
-         std::ranges::any_of(
-             way, [&place](const files::Spot& each) { return files::holds(place, each); });
+         std::ranges::any_of(way, [&](const auto& each) { return files::holds(place, each); });
 }
 
 }  // namespace
