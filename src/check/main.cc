@@ -50,12 +50,14 @@ void use_locale() {
   textdomain(text_domain);
 }
 
-/** Raises a limit: each level of a deep folder takes a descriptor while it is counted. */
-void allow_open_files() {
-  rlimit limit{};
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-  limit.rlim_cur = limit.rlim_max;
-  setrlimit(RLIMIT_NOFILE, &limit);
+/** Raises two limits: each level of a deep folder takes a descriptor and memory while it counts. */
+void allow_deep_folders() {
+  for (const auto resource : {RLIMIT_NOFILE, RLIMIT_STACK}) {
+    rlimit limit{};
+    if (getrlimit(resource, &limit) != 0) continue;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(resource, &limit);
+  }
 }
 
 /** Reads the arguments. Returns false, after saying why, when they make no sense. */
@@ -152,7 +154,7 @@ int run(int argc, char** argv) {
     print_failure("varnholt-check: %s\n", printable(profile.error->message).c_str());
     return cannot_read;
   }
-  allow_open_files();
+  allow_deep_folders();
   const auto survey = survey_of(wish.profile, profile.text(), wish.no_count == 0);
   if (std::fputs(output_for(wish, survey).c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
     print_failure("varnholt-check: %s\n", g_strerror(errno));
