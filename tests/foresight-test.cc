@@ -12,6 +12,7 @@
 #include <map>
 #include <random>
 #include <sstream>
+#include <stdexcept>
 #include <vector>
 
 #include <glib.h>

@@ -35,7 +35,7 @@ bool is_wrong(const foresight::Forecast& forecast) {
          forecast.deleted || forecast.is_neglected();
 }
 
-bool changes(const foresight::Forecast& forecast) {
+bool is_change(const foresight::Forecast& forecast) {
   return forecast.outcome != foresight::outcomes::none &&
          forecast.outcome != foresight::outcomes::stands;
 }
@@ -55,7 +55,7 @@ std::size_t number_of_problems(const Survey& survey) {
 int status_of(const Survey& survey) {
   if (number_of_problems(survey) > 0) return 2;
   const bool any =
-      std::ranges::any_of(survey.run.definitions, changes) || !survey.run.unfinished.empty();
+      std::ranges::any_of(survey.run.definitions, is_change) || !survey.run.unfinished.empty();
   return any ? 1 : 0;
 }
 

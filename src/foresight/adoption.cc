@@ -184,8 +184,7 @@ class Adoption {
 
   /** Foretells whether what has moved is on the way to its own link then. */
   void check_way_to_link() {
-    const auto way = m_files.entries_on(folder_above(m_to));
-    const bool passes_source = std::ranges::count(way, m_at_source) > 0;
+    const bool passes_source = m_files.leads_through(m_to, m_at_source);
     // A folder gets the link inside, unless something there has this name.
     if (passes_source && is_folder(m_moved)) m_forecast.sure = false;
     if (passes_source || m_files.leads_through_itself(m_to)) {
