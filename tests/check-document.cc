@@ -69,9 +69,12 @@ std::string faults_of(const Json& document) {
 }
 
 std::string text_in(const Json& object, const std::string& member) {
-  const auto encoded = object.value(member + "-base64", "");
-  if (encoded.empty()) return object.value(member, "");
-  gsize length = 0;
-  const varnholt::TextPtr bytes{reinterpret_cast<char*>(g_base64_decode(encoded.c_str(), &length))};
-  return {bytes.get(), length};
+  if (object.contains(member + "-base64")) {
+    const std::string encoded = object.at(member + "-base64");
+    gsize length = 0;
+    const varnholt::TextPtr bytes{
+        reinterpret_cast<char*>(g_base64_decode(encoded.c_str(), &length))};
+    return {bytes.get(), length};
+  }
+  return object.contains(member) ? object.at(member) : "";
 }
