@@ -75,8 +75,10 @@ class Listing {
 
  private:
   static DIR* opened(const Entry& folder) {
-    const int number = folder.open(O_DIRECTORY);
-    return number < 0 ? nullptr : fdopendir(number);
+    Descriptor number{folder.open(O_DIRECTORY)};
+    DIR* const listed = number ? fdopendir(number.number()) : nullptr;
+    if (listed != nullptr) number.release();
+    return listed;
   }
 
   int number() const { return dirfd(m_folder.get()); }

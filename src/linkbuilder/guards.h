@@ -25,7 +25,7 @@ enum class Clearing {
   refuse,
 };
 
-/** Decides how `to` is cleared for `from`, two paths without a final slash. */
+/** Decides how `to` is cleared for `from`; each has lost a slash at its end. */
 Clearing clearing_for(const std::string& from, const std::string& to);
 
 /**

@@ -4,7 +4,6 @@
 
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <array>
 #include <csignal>
 
@@ -40,9 +39,9 @@ void catch_stop_signals() {
 }
 
 void end_if_stopped(int wait_status) {
-  // While it waits for a command, system(3) ignores two of the signals.
+  // While it waits for a command, system(3) ignores these two.
   const int signal = WIFSIGNALED(wait_status) ? WTERMSIG(wait_status) : 0;
-  if (caught && std::ranges::count(stop_signals, signal) > 0) came = signal;
+  if (caught && (signal == SIGINT || signal == SIGQUIT)) came = signal;
   if (came == 0) return;
   print_failure("stopped by signal %d: the next run goes on from here\n", static_cast<int>(came));
   end_by(came);

@@ -136,7 +136,7 @@ ErrorPtr replace_file(const char* path, mode_t mode,
         return failed;
       }
       // A still newer text that this has displaced goes back too.
-      if (!file_holds(neighbour.path(), next)) neighbour.exchange_with(path);
+      if (!file_holds(neighbour.path(), next) && neighbour.exchange_with(path)) neighbour.keep();
       continue;
     }
     sync_folder_above(path);
