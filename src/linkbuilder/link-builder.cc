@@ -53,10 +53,7 @@ void secure_process() {
   g_setenv("LC_ALL", "C", TRUE);
 }
 
-/**
- * Makes a limit of the process at least as high as a run needs it. Returns whether it is; if not,
- * says so.
- */
+/** Raises a limit to what a run needs. Returns false, after saying so, when it may not. */
 bool raise_limit(__rlimit_resource kind, rlim_t needed, const char* what) {
   rlimit limit{};
   if (getrlimit(kind, &limit) != 0 || limit.rlim_cur >= needed) return true;
@@ -106,32 +103,26 @@ void remove_older_profile(std::string_view profile) {
 /** One pass over the profile. */
 class Pass {
  public:
-  explicit Pass(std::string_view profile)
-      : m_profile(profile), m_journal(paths::unfinished, profile) {}
+  Pass(std::string_view profile, Journal& journal) : m_profile(profile), m_journal(journal) {}
 
   /** Does the work, and returns the lines for which nothing is left to do. */
   store::Lines run() {
-    resume_earlier_pass();
-    return store::for_each_definition(m_profile, [this](std::size_t line, const auto& definition) {
-      if (line > m_lines_done) take(line, definition);
-    });
+    const auto done = m_journal.lines_done();
+    if (done > 0) {
+      print_progress("an earlier run was cut off at line %zu, and this one goes on from there\n",
+                     done);
+    }
+    if (!m_journal.unfinished().empty()) {
+      resume(m_journal, store::definitions_after(0, m_profile),
+             store::definitions_after(done, m_profile));
+    }
+    const auto take_rest = [this, done](std::size_t line, const model::BakDefFields& definition) {
+      if (line > done) take(line, definition);
+    };
+    return store::for_each_definition(m_profile, take_rest);
   }
-
-  /** The profile has been rewritten. */
-  void end() { m_journal.end(); }
 
  private:
-  void resume_earlier_pass() {
-    m_lines_done = m_journal.lines_done();
-    if (m_lines_done > 0) {
-      print_progress("an earlier run was cut off at line %zu, and this one goes on from there\n",
-                     m_lines_done);
-    }
-    if (m_journal.unfinished().empty()) return;
-    resume(m_journal, store::definitions_after(0, m_profile),
-           store::definitions_after(m_lines_done, m_profile));
-  }
-
   void take(std::size_t line, const model::BakDefFields& definition) {
     if (!definition.has(VH_FILE_OPERATION_TYPE_FOT_Symbolic)) return;
     end_if_stopped();
@@ -154,30 +145,24 @@ class Pass {
   }
 
   std::string_view m_profile;
-  Journal m_journal;
-  /** The lines with which an earlier run has done. */
-  std::size_t m_lines_done = 0;
+  Journal& m_journal;
   /** The place of the new link that was made last, while nothing else has been done since. */
   files::Place m_fresh;
   PlacesOfWorks m_places;
 };
 
-void report_failure(const GError& error) {
-  print_failure("open file [%s] failed : %s \n", paths::profile, error.message);
-}
-
-void run_over_profile() {
-  const auto profile = read_file(paths::profile);
-  if (profile.error) return report_failure(*profile.error);
+ErrorPtr run_over_profile() {
+  auto profile = read_file(paths::profile);
+  if (profile.error) return std::move(profile.error);
   remove_older_profile(profile.text());
-  Pass pass{profile.text()};
-  const auto handled = pass.run();
+  Journal journal{paths::unfinished, profile.text()};
+  const auto handled = Pass{profile.text(), journal}.run();
   // Somebody may have saved another profile in the meantime, and nothing of it may be lost.
-  const auto error = store::replace_file(
+  auto error = store::replace_file(
       paths::profile, store::profile_mode,
       [&handled](std::string_view stored) { return store::without_lines(stored, handled); });
-  if (error) return report_failure(*error);
-  pass.end();
+  journal.end();
+  return error;
 }
 
 }  // namespace
@@ -189,9 +174,12 @@ void main_save_symbolic_dir() {
   linkbuilder::secure_process();
   if (!linkbuilder::raise_limits()) return;
   linkbuilder::catch_stop_signals();
-  const varnholt::Descriptor lock{linkbuilder::wait_for_other_runs()};
   if (varnholt::exists(varnholt::paths::profile)) {
-    linkbuilder::run_over_profile();
+    const varnholt::Descriptor lock{linkbuilder::wait_for_other_runs()};
+    if (const auto error = linkbuilder::run_over_profile()) {
+      varnholt::print_failure("open file [%s] failed : %s \n", varnholt::paths::profile,
+                              error->message);
+    }
   } else {
     varnholt::print_progress("open file  [%s] is not exist \n", varnholt::paths::profile);
   }
