@@ -14,6 +14,7 @@
 
 #include "base/glib-ptr.h"
 #include "base/path.h"
+#include "files/way.h"
 
 namespace varnholt::files {
 namespace {
@@ -111,6 +112,20 @@ bool lie_on_different_mounts(const std::string& path, const std::string& other) 
          statx(AT_FDCWD, other.c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &another) == 0 &&
          (one.stx_mnt_id != another.stx_mnt_id || one.stx_dev_major != another.stx_dev_major ||
           one.stx_dev_minor != another.stx_dev_minor);
+}
+
+std::string mount_point_of(const std::string& path) {
+  const auto is_mounted = [](const std::string& folder) {
+    struct statx status {};
+    return statx(AT_FDCWD, folder.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, 0, &status) ==
+               0 &&
+           (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+  };
+  auto folder = way_along(path).entries.back();
+  while (folder.size() > 1 && !is_mounted(folder)) {
+    folder.resize(std::max<std::size_t>(folder.rfind('/'), 1));
+  }
+  return folder;
 }
 
 bool copies_folders(const std::string& folder) {

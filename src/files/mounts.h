@@ -71,6 +71,12 @@ class Mounts {
  */
 bool lie_on_different_mounts(const std::string& path, const std::string& other);
 
+/**
+ * Returns the path at which the file system that a path leads to is mounted. What is missing is in
+ * that of what is there above it.
+ */
+std::string mount_point_of(const std::string& path);
+
 /** Returns whether a folder is on an overlay, where rename(2) does not work for folders. */
 bool copies_folders(const std::string& folder);
 

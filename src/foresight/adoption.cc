@@ -28,10 +28,10 @@ class Adoption {
         m_moved(m_is_aside ? backup : m_to),
         m_source(without_final_slash(forecast.definition.from)),
         m_way_of_source(files.entries_on(m_source + '/')),
-        m_path(m_is_aside ? linkbuilder::path_of_backup(backup) : files.end_of(m_to)),
+        m_path(m_is_aside ? linkbuilder::path_of_backup(files.end_of(backup)) : files.end_of(m_to)),
         m_at_source(files.end_of(m_source)) {
     m_forecast.backup = m_is_aside ? backup : linkbuilder::free_backup_name(m_to);
-    m_backup = m_is_aside ? backup : folder_above(m_path) + last_name(m_forecast.backup);
+    m_backup = files.end_of(m_forecast.backup);
   }
 
   void foretell(bool clears_source) {
@@ -39,7 +39,7 @@ class Adoption {
     const auto stays = m_is_aside ? std::nullopt : why_not_renamed();
     if (stays) return m_forecast.fail(*stays, remains::all);
     m_forecast.moved = m_files.count(beginning());
-    if (!m_is_aside && m_files.leads_through_itself(m_to) && !m_source.empty()) {
+    if (m_files.leads_through_itself(m_to) && !m_source.empty()) {
       return m_forecast.fail({problems::path_through_itself}, remains::backup);
     }
     if (const auto why = why_no_way()) return m_forecast.fail(*why, remains::backup);
@@ -176,19 +176,8 @@ class Adoption {
       m_forecast.add({problems::leads_nowhere, from});
     }
     if (!m_is_aside && files::mv_copies(m_to, m_forecast.backup)) check_renaming(folder);
-    const bool copies =
-        files::lie_on_different_mounts(folder_above(m_moved), folder_above(m_source));
-    if (copies && !is_copied(freed)) return;
-    if (m_is_aside) check_way_to_link();
-  }
-
-  /** Foretells whether what has moved is on the way to its own link then. */
-  void check_way_to_link() {
-    const bool passes_source = m_files.leads_through(m_to, m_at_source);
-    // A folder gets the link inside, unless something there has this name.
-    if (passes_source && is_folder(m_moved)) m_forecast.sure = false;
-    if (passes_source || m_files.leads_through_itself(m_to)) {
-      m_forecast.fail({problems::path_through_itself}, remains::source);
+    if (files::lie_on_different_mounts(folder_above(m_moved), folder_above(m_source))) {
+      find_in_copy(freed);
     }
   }
 
@@ -200,16 +189,18 @@ class Adoption {
     if (cramped) m_forecast.add({problems::little_room, cramped->about});
   }
 
-  /** Foretells a move to another mount. Returns whether it is not known to fail. */
-  bool is_copied(const files::Tally& freed) {
+  /** Foretells a move to another mount. */
+  void find_in_copy(const files::Tally& freed) {
     const bool replaces = m_forecast.deleted || is_link(m_source);
     const auto left = replaces ? remains::backup_only : remains::backup;
     const auto mounted = m_files.mounts().mount_points_from(beginning());
-    if (!mounted.empty()) return failed({problems::mounted_below, mounted.front()}, left);
+    if (!mounted.empty()) {
+      return m_forecast.fail({problems::mounted_below, mounted.front()}, left);
+    }
     const auto cramped = m_files.why_no_room(folder_above(m_source), *m_forecast.moved, freed);
-    if (cramped && cramped->problem == problems::no_room) return failed(*cramped, left);
-    if (cramped) m_forecast.add(*cramped);
-    return true;
+    if (!cramped) return;
+    if (cramped->problem == problems::no_room) return m_forecast.fail(*cramped, left);
+    m_forecast.add(*cramped);
   }
 
   bool failed(const Finding& why, const Phrase& what_remains) {

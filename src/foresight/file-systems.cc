@@ -109,8 +109,8 @@ std::vector<std::string> FileSystems::entries_on(const std::string& path) {
   });
 }
 
-bool FileSystems::leads_through(const std::string& path, const std::string& entry) {
-  return std::ranges::count(entries_on(folder_above(path)), entry) > 0;
+bool FileSystems::leads_through_itself(const std::string& path) {
+  return std::ranges::count(entries_on(folder_above(path)), end_of(path)) > 0;
 }
 
 files::Spot FileSystems::spot_of(const std::string& entry) {

@@ -80,11 +80,8 @@ class FileSystems {
   /** Returns the entry that a path names, as a path without links above its last name. */
   std::string end_of(const std::string& path) { return entries_on(path).back(); }
 
-  /** Returns whether the way to the folder of a path goes through an entry. */
-  bool leads_through(const std::string& path, const std::string& entry);
-
   /** Returns whether the way to the folder of a path goes through the path itself. */
-  bool leads_through_itself(const std::string& path) { return leads_through(path, end_of(path)); }
+  bool leads_through_itself(const std::string& path);
 
   /** Returns the place of an entry, as files::Mounts does. */
   files::Spot spot_of(const std::string& entry);

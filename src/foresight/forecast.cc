@@ -348,7 +348,7 @@ Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& 
     const auto& left = next.step == Step::move ? remains::backup : remains::all;
     foretell_refusal(forecast, *link, is_moved ? remains::source : left, files);
   } else if (next.step == Step::move) {
-    foretell_adoption(forecast, files, work.backup, !next.removed.empty());
+    foretell_adoption(forecast, files, work.spelled_backup(), !next.removed.empty());
   } else if (next.step == Step::undo) {
     forecast.content = work.from;
     foretell_copy(forecast, files);

@@ -19,14 +19,6 @@
 namespace varnholt::linkbuilder {
 namespace {
 
-/** Returns a path as an absolute one without links above its last name; empty when it has none. */
-std::string real_path(const std::string& path) {
-  const auto way = files::way_along(folder_above(path));
-  if (!way.whole) return {};
-  const auto& folder = way.entries.back();
-  return (folder == "/" ? folder : folder + '/') + last_name(path);
-}
-
 /** Returns the number of entries that mv(1) must copy; 0 when it renames. */
 std::uint64_t copied_entries(const std::string& from, const std::string& to) {
   return files::mv_copies(from, to) ? files::entries_at(from) : 0;
@@ -35,12 +27,12 @@ std::uint64_t copied_entries(const std::string& from, const std::string& to) {
 /** Returns the work that an adoption begins. */
 Work adoption_of(const model::BakDefFields& v) {
   const auto source = without_final_slash(v.from);
-  Work work{.from = v.from, .to = v.to, .backup = real_path(free_backup_name(v.to))};
+  const auto backup = files::way_along(free_backup_name(v.to));
+  Work work{.from = v.from, .to = v.to, .backup = backup.entries.back()};
   work.inode = files::PathState{v.to}.inode();
   work.source_inode = files::PathState{source}.inode();
   // With nothing at the source nothing is deleted before the move.
   if (work.source_inode == 0) work.stage = Stage::move;
-  work.crosses = files::lie_on_different_mounts(folder_above(v.to), folder_above(source));
   work.entries = copied_entries(v.to, work.backup);
   return work;
 }
@@ -73,10 +65,7 @@ Journal::Journal(const char* path, std::string_view profile) : m_path(path), m_p
 }
 
 bool Journal::about_to_set_aside(const model::BakDefFields& v) {
-  m_in_hand = false;
-  if (m_path == nullptr || !v.from.starts_with('/') || !v.to.starts_with('/')) return true;
-  auto work = adoption_of(v);
-  return !is_backup_name(work.backup) || begin(std::move(work));
+  return begin(adoption_of(v));
 }
 
 void Journal::has_set_aside(const std::string& backup) {
@@ -95,7 +84,6 @@ bool Journal::about_to_move(const std::string& from, const std::string& to) {
   work.stage = is_way_back ? Stage::back : Stage::move;
   // What was deleted there has given its inode away, perhaps to what comes next.
   if (!is_way_back) work.source_inode = files::PathState{to}.inode();
-  work.crosses = files::lie_on_different_mounts(folder_above(from), folder_above(to));
   work.entries = copied_entries(from, to);
   if (work == m_note.works.back()) return true;
   m_note.works.back() = std::move(work);
@@ -105,8 +93,6 @@ bool Journal::about_to_move(const std::string& from, const std::string& to) {
 }
 
 bool Journal::about_to_undo(const std::string& link, const std::string& content) {
-  m_in_hand = false;
-  if (m_path == nullptr || !link.starts_with('/') || !content.starts_with('/')) return true;
   return begin({.stage = Stage::undo, .from = content, .to = link});
 }
 
@@ -139,6 +125,11 @@ void Journal::end() {
 }
 
 bool Journal::begin(Work work) {
+  m_in_hand = false;
+  const bool is_absolute = work.from.starts_with('/') && work.to.starts_with('/');
+  const bool can_be_read = work.stage == Stage::undo || is_backup_name(work.backup);
+  if (m_path == nullptr || !is_absolute || !can_be_read) return true;
+  work.mounts = work.present_mounts();
   m_note.works.push_back(std::move(work));
   m_in_hand = write();
   if (m_in_hand) return true;

@@ -68,7 +68,7 @@ class Journal {
   /** Forgets a work. The note on the disk follows with the next step, or at the end. */
   void forget(const Work& work);
 
-  /** The profile has been rewritten, so that the next run is to take all lines. */
+  /** The pass is over, so that the next run is to take all lines. */
   void end();
 
  private:

@@ -29,10 +29,10 @@ constexpr auto* already_a_link = "%s is  already a symlink ,the target is %s .\n
 
 /** Prints the outcome of a call of symlink(2), and returns its result. */
 int report_link(const model::BakDefFields& v, int result) {
-  const char* const from = v.from.c_str();
   const char* const to = v.to.c_str();
   if (result == 0) {
-    print_progress("symlink %s ok  , source dir is %s  target dir is %s .\n", to, from, to);
+    print_progress("symlink %s ok  , source dir is %s  target dir is %s .\n", to, v.from.c_str(),
+                   to);
   } else {
     print_failure("symlink %s failed , the return code is %d .\n", to, result);
   }
@@ -46,7 +46,7 @@ bool is_led_astray(const std::optional<files::Link>& foreign, const std::string&
   return true;
 }
 
-/** Removes the link that has been seen, but nothing that somebody has put in its place since. */
+/** Removes the link that has been seen, unless somebody has put something else in its place. */
 int remove_link(const files::Place& place, const std::string& content) {
   const bool is_same = place.link().first == content;
   return is_same ? unlinkat(place.folder(), place.name(), 0) : -1;
@@ -93,7 +93,6 @@ bool move_entry(const std::string& from, const std::string& to) {
 }  // namespace
 
 void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place& fresh) {
-  const char* const to = v.to.c_str();
   auto place = std::exchange(fresh, {});
   // 1. Other definitions want no link.
   if (!wants_link(v)) return;
@@ -104,7 +103,7 @@ void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place&
                          g_file_error_from_errno(decision.error));
   }
   if (decision.task == LinkTask::none) {
-    return print_progress(already_a_link, to, decision.content.c_str());
+    return print_progress(already_a_link, v.to.c_str(), decision.content.c_str());
   }
   if (decision.task != LinkTask::make) place = {};
   place.become(v.to);
@@ -116,7 +115,7 @@ void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place&
   }
   // 4. Nothing is there: only folders may be missing, and nothing moves.
   if (decision.task == LinkTask::make) {
-    print_progress("source file [%s] is not exists \n", to);
+    print_progress("source file [%s] is not exists \n", v.to.c_str());
     build_fresh_link(v, place);
     fresh = std::move(place);
     return;
@@ -135,6 +134,9 @@ void build_symlink(const model::BakDefFields& v, Journal& journal, files::Place&
 void move_and_link(const model::BakDefFields& v, const std::string& backup, Journal& journal) {
   // 5. goes on.
   journal.has_set_aside(backup);
+  if (is_link(backup)) {
+    return print_failure("%s is left alone, because somebody has made it a link\n", backup.c_str());
+  }
   print_progress("move force  %s  to %s \n", backup.c_str(), v.from.c_str());
   if (move_file_force(backup, v.from, journal)) link_or_move_back(v, journal);
 }

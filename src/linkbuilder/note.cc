@@ -16,7 +16,9 @@
 #include "base/descriptor.h"
 #include "base/file.h"
 #include "base/glib-ptr.h"
+#include "base/path.h"
 #include "base/text.h"
+#include "files/mounts.h"
 #include "linkbuilder/backup-name.h"
 #include "store/definitions.h"
 
@@ -26,7 +28,7 @@ namespace {
 // A path may hold any byte but NUL, so that one ends each field.
 constexpr char field_end = '\0';
 constexpr std::string_view first_word = "varnholt ";
-constexpr std::string_view format = "varnholt 2";
+constexpr std::string_view format = "varnholt 3";
 constexpr std::string_view last_field = "end";
 constexpr std::array<std::pair<Stage, std::string_view>, 4> stage_words{{
     {Stage::aside, "aside"},
@@ -34,10 +36,8 @@ constexpr std::array<std::pair<Stage, std::string_view>, 4> stage_words{{
     {Stage::back, "back"},
     {Stage::undo, "undo"},
 }};
-constexpr std::string_view near_word = "near";
-constexpr std::string_view far_word = "far";
 constexpr std::size_t fields_of_head = 3;
-constexpr std::size_t fields_of_work = 8;
+constexpr std::size_t fields_of_work = 9;
 
 template <typename Number>
 Number number_in(std::string_view text) {
@@ -57,8 +57,8 @@ std::optional<Work> read_work(std::span<const std::string_view> field) {
             .backup = std::string{field[3]},
             .inode = number_in<ino_t>(field[4]),
             .source_inode = number_in<ino_t>(field[5]),
-            .crosses = field[6] == far_word,
-            .entries = number_in<std::uint64_t>(field[7])};
+            .mounts = {std::string{field[6]}, std::string{field[7]}},
+            .entries = number_in<std::uint64_t>(field[8])};
   // Only what this program itself sets aside may be taken for that.
   const bool fits = work.stage == Stage::undo ? work.backup.empty() : is_backup_name(work.backup);
   return fits ? std::optional{work} : std::nullopt;
@@ -83,6 +83,16 @@ std::string Work::path() const {
   return stage == Stage::undo ? to : path_of_backup(backup);
 }
 
+std::string Work::spelled_backup() const {
+  return to + backup.substr(path().size());
+}
+
+std::array<std::string, 2> Work::present_mounts() const {
+  // What is undone is copied from its original, which may be a mount itself.
+  const auto source = stage == Stage::undo ? from + '/' : folder_above(without_final_slash(from));
+  return {files::mount_point_of(folder_above(to)), files::mount_point_of(source)};
+}
+
 std::string digest_of(std::string_view profile) {
   const auto rewritten = store::without_marked_lines(profile);
   return take_text(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
@@ -102,7 +112,7 @@ std::string note_text(const Note& note) {
     for (const auto& field : {work.from, work.to, work.backup}) add(field);
     add(std::to_string(work.inode));
     add(std::to_string(work.source_inode));
-    add(work.crosses ? far_word : near_word);
+    for (const auto& mount : work.mounts) add(mount);
     add(std::to_string(work.entries));
   }
   add(last_field);

@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -34,6 +35,12 @@ struct Work {
   /** Returns the path of the definition, for an adoption without links above its last name. */
   std::string path() const;
 
+  /** Returns the backup of an adoption by the way on which the path is spelled. */
+  std::string spelled_backup() const;
+
+  /** Returns where the file systems of the path and of the source are mounted now. */
+  std::array<std::string, 2> present_mounts() const;
+
   Stage stage = Stage::aside;
   /** The source; when a link is undone, the content of the link. */
   std::string from;
@@ -48,8 +55,8 @@ struct Work {
   ino_t inode = 0;
   /** The inode of what was at the source before the step; 0 for nothing. */
   ino_t source_inode = 0;
-  /** Whether the source is on another mount than the path. */
-  bool crosses = false;
+  /** Where the file systems of the path and of the source were mounted when it began. */
+  std::array<std::string, 2> mounts{};
   /**
    * The number of entries that move, when mv(1) must copy them; otherwise 0. It deletes none before
    * all are copied, so their number tells which of the two places holds everything.

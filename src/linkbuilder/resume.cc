@@ -58,7 +58,7 @@ bool restore_link(const Work& work) {
   print_progress("an earlier run did not finish: the link %s is made again\n", work.to.c_str());
   const files::Place place{work.to};
   if (symlinkat(work.from.c_str(), place.folder(), place.name()) == 0) return true;
-  report_cannot_finish(work, errno);
+  report_cannot_finish(work, place.is_refused() ? EPERM : errno);
   return false;
 }
 
@@ -76,27 +76,27 @@ void go_on(const Work& work, const Continuation& next, Journal& journal) {
       print_progress("an earlier run did not finish: %s is called %s, and moves on\n",
                      work.to.c_str(), work.backup.c_str());
       journal.take_up(work);
-      return move_and_link(definition, work.backup, journal);
+      // By the same way as before, so that what was refused because of it is refused again.
+      return move_and_link(definition, work.spelled_backup(), journal);
     case Step::link:
       print_progress("an earlier run did not finish: %s is at %s, and its link is made\n",
                      work.to.c_str(), work.from.c_str());
       journal.take_up(work);
       return link_or_move_back(definition, journal);
     case Step::undo:
-      if (!restore_link(work)) return;
-      // The next step puts a new work in its place.
-      journal.forget(work);
-      return restore_del_symlink(work.to, work.from, journal);
     case Step::restore_link:
-      if (restore_link(work)) journal.forget(work);
+      if (!restore_link(work)) return;
+      journal.forget(work);
+      if (next.step == Step::undo) restore_del_symlink(work.to, work.from, journal);
       return;
     case Step::wait:
-      return report(work, "it cannot be finished now (what it needs is missing)");
+      return report(work,
+                    "it cannot be finished now (what it needs is missing, or on another mount)");
     case Step::leave_changed:
-      return report_left_alone(work, "somebody has changed something since");
     case Step::forget_changed:
       report_left_alone(work, "somebody has changed something since");
-      return journal.forget(work);
+      if (next.step == Step::forget_changed) journal.forget(work);
+      return;
     case Step::leave_unwanted:
       return report_left_alone(work, "the profile asks for it no longer");
   }

@@ -65,18 +65,16 @@ Continuation without_backup(const Work& work, const files::PathState& path,
   return {path.inode() == work.inode ? Step::begin : Step::leave_changed};
 }
 
+bool are_same(const std::string& path, const std::string& other) {
+  std::error_code missing;
+  return std::filesystem::equivalent(path, other, missing);
+}
+
 /** Decides about a move back to the path, at which no link is. */
 Continuation on_the_way_back(const Work& work, const files::PathState& path,
                              const files::PathState& source) {
-  std::error_code missing;
-  const bool same_place = std::filesystem::equivalent(path.path, source.path, missing);
-  if (same_place || !source.has_data()) return {Step::begin};
+  if (are_same(path.path, source.path) || !source.has_data()) return {Step::begin};
   return whichever_is_whole(work, source, path, Step::link, Step::begin);
-}
-
-bool is_mounted(const Work& work, const files::PathState& source) {
-  return !work.crosses ||
-         files::lie_on_different_mounts(folder_above(work.backup), folder_above(source.path));
 }
 
 Continuation continuation_of_adoption(const Work& work, const store::Definitions& all) {
@@ -87,7 +85,8 @@ Continuation continuation_of_adoption(const Work& work, const store::Definitions
     return wants_link(each) && each.from == work.from && each.to == work.to;
   });
   if (!wanted) return {backup.there ? Step::leave_unwanted : Step::forget};
-  if (!is_mounted(work, source)) return {Step::wait};
+  if (backup.there && !are_same(work.spelled_backup(), backup.path)) return {Step::wait};
+  if (backup.is_link()) return {Step::leave_changed};
   if (path.is_link()) return {backup.there ? Step::leave_changed : Step::forget};
   if (work.stage == Stage::back) return on_the_way_back(work, path, source);
   if (!backup.there) return without_backup(work, path, source);
@@ -137,6 +136,7 @@ bool Continuation::waits() const {
 
 Continuation continuation_of(const Work& work, const store::Definitions& all,
                              const store::Definitions& to_come) {
+  if (work.mounts != work.present_mounts()) return {Step::wait};
   return work.stage == Stage::undo ? continuation_of_undoing(work, to_come)
                                    : continuation_of_adoption(work, all);
 }
