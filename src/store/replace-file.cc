@@ -81,6 +81,13 @@ class Neighbour {
     return result == 0 ? ErrorPtr{} : system_error(path());
   }
 
+  /** Does the same for a text that must not be lost, and leaves it here when that fails. */
+  ErrorPtr put_back(const char* other) {
+    auto error = exchange_with(other);
+    if (error) keep();
+    return error;
+  }
+
   ErrorPtr move_to(const char* other) {
     if (rename(path(), other) != 0) return system_error(other);
     // Another file may get the name from now on.
@@ -128,15 +135,15 @@ ErrorPtr replace_file(const char* path, mode_t mode,
     if (!file_holds(path, found.text())) continue;
     if (auto error = neighbour.exchange_with(path)) {
       // Some file systems cannot exchange two files.
-      if (error->code != G_FILE_ERROR_INVAL || neighbour.move_to(path)) return error;
+      if (error->code != G_FILE_ERROR_INVAL) return error;
+      if (auto failed = neighbour.move_to(path)) return failed;
     } else if (!file_holds(neighbour.path(), found.text())) {
       // Somebody was quicker. That text goes back before it is rewritten in its turn.
-      if (auto failed = neighbour.exchange_with(path)) {
-        neighbour.keep();
-        return failed;
-      }
+      if (auto failed = neighbour.put_back(path)) return failed;
       // A still newer text that this has displaced goes back too.
-      if (!file_holds(neighbour.path(), next) && neighbour.exchange_with(path)) neighbour.keep();
+      if (!file_holds(neighbour.path(), next)) {
+        if (auto failed = neighbour.put_back(path)) return failed;
+      }
       continue;
     }
     sync_folder_above(path);

@@ -28,7 +28,7 @@ ErrorPtr write_file(const char* path, mode_t mode, const std::string& text);
  * the disk.
  * A reader sees either the old text or the new one. When somebody moves another text there at the
  * same time, that text is rewritten too, so `rewritten` may be called several times. Returns null,
- * or the error; the file then holds the newest text as it was, or FILE.next does.
+ * or the error; the newest text then is as it was in the file, or beside it under its new name.
  */
 ErrorPtr replace_file(const char* path, mode_t mode,
                       const std::function<std::string(std::string_view)>& rewritten);
