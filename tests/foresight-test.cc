@@ -109,10 +109,10 @@ class World {
     if (chance(8)) area = number(4);
     std::string path = folder_of(area);
     for (int names = 1 + number(depth); names > 0; --names) {
-      path += chance(4) ? "/.." : chance(2) ? "/zz/../" : chance(3) ? "//" : "/";
+      path += chance(4) ? "/../" : chance(2) ? "/zz/../" : chance(3) ? "//" : "/";
       path += any_name();
     }
-    return path;
+    return chance(2) ? path + "/../" + path.substr(path.rfind('/') + 1) : path;
   }
 
   void write_file(const fs::path& path) {
@@ -260,6 +260,9 @@ struct Before {
       const auto name = text_in(forecast, "path") + ".bak_" + std::to_string(number);
       if (seen(name, false) == "nothing") backup = name;
     }
+    // The path may be spelled by way of itself.
+    const auto folder = fs::canonical(fs::path{backup}.parent_path(), ignored);
+    if (!ignored) backup = folder / fs::path{backup}.filename();
     for (const auto& work : unfinished) {
       const bool fits = text_in(work, "path") == text_in(forecast, "path") &&
                         text_in(work, "source") == text_in(forecast, "source") &&

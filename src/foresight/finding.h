@@ -82,7 +82,8 @@ constexpr Problem mounted_below{"mounted-below",
                                 N_("A file system is mounted at %1, which would have to be moved."),
                                 Weight::doubt};
 constexpr Problem overlap{
-    "overlap", N_("Deleting what stands at the source would take away what is to be moved.")};
+    "overlap", N_("Deleting what stands at the source would take away what is to be moved, or the "
+                  "way to one of the two.")};
 constexpr Problem same_place{"same-place", N_("The source and the path are the same place.")};
 constexpr Problem no_room{"no-room", N_("There is not enough room at %1."), Weight::doubt};
 constexpr Problem copy_into_itself{
