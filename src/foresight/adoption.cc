@@ -31,7 +31,7 @@ class Adoption {
         m_path(m_is_aside ? linkbuilder::path_of_backup(files.end_of(backup)) : files.end_of(m_to)),
         m_at_source(files.end_of(m_source)) {
     m_forecast.backup = m_is_aside ? backup : linkbuilder::free_backup_name(m_to);
-    m_backup = files.end_of(m_forecast.backup);
+    m_backup = m_forecast.backup.empty() ? m_path : files.end_of(m_forecast.backup);
   }
 
   void foretell(bool clears_source) {

@@ -349,7 +349,7 @@ Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& 
     foretell_refusal(forecast, *link, is_moved ? remains::source : left, files);
   } else if (next.step == Step::move) {
     foretell_adoption(forecast, files, work.spelled_backup(), !next.removed.empty());
-  } else if (next.step == Step::undo) {
+  } else if (next.step == Step::undo && is_folder(folder_above(work.to))) {
     forecast.content = work.from;
     foretell_copy(forecast, files);
     // A copy that is a link is undone in its turn, and nothing is copied by way of a broken link.

@@ -28,7 +28,7 @@ constexpr std::pair<Step, Phrase> outlooks[] = {
     {Step::link, {"link", N_("The data is at %2, and the next run tries to make the link.")}},
     {Step::undo, {"undo", N_("The link %1 is made again, and undone once more.")}},
     {Step::restore_link, {"restore-link", N_("The link %1 is made again.")}},
-    {Step::wait, {"wait", N_("What it needs is missing, or on another mount, so it waits.")}},
+    {Step::wait, {"wait", N_("What it needs is not where it was, so it waits.")}},
     {Step::leave_changed,
      {"leave-changed", N_("It is left alone, because somebody has changed something since.")}},
     {Step::forget_changed,

@@ -24,19 +24,6 @@ std::uint64_t copied_entries(const std::string& from, const std::string& to) {
   return files::mv_copies(from, to) ? files::entries_at(from) : 0;
 }
 
-/** Returns the work that an adoption begins. */
-Work adoption_of(const model::BakDefFields& v) {
-  const auto source = without_final_slash(v.from);
-  const auto backup = files::way_along(free_backup_name(v.to));
-  Work work{.from = v.from, .to = v.to, .backup = backup.entries.back()};
-  work.inode = files::PathState{v.to}.inode();
-  work.source_inode = files::PathState{source}.inode();
-  // With nothing at the source nothing is deleted before the move.
-  if (work.source_inode == 0) work.stage = Stage::move;
-  work.entries = copied_entries(v.to, work.backup);
-  return work;
-}
-
 /** Waits until the changes of a finished work are on the disk. */
 void sync_work(const Work& work) {
   if (work.stage == Stage::undo) return sync_file_system(work.to);
@@ -65,7 +52,13 @@ Journal::Journal(const char* path, std::string_view profile) : m_path(path), m_p
 }
 
 bool Journal::about_to_set_aside(const model::BakDefFields& v) {
-  return begin(adoption_of(v));
+  Work work{.from = v.from, .to = v.to};
+  work.backup = files::way_along(free_backup_name(v.to)).entries.back();
+  work.inode = files::PathState{v.to}.inode();
+  work.source_inode = files::PathState{without_final_slash(v.from)}.inode();
+  // With nothing at the source nothing is deleted before the move.
+  if (work.source_inode == 0) work.stage = Stage::move;
+  return begin(std::move(work));
 }
 
 void Journal::has_set_aside(const std::string& backup) {
@@ -130,6 +123,7 @@ bool Journal::begin(Work work) {
   const bool can_be_read = work.stage == Stage::undo || is_backup_name(work.backup);
   if (m_path == nullptr || !is_absolute || !can_be_read) return true;
   work.mounts = work.present_mounts();
+  if (!work.backup.empty()) work.entries = copied_entries(work.to, work.backup);
   m_note.works.push_back(std::move(work));
   m_in_hand = write();
   if (m_in_hand) return true;

@@ -67,7 +67,7 @@ struct Work {
 struct Note {
   bool operator==(const Note& that) const = default;
 
-  /** The digest of the profile that the run has read; empty once it has been rewritten. */
+  /** The digest of the profile that the run has read; empty once the pass is over. */
   std::string profile{};
   /** The number of the line up to which definitions need not be taken again. */
   std::size_t line = 0;

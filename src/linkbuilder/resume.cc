@@ -58,7 +58,8 @@ bool restore_link(const Work& work) {
   print_progress("an earlier run did not finish: the link %s is made again\n", work.to.c_str());
   const files::Place place{work.to};
   if (symlinkat(work.from.c_str(), place.folder(), place.name()) == 0) return true;
-  report_cannot_finish(work, place.is_refused() ? EPERM : errno);
+  const int error = place.is_refused() ? EPERM : ENOENT;
+  report_cannot_finish(work, place.folder() < 0 ? error : errno);
   return false;
 }
 
@@ -91,7 +92,7 @@ void go_on(const Work& work, const Continuation& next, Journal& journal) {
       return;
     case Step::wait:
       return report(work,
-                    "it cannot be finished now (what it needs is missing, or on another mount)");
+                    "it cannot be finished now (what it needs is not where it was)");
     case Step::leave_changed:
     case Step::forget_changed:
       report_left_alone(work, "somebody has changed something since");

@@ -12,8 +12,7 @@ namespace varnholt::linkbuilder {
  */
 void catch_stop_signals();
 
-/** Ends the process by a stop signal that has come, or has ended a command with this wait status.
- */
+/** Ends the process by a stop signal that has come, or by SIGINT or SIGQUIT of a wait status. */
 void end_if_stopped(int wait_status = 0);
 
 /** Sets whether a stop signal ends the process at once, as one that has come already does then. */

@@ -65,15 +65,12 @@ Continuation without_backup(const Work& work, const files::PathState& path,
   return {path.inode() == work.inode ? Step::begin : Step::leave_changed};
 }
 
-bool are_same(const std::string& path, const std::string& other) {
-  std::error_code missing;
-  return std::filesystem::equivalent(path, other, missing);
-}
-
 /** Decides about a move back to the path, at which no link is. */
 Continuation on_the_way_back(const Work& work, const files::PathState& path,
                              const files::PathState& source) {
-  if (are_same(path.path, source.path) || !source.has_data()) return {Step::begin};
+  std::error_code missing;
+  const bool same_place = std::filesystem::equivalent(path.path, source.path, missing);
+  if (same_place || !source.has_data()) return {Step::begin};
   return whichever_is_whole(work, source, path, Step::link, Step::begin);
 }
 
@@ -85,7 +82,11 @@ Continuation continuation_of_adoption(const Work& work, const store::Definitions
     return wants_link(each) && each.from == work.from && each.to == work.to;
   });
   if (!wanted) return {backup.there ? Step::leave_unwanted : Step::forget};
-  if (backup.there && !are_same(work.spelled_backup(), backup.path)) return {Step::wait};
+  // A mount may come to the source, as long as it hides nothing that has moved there.
+  const auto mount = work.present_mounts()[1];
+  const bool may_come = backup.there && work.entries == 0 && mount.starts_with(work.mounts[1]);
+  if (mount != work.mounts[1] && !may_come) return {Step::wait};
+  if (files::way_along(work.spelled_backup()).entries.back() != work.backup) return {Step::wait};
   if (backup.is_link()) return {Step::leave_changed};
   if (path.is_link()) return {backup.there ? Step::leave_changed : Step::forget};
   if (work.stage == Stage::back) return on_the_way_back(work, path, source);
@@ -104,6 +105,7 @@ Continuation continuation_of_undoing(const Work& work, const store::Definitions&
     return wants_link(each) && each.to == work.to;
   });
   const auto step = wants_it ? Step::restore_link : Step::undo;
+  if (work.mounts[1] != work.present_mounts()[1]) return {Step::wait};
   if (path.is_link_to(work.from)) return {wants_it ? Step::forget : Step::undo};
   if (!original.there) return {Step::wait};
   if (!path.there) return {step};
@@ -136,7 +138,7 @@ bool Continuation::waits() const {
 
 Continuation continuation_of(const Work& work, const store::Definitions& all,
                              const store::Definitions& to_come) {
-  if (work.mounts != work.present_mounts()) return {Step::wait};
+  if (work.mounts[0] != work.present_mounts()[0]) return {Step::wait};
   return work.stage == Stage::undo ? continuation_of_undoing(work, to_come)
                                    : continuation_of_adoption(work, all);
 }

@@ -29,7 +29,7 @@ struct Continuation {
     undo,
     /** The link that was undone is made again, because a line of the profile wants a link there. */
     restore_link,
-    /** A way that the definition spells, or the original of a copy, is missing: the work waits. */
+    /** A place is not where it was: its file system is not mounted, or a link has changed. */
     wait,
     /** Somebody has changed something since: everything stays, and so does the work. */
     leave_changed,
