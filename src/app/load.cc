@@ -43,6 +43,7 @@ void load_line(Main* self, const varnholt::store::ProfileLine& line) {
 
 void main_read(Main* self) {
   g_return_if_fail(self != NULL);
+  self->unread.reset();
   if (!vh_FileTests(paths::profile, VH_FILE_TEST_TYPE_EXISTS)) {
     varnholt::print_progress("open file  [%s] is not exist \n", paths::profile);
     return;

@@ -19,7 +19,10 @@
 #include "ui/rut-dlg.h"
 #include "ui/window-ptr.h"
 
-/** The path with which the program was started, as it was given; null before the start. */
+/**
+ * The path with which the program was started, as it was given; null before the start, and where
+ * there is no window.
+ */
 inline varnholt::TextPtr main_s_exe_path;
 
 namespace varnholt::app {

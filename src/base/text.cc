@@ -54,15 +54,4 @@ std::string shown_shortened(std::string_view text) {
   return whole.substr(0, static_cast<std::size_t>(head - begin)) + "…" + tail;
 }
 
-std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep) {
-  std::string kept;
-  kept.reserve(text.size());
-  for_each_piece(text, '\n', [&](std::string_view line) {
-    if (!keep(line)) return;
-    if (!kept.empty()) kept += '\n';
-    kept += line;
-  });
-  return kept;
-}
-
 }  // namespace varnholt

@@ -3,7 +3,6 @@
 // functions work on bytes.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,12 +52,5 @@ std::string shown(std::string_view text);
  * 400 bytes, because no window has room for it.
  */
 std::string shown_shortened(std::string_view text);
-
-/**
- * Calls `keep` with each line of `text`, in order, and returns the lines for which it returns true,
- * byte for byte, joined by line feeds. The piece after the last line feed is a line too. A line
- * feed is written only when something precedes it, so empty lines at the very beginning are lost.
- */
-std::string kept_lines(std::string_view text, const std::function<bool(std::string_view)>& keep);
 
 }  // namespace varnholt

@@ -91,8 +91,7 @@ void go_on(const Work& work, const Continuation& next, Journal& journal) {
       if (next.step == Step::undo) restore_del_symlink(work.to, work.from, journal);
       return;
     case Step::wait:
-      return report(work,
-                    "it cannot be finished now (what it needs is not where it was)");
+      return report(work, "it cannot be finished now (what it needs is not where it was)");
     case Step::leave_changed:
     case Step::forget_changed:
       report_left_alone(work, "somebody has changed something since");

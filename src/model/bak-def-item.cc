@@ -44,12 +44,8 @@ VhBakDefItem* vh_bak_def_item_construct(GType object_type, const char* from, con
                                         gint64 last_oper_time) {
   g_return_val_if_fail(from != NULL, nullptr);
   g_return_val_if_fail(to != NULL, nullptr);
-  BakDefFields fields;
-  fields.from = from;
-  fields.to = to;
-  fields.op = op;
-  fields.last_oper_time = last_oper_time;
-  return make_item(object_type, std::move(fields));
+  return make_item(object_type,
+                   {.from = from, .to = to, .op = op, .last_oper_time = last_oper_time});
 }
 
 VhBakDefItem* varnholt::model::new_bak_def_item(std::optional<BakDefFields> fields) {

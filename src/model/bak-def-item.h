@@ -61,7 +61,8 @@ void vh_bak_def_item_set_dir(VhBakDefItem* self);
 /**
  * Returns the item as its line of the Link page, without a line end:
  * "lnk,dir|file,FROM,TO,update|overwrite,true|false,SECONDS" or "lnk,dir|file,FROM,TO,symbolic",
- * with "|deleted" after the operation when the item is marked deleted.
+ * with "|deleted" after the operation when the item is marked deleted. Without any operation it is
+ * the short form with "update".
  */
 char* vh_bak_def_item_lnk_to_string(VhBakDefItem* self);
 

@@ -2,8 +2,7 @@
 // The two questions that the program asks about a path.
 #include "model/file-test.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include "base/path.h"
 
 GType vh_file_test_type_get_type() {
   static const GEnumValue values[] = {
@@ -16,8 +15,6 @@ GType vh_file_test_type_get_type() {
 
 bool vh_FileTests(const char* filename, VhFileTestType test) {
   g_return_val_if_fail(filename != NULL, false);
-  if (test == VH_FILE_TEST_TYPE_EXISTS) return access(filename, F_OK) == 0;
-  if (test != VH_FILE_TEST_TYPE_IS_DIR) return false;
-  struct stat status {};
-  return stat(filename, &status) == 0 && S_ISDIR(status.st_mode);
+  if (test == VH_FILE_TEST_TYPE_EXISTS) return varnholt::exists(filename);
+  return test == VH_FILE_TEST_TYPE_IS_DIR && varnholt::is_folder(filename);
 }

@@ -38,7 +38,14 @@ std::string without_lines(std::string_view profile, const Lines& lines) {
     // This is the usual run, in which only empty lines at the beginning vanish.
     return std::string{profile.substr(std::min(profile.find_first_not_of('\n'), profile.size()))};
   }
-  return kept_lines(profile, [&lines](std::string_view line) { return !lines.contains(line); });
+  std::string kept;
+  kept.reserve(profile.size());
+  for_each_piece(profile, '\n', [&](std::string_view line) {
+    if (lines.contains(line)) return;
+    if (!kept.empty()) kept += '\n';
+    kept += line;
+  });
+  return kept;
 }
 
 std::string without_marked_lines(std::string_view profile) {

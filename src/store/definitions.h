@@ -27,7 +27,10 @@ Lines for_each_definition(
 /** Returns the file definitions of a profile in the lines after this one, in their order. */
 Definitions definitions_after(std::size_t line, std::string_view profile);
 
-/** Returns a profile without these lines; all others stay as kept_lines() keeps them. */
+/**
+ * Returns a profile without these lines. All others stay byte for byte, with line feeds between
+ * them, but the empty ones at the very beginning are lost.
+ */
 std::string without_lines(std::string_view profile, const Lines& lines);
 
 /**

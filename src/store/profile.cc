@@ -10,32 +10,14 @@
 
 namespace varnholt::store {
 
-LineKind kind_of_line(std::string_view line) {
-  if (line.starts_with("shl")) return LineKind::script;
-  if (line.starts_with("lnk")) return LineKind::file;
-  if (line.starts_with("rut,add")) return LineKind::route;
-  return line.starts_with("rut,del") ? LineKind::default_route : LineKind::other;
-}
-
 ProfileLine read_profile_line(std::string_view line) {
-  ProfileLine read{kind_of_line(line)};
-  switch (read.kind) {
-    case LineKind::file:
-      read.definition = model::read_lnk_line(line);
-      break;
-    case LineKind::script:
-      read.definition = model::read_shl_line(line);
-      break;
-    case LineKind::route:
-      read.route = model::read_rut_add_line(line);
-      break;
-    case LineKind::default_route:
-      read.deletes_default_route = model::read_rut_del_line(line);
-      break;
-    case LineKind::other:
-      break;
+  if (line.starts_with("shl")) return {LineKind::script, model::read_shl_line(line)};
+  if (line.starts_with("lnk")) return {LineKind::file, model::read_lnk_line(line)};
+  if (line.starts_with("rut,add")) {
+    return {.kind = LineKind::route, .route = model::read_rut_add_line(line)};
   }
-  return read;
+  if (!line.starts_with("rut,del")) return {};
+  return {.kind = LineKind::default_route, .deletes_default_route = model::read_rut_del_line(line)};
 }
 
 std::string profile_text(const VhBakDefItemList& files, const VhRutDefItemList& routes,

@@ -16,11 +16,8 @@ namespace varnholt::store {
 /** Every user's window reads the profile, and only its owner writes it. */
 constexpr mode_t profile_mode = 0644;
 
-/** The kind of a line. */
+/** The kind of a line, which its beginning decides. The version line is `other`. */
 enum class LineKind { file, script, route, default_route, other };
-
-/** Returns the kind of a line, which its beginning decides. The version line is `other`. */
-LineKind kind_of_line(std::string_view line);
 
 /** The contents of a line. A member is empty for a line of another kind, or an unreadable one. */
 struct ProfileLine {

@@ -70,8 +70,9 @@ struct CheckedRows {
   int sel_toggled = 0;
 
   /**
-   * Declares "sig-selection-changed", which passes the index of the item concerned, or -1 when
-   * items were deleted or marked, and the number of items.
+   * Declares "sig-selection-changed", which passes an index, and the number of items. The index is
+   * that of the item concerned, of the last item after one was added, or -1 when items were deleted
+   * or marked.
    */
   static void add_signal(gpointer klass) {
     s_selection_changed =

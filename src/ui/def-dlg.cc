@@ -54,14 +54,21 @@ std::array<Field, 2> fields_of(VhDefDlg* self) {
   return {Field{from, "原文件(夹)", location_in(from)}, Field{to, "目标文件(夹)", location_in(to)}};
 }
 
+/** Returns the fields by the names that their captions have now. */
+std::array<Field, 2> captioned_fields_of(VhDefDlg* self) {
+  auto fields = fields_of(self);
+  fields.front().name = gtk_label_get_text(self->from_label.get());
+  fields.back().name = gtk_label_get_text(self->to_label.get());
+  return fields;
+}
+
 /** Returns what is wrong with the values, if anything is. */
 std::optional<Objection> objection_to(VhDefDlg* self) {
-  const auto fields = fields_of(self);
-  if (auto objection = varnholt::ui::objection_to_empty(fields)) return objection;
+  if (auto objection = varnholt::ui::objection_to_empty(fields_of(self))) return objection;
   if (varnholt::model::is_own_source(varnholt::ui::values_of(self))) {
     return Objection{self->to_entry.get(), "目标文件(夹)和原文件(夹)不能相同"};
   }
-  return varnholt::ui::objection_to_unfit(fields);
+  return varnholt::ui::objection_to_unfit(captioned_fields_of(self));
 }
 
 /** Asks whether a link is meant; anything else needs no question. */
@@ -188,11 +195,9 @@ int vh_def_dlg_run(VhDefDlg* self, int is_edit) {
 }
 
 varnholt::model::BakDefFields varnholt::ui::values_of(VhDefDlg* self) {
-  BakDefFields values;
-  values.from = location_in(self->from_entry.get());
-  values.to = location_in(self->to_entry.get());
-  values.op = vh_def_dlg_get_file_operation_type(self);
-  return values;
+  return {.from = location_in(self->from_entry.get()),
+          .to = location_in(self->to_entry.get()),
+          .op = vh_def_dlg_get_file_operation_type(self)};
 }
 
 void vh_def_dlg_get_ndata(VhDefDlg* self, char** from, char** to, VhFileOperationType* op) {
@@ -280,7 +285,7 @@ void vh_def_dlg_on_btns_clicked(VhDefDlg* self, GtkButton* btn) {
   g_return_if_fail(btn != NULL);
   const bool source = btn == self->from_btn.get();
   if (!source && btn != self->to_btn.get()) return;
-  const auto fields = fields_of(self);
+  const auto fields = captioned_fields_of(self);
   auto chosen = source ? fields.front() : fields.back();
   const auto path = ask_for_path(self, chosen.entry);
   chosen.value = path ? path.get() : "";

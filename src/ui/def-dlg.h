@@ -89,7 +89,7 @@ void vh_def_dlg_set_file_operation_type(VhDefDlg* self, VhFileOperationType op);
 /** Empties both entries; check boxes and buttons stay as they are. */
 void vh_def_dlg_clear_entries(VhDefDlg* self);
 
-/** Shows the widgets for a symbolic definition when `on` is 1, otherwise for an ordinary one. */
+/** Shows the widgets for a symbolic definition, or for an ordinary one when `on` is 0. */
 void vh_def_dlg_update_ui(VhDefDlg* self, int on);
 
 /** Updates the dialog after `cb`, the check box for symbolic links, was toggled. */

@@ -23,7 +23,8 @@ int main_alter(const char* msg, GtkButtonsType buttons);
 /**
  * Asks for a password in a modal dialog, with or without a main window. Returns true when the user
  * confirms it. `result`, which may be null, is then set to the password, without the white space
- * at both ends, and otherwise to "". The caller owns it and wipes it (see varnholt::SecretPtr).
+ * at both ends, and otherwise to "". The caller owns it and wipes it (see varnholt::SecretPtr). For
+ * a null `msg` it is set to null, with a critical warning.
  */
 bool main_inputdlg(char** result, const char* msg, const char* title);
 
