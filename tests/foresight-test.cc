@@ -296,7 +296,9 @@ bool failed_as_foretold(const Json& forecast, const Before& before) {
   const bool same_source = source == before.source || !forecast.contains("moved");
   if (remains == "all" || remains == "folders") return path == before.path && same_source;
   if (remains == "nothing") return path == "nothing" || path != before.path;
-  const bool in_path = source == "nothing" && has_problem(forecast, "source-in-path");
+  // What has the backup name now was also the source, or on the way to it.
+  const bool in_path = source == "nothing" && (has_problem(forecast, "source-in-path") ||
+                                               has_problem(forecast, "path-through-itself"));
   if (remains == "source") return path == "nothing" && source != "nothing";
   const bool aside = path == "nothing" && seen(before.backup, false) == before.aside;
   return aside && (remains == "backup-only" || in_path || source == before.source);
