@@ -77,6 +77,8 @@ bool Journal::about_to_move(const std::string& from, const std::string& to) {
   work.stage = is_way_back ? Stage::back : Stage::move;
   // What was deleted there has given its inode away, perhaps to what comes next.
   if (!is_way_back) work.source_inode = files::PathState{to}.inode();
+  // A mount may have come to the source since it began.
+  work.mounts = work.present_mounts();
   work.entries = copied_entries(from, to);
   if (work == m_note.works.back()) return true;
   m_note.works.back() = std::move(work);

@@ -55,7 +55,7 @@ struct Work {
   ino_t inode = 0;
   /** The inode of what was at the source before the step; 0 for nothing. */
   ino_t source_inode = 0;
-  /** Where the file systems of the path and of the source were mounted when it began. */
+  /** Where the file systems of the path and of the source were mounted before the step. */
   std::array<std::string, 2> mounts{};
   /**
    * The number of entries that move, when mv(1) must copy them; otherwise 0. It deletes none before
