@@ -139,11 +139,10 @@ ErrorPtr replace_file(const char* path, mode_t mode,
       if (auto failed = neighbour.move_to(path)) return failed;
     } else if (!file_holds(neighbour.path(), found.text())) {
       // Somebody was quicker. That text goes back before it is rewritten in its turn.
-      if (auto failed = neighbour.put_back(path)) return failed;
+      auto failed = neighbour.put_back(path);
       // A still newer text that this has displaced goes back too.
-      if (!file_holds(neighbour.path(), next)) {
-        if (auto failed = neighbour.put_back(path)) return failed;
-      }
+      if (!failed && !file_holds(neighbour.path(), next)) failed = neighbour.put_back(path);
+      if (failed) return failed;
       continue;
     }
     sync_folder_above(path);
