@@ -355,6 +355,7 @@ Forecast foretell_rest(model::BakDefFields definition, const linkbuilder::Work& 
     // A copy that is a link is undone in its turn, and nothing is copied by way of a broken link.
     if (is_link(work.from)) forecast.sure = false;
   } else {
+    // An undoing also ends here when its folder is gone, and the link cannot be made again.
     foretell_last_step(forecast, work, files);
   }
   if (!next.removed.empty() && why_it_must_stay(next.removed)) forecast.sure = false;

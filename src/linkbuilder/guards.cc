@@ -26,8 +26,8 @@ bool deletion_takes_away(const std::string& doomed, const std::string& path) {
   if (!doomed_way.whole || !way.whole) return true;
   const files::Mounts mounts;
   const auto gone = mounts.spots_from(doomed_way.entries.back());
-  const auto way_back = files::way_along(folder_above(doomed));
-  return any_holds(gone, mounts.spots_of(way_back.entries)) ||
+  const auto way_to_doomed = files::way_along(folder_above(doomed));
+  return any_holds(gone, mounts.spots_of(way_to_doomed.entries)) ||
          any_holds(gone, mounts.spots_of(way.entries)) ||
          any_holds(mounts.spots_from(way.entries.back()), gone);
 }

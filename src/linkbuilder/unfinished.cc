@@ -74,7 +74,8 @@ Continuation on_the_way_back(const Work& work, const files::PathState& path,
   return whichever_is_whole(work, source, path, Step::link, Step::begin);
 }
 
-Continuation continuation_of_adoption(const Work& work, const store::Definitions& all) {
+Continuation continuation_of_adoption(const Work& work, const std::string& mount,
+                                      const store::Definitions& all) {
   const files::PathState path{work.path()};
   const files::PathState source{without_final_slash(work.from)};
   const files::PathState backup{work.backup};
@@ -83,7 +84,6 @@ Continuation continuation_of_adoption(const Work& work, const store::Definitions
   });
   if (!wanted) return {backup.there ? Step::leave_unwanted : Step::forget};
   // A mount may come to the source, as long as it hides nothing that has moved there.
-  const auto mount = work.present_mounts()[1];
   const bool may_come = backup.there && work.entries == 0 && mount.starts_with(work.mounts[1]);
   if (mount != work.mounts[1] && !may_come) return {Step::wait};
   if (files::way_along(work.spelled_backup()).entries.back() != work.backup) return {Step::wait};
@@ -98,14 +98,15 @@ Continuation continuation_of_adoption(const Work& work, const store::Definitions
   return renaming;
 }
 
-Continuation continuation_of_undoing(const Work& work, const store::Definitions& to_come) {
+Continuation continuation_of_undoing(const Work& work, const std::string& mount,
+                                     const store::Definitions& to_come) {
   const files::PathState path{without_final_slash(work.to)};
   const files::PathState original{work.from};
   const bool wants_it = std::ranges::any_of(to_come, [&work](const model::BakDefFields& each) {
     return wants_link(each) && each.to == work.to;
   });
   const auto step = wants_it ? Step::restore_link : Step::undo;
-  if (work.mounts[1] != work.present_mounts()[1]) return {Step::wait};
+  if (mount != work.mounts[1]) return {Step::wait};
   if (path.is_link_to(work.from)) return {wants_it ? Step::forget : Step::undo};
   if (!original.there) return {Step::wait};
   if (!path.there) return {step};
@@ -138,9 +139,10 @@ bool Continuation::waits() const {
 
 Continuation continuation_of(const Work& work, const store::Definitions& all,
                              const store::Definitions& to_come) {
-  if (work.mounts[0] != work.present_mounts()[0]) return {Step::wait};
-  return work.stage == Stage::undo ? continuation_of_undoing(work, to_come)
-                                   : continuation_of_adoption(work, all);
+  const auto [path_mount, source_mount] = work.present_mounts();
+  if (path_mount != work.mounts[0]) return {Step::wait};
+  return work.stage == Stage::undo ? continuation_of_undoing(work, source_mount, to_come)
+                                   : continuation_of_adoption(work, source_mount, all);
 }
 
 const Work* PlacesOfWorks::touched_by(const model::BakDefFields& definition,
